@@ -1,0 +1,37 @@
+#pragma once
+
+#include <sabxml/com.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace sab {
+
+/// Result codes of the server's own family: what a descriptor or catalogue lacks.
+inline constexpr HRESULT kInvalidApplication = static_cast<HRESULT>(0x84000C00);
+inline constexpr HRESULT kInvalidTemplate = static_cast<HRESULT>(0x84000C01);
+inline constexpr HRESULT kInvalidEnvironment = static_cast<HRESULT>(0x84000C02);
+inline constexpr HRESULT kInvalidModule = static_cast<HRESULT>(0x84000C03);
+inline constexpr HRESULT kInvalidCommand = static_cast<HRESULT>(0x84000C04);
+inline constexpr HRESULT kInvalidUserInterface = static_cast<HRESULT>(0x84000C05);
+inline constexpr HRESULT kDocumentNotLoaded = static_cast<HRESULT>(0x84000C06);
+
+/// A failure on its way to an interface edge, where it becomes a result code and error info.
+class ComError : public std::runtime_error {
+ public:
+  /// @param code a failing HRESULT
+  /// @param message UTF-8: what failed, in which file and place, and what to do
+  ComError(HRESULT code, const std::string& message) : std::runtime_error(message), code_(code) {}
+
+  HRESULT Code() const { return code_; }
+
+ private:
+  HRESULT code_;
+};
+
+/// Raises ComError when the code is a failure.
+inline void Check(HRESULT code, const char* message) {
+  if (FAILED(code)) throw ComError(code, message);
+}
+
+}  // namespace sab

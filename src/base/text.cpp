@@ -1,0 +1,107 @@
+#include "base/text.h"
+
+namespace sab {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+void AppendUtf8(std::string& out, char32_t code) {
+  const auto byte = [&out](char32_t value) { out.push_back(static_cast<char>(value)); };
+  if (code < 0x80) {
+    byte(code);
+  } else if (code < 0x800) {
+    byte(0xC0 | code >> 6);
+    byte(0x80 | (code & 0x3F));
+  } else if (code < 0x10000) {
+    byte(0xE0 | code >> 12);
+    byte(0x80 | (code >> 6 & 0x3F));
+    byte(0x80 | (code & 0x3F));
+  } else {
+    byte(0xF0 | code >> 18);
+    byte(0x80 | (code >> 12 & 0x3F));
+    byte(0x80 | (code >> 6 & 0x3F));
+    byte(0x80 | (code & 0x3F));
+  }
+}
+
+void AppendUtf16(Text& out, char32_t code) {
+  if (code < 0x10000) {
+    out.push_back(static_cast<OLECHAR>(code));
+  } else {
+    out.push_back(static_cast<OLECHAR>(0xD7C0 + (code >> 10)));
+    out.push_back(static_cast<OLECHAR>(0xDC00 | (code & 0x3FF)));
+  }
+}
+
+// What the first byte of a sequence demands of the others (Unicode 15, table 3-7).
+struct Lead {
+  int trailing;
+  unsigned char second_from;
+  unsigned char second_to;
+};
+
+constexpr Lead LeadOf(unsigned char byte) {
+  if (byte >= 0xC2 && byte <= 0xDF) return {1, 0x80, 0xBF};
+  if (byte == 0xE0) return {2, 0xA0, 0xBF};
+  if (byte == 0xED) return {2, 0x80, 0x9F};
+  if (byte >= 0xE1 && byte <= 0xEF) return {2, 0x80, 0xBF};
+  if (byte == 0xF0) return {3, 0x90, 0xBF};
+  if (byte >= 0xF1 && byte <= 0xF3) return {3, 0x80, 0xBF};
+  if (byte == 0xF4) return {3, 0x80, 0x8F};
+  return {0, 0, 0};
+}
+
+}  // namespace
+
+std::string ToUtf8(TextView text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char32_t unit = text[i];
+    const char32_t next = i + 1 < text.size() ? static_cast<char32_t>(text[i + 1]) : 0;
+    if (IsHighSurrogate(unit) && IsLowSurrogate(next)) {
+      AppendUtf8(out, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
+      ++i;
+    } else {
+      AppendUtf8(out, IsHighSurrogate(unit) || IsLowSurrogate(unit) ? kReplacement : unit);
+    }
+  }
+  return out;
+}
+
+Text FromUtf8(std::string_view utf8) {
+  Text out;
+  out.reserve(utf8.size());
+  for (std::size_t i = 0; i < utf8.size();) {
+    const auto first = static_cast<unsigned char>(utf8[i++]);
+    if (first < 0x80) {
+      out.push_back(static_cast<OLECHAR>(first));
+      continue;
+    }
+    const Lead lead = LeadOf(first);
+    char32_t code = lead.trailing == 1   ? first & 0x1FU
+                    : lead.trailing == 2 ? first & 0x0FU
+                                         : first & 0x07U;
+    int read = 0;
+    while (read < lead.trailing && i < utf8.size()) {
+      const auto byte = static_cast<unsigned char>(utf8[i]);
+      const unsigned from = read == 0 ? lead.second_from : 0x80U;
+      const unsigned to = read == 0 ? lead.second_to : 0xBFU;
+      if (byte < from || byte > to) break;
+      code = code << 6 | (byte & 0x3FU);
+      ++read;
+      ++i;
+    }
+    AppendUtf16(out, lead.trailing != 0 && read == lead.trailing ? code : kReplacement);
+  }
+  return out;
+}
+
+void AppendAscii(Text& text, std::string_view ascii) {
+  for (const char c : ascii) text.push_back(static_cast<OLECHAR>(static_cast<unsigned char>(c)));
+}
+
+}  // namespace sab
