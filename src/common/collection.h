@@ -1,0 +1,227 @@
+#pragma once
+
+#include <vector>
+
+#include "common/component.h"
+#include "common/position_list.h"
+
+namespace sab {
+
+/// The 28 methods behind every collection class: a list of references to one item interface, walked
+/// by opaque positions. Elements are compared by the very pointer that was passed in.
+template <class Coclass, class Item>
+class Collection : public ComponentBase<Coclass> {
+ public:
+  using Coll = typename Coclass::Interface;
+
+  HRESULT STDMETHODCALLTYPE GetCount(ULONG_PTR* o_plCount) override {
+    if (!o_plCount) return NullArgument("o_plCount");
+    *o_plCount = items_.Count();
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE IsEmpty(VARIANT_BOOL* o_pbEmpty) override {
+    if (!o_pbEmpty) return NullArgument("o_pbEmpty");
+    *o_pbEmpty = items_.Count() == 0 ? VARIANT_TRUE : VARIANT_FALSE;
+    return S_OK;
+  }
+
+  HRESULT STDMETHODCALLTYPE GetHead(Item** o_ppItem) override {
+    return HandOutIfAny(items_.Head(), o_ppItem);
+  }
+  HRESULT STDMETHODCALLTYPE GetTail(Item** o_ppItem) override {
+    return HandOutIfAny(items_.Tail(), o_ppItem);
+  }
+  HRESULT STDMETHODCALLTYPE RemoveHead(Item** o_ppItem) override {
+    return RemoveTo(items_.Head(), o_ppItem);
+  }
+  HRESULT STDMETHODCALLTYPE RemoveTail(Item** o_ppItem) override {
+    return RemoveTo(items_.Tail(), o_ppItem);
+  }
+  HRESULT STDMETHODCALLTYPE RemoveHeadNoReturn() override { return RemoveEnd(items_.Head()); }
+  HRESULT STDMETHODCALLTYPE RemoveTailNoReturn() override { return RemoveEnd(items_.Tail()); }
+  HRESULT STDMETHODCALLTYPE RemoveItem(Item* i_pItem) override {
+    if (!i_pItem) return NullArgument("i_pItem");
+    const LONG_PTR position = items_.Find(i_pItem, PositionList::kNone);
+    if (position != PositionList::kNone) items_.Remove(position)->Release();
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE RemoveAll() override {
+    items_.Clear();
+    return S_OK;
+  }
+
+  HRESULT STDMETHODCALLTYPE AddHead(Item* i_pItem, LONG_PTR* o_lpPosition) override {
+    return Insert(items_.Head(), i_pItem, o_lpPosition);
+  }
+  HRESULT STDMETHODCALLTYPE AddHeadColl(Coll* i_pColl) override {
+    return InsertAll(i_pColl, items_.Head());
+  }
+  HRESULT STDMETHODCALLTYPE AddTail(Item* i_pItem, LONG_PTR* o_lpPosition) override {
+    return Insert(PositionList::kNone, i_pItem, o_lpPosition);
+  }
+  HRESULT STDMETHODCALLTYPE AddTailColl(Coll* i_pColl) override {
+    return InsertAll(i_pColl, PositionList::kNone);
+  }
+
+  HRESULT STDMETHODCALLTYPE GetHeadPosition(LONG_PTR* o_pPos) override {
+    if (!o_pPos) return NullArgument("o_pPos");
+    *o_pPos = items_.Head();
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTailPosition(LONG_PTR* o_pPos) override {
+    if (!o_pPos) return NullArgument("o_pPos");
+    *o_pPos = items_.Tail();
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetNext(LONG_PTR* io_pPos, Item** o_ppItem) override {
+    return Step(io_pPos, o_ppItem, &PositionList::Next);
+  }
+  HRESULT STDMETHODCALLTYPE GetPrev(LONG_PTR* io_pPos, Item** o_ppItem) override {
+    return Step(io_pPos, o_ppItem, &PositionList::Previous);
+  }
+  HRESULT STDMETHODCALLTYPE GetAt(LONG_PTR i_pos, Item** o_ppItem) override {
+    if (!o_ppItem) return NullArgument("o_ppItem");
+    if (!items_.Contains(i_pos)) return BadPosition(i_pos);
+    HandOut(i_pos, o_ppItem);
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE SetAt(LONG_PTR i_pos, Item* i_pItem) override {
+    if (!i_pItem) return NullArgument("i_pItem");
+    if (!items_.Contains(i_pos)) return BadPosition(i_pos);
+    if (items_.At(i_pos) != i_pItem) items_.Replace(i_pos, i_pItem);
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE RemoveAt(LONG_PTR i_pos) override {
+    if (i_pos == PositionList::kNone) return NullArgument("i_pos");
+    if (!items_.Contains(i_pos)) return BadPosition(i_pos);
+    items_.Remove(i_pos)->Release();
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE InsertAfter(Item* i_pItem, LONG_PTR* io_lpPosition) override {
+    if (!i_pItem || !io_lpPosition) return NullArgument(i_pItem ? "io_lpPosition" : "i_pItem");
+    const LONG_PTR after = *io_lpPosition;
+    if (after == PositionList::kNone) return Insert(PositionList::kNone, i_pItem, io_lpPosition);
+    if (!items_.Contains(after)) return BadPosition(after);
+    return Insert(items_.Next(after), i_pItem, io_lpPosition);
+  }
+  HRESULT STDMETHODCALLTYPE InsertBefore(Item* i_pItem, LONG_PTR* io_lpPosition) override {
+    if (!i_pItem || !io_lpPosition) return NullArgument(i_pItem ? "io_lpPosition" : "i_pItem");
+    const LONG_PTR before = *io_lpPosition;
+    if (before == PositionList::kNone) return Insert(items_.Head(), i_pItem, io_lpPosition);
+    if (!items_.Contains(before)) return BadPosition(before);
+    return Insert(before, i_pItem, io_lpPosition);
+  }
+
+  HRESULT STDMETHODCALLTYPE Find(Item* i_pItem, LONG_PTR i_posStart, LONG_PTR* o_pPos) override {
+    if (!i_pItem || !o_pPos) return NullArgument(i_pItem ? "o_pPos" : "i_pItem");
+    if (i_posStart != PositionList::kNone && !items_.Contains(i_posStart)) {
+      return BadPosition(i_posStart);
+    }
+    *o_pPos = items_.Find(i_pItem, i_posStart);
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE FindIndex(ULONG_PTR i_lIndex, LONG_PTR* o_lpPosition) override {
+    if (!o_lpPosition) return NullArgument("o_lpPosition");
+    *o_lpPosition = items_.AtIndex(i_lIndex);
+    return S_OK;
+  }
+
+  HRESULT STDMETHODCALLTYPE MoveToHead(LONG_PTR i_pos) override {
+    if (!items_.Contains(i_pos)) return BadPosition(i_pos);
+    items_.MoveBefore(i_pos, items_.Head());
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE MoveToTail(LONG_PTR i_pos) override {
+    if (!items_.Contains(i_pos)) return BadPosition(i_pos);
+    items_.MoveBefore(i_pos, PositionList::kNone);
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE SwapElements(LONG_PTR i_pos1, LONG_PTR i_pos2) override {
+    if (i_pos1 == i_pos2) return S_OK;
+    if (!items_.Contains(i_pos1)) return BadPosition(i_pos1);
+    if (!items_.Contains(i_pos2)) return BadPosition(i_pos2);
+    items_.Swap(i_pos1, i_pos2);
+    return S_OK;
+  }
+
+ private:
+  using Base = ComponentBase<Coclass>;
+
+  static HRESULT NullArgument(const char* name) {
+    return Base::Fail(E_INVALIDARG, std::string(name) + " must not be null.");
+  }
+  static HRESULT BadPosition(LONG_PTR position) {
+    return position == PositionList::kNone
+               ? Base::Fail(E_FAIL, "There is no element at the position 0.")
+               : Base::Fail(E_INVALIDARG,
+                            "The position does not name an element of this collection: the element "
+                            "was removed or belongs to another collection.");
+  }
+
+  // The item's interface derives from IUnknown alone, so both are the same pointer.
+  Item* ItemAt(LONG_PTR position) const { return static_cast<Item*>(items_.At(position)); }
+
+  void HandOut(LONG_PTR position, Item** out) const {
+    *out = ItemAt(position);
+    (*out)->AddRef();
+  }
+  HRESULT HandOutIfAny(LONG_PTR position, Item** out) const {
+    if (!out) return NullArgument("o_ppItem");
+    *out = nullptr;
+    if (position != PositionList::kNone) HandOut(position, out);
+    return S_OK;
+  }
+
+  HRESULT RemoveTo(LONG_PTR position, Item** out) {
+    if (!out) return NullArgument("o_ppItem");
+    *out = nullptr;
+    if (position == PositionList::kNone) return Base::Fail(E_FAIL, "The collection is empty.");
+    *out = static_cast<Item*>(items_.Remove(position));
+    return S_OK;
+  }
+  HRESULT RemoveEnd(LONG_PTR position) {
+    Item* removed = nullptr;
+    const HRESULT result = RemoveTo(position, &removed);
+    if (removed) removed->Release();
+    return result;
+  }
+
+  HRESULT Step(LONG_PTR* position, Item** out, LONG_PTR (PositionList::*onward)(LONG_PTR) const) {
+    if (!position || !out) return NullArgument(position ? "o_ppItem" : "io_pPos");
+    if (!items_.Contains(*position)) return BadPosition(*position);
+    HandOut(*position, out);
+    *position = (items_.*onward)(*position);
+    return S_OK;
+  }
+
+  HRESULT Insert(LONG_PTR before, Item* item, LONG_PTR* inserted) {
+    if (!item) return NullArgument("i_pItem");
+    return Base::Guarded([&] {
+      const LONG_PTR position = items_.InsertBefore(before, item);
+      if (inserted) *inserted = position;
+    });
+  }
+
+  // The other collection may be this one or the host's own, and may fail on the way: everything is
+  // fetched before anything is added.
+  HRESULT InsertAll(Coll* other, LONG_PTR before) {
+    if (!other) return NullArgument("i_pColl");
+    return Base::Guarded([&]() -> HRESULT {
+      std::vector<ComPtr<Item>> fetched;
+      LONG_PTR position = PositionList::kNone;
+      HRESULT result = other->GetHeadPosition(&position);
+      while (SUCCEEDED(result) && position != PositionList::kNone) {
+        result = other->GetNext(&position, fetched.emplace_back().Put());
+      }
+      if (FAILED(result)) return result;
+      for (const ComPtr<Item>& item : fetched) {
+        if (item) items_.InsertBefore(before, item.Get());
+      }
+      return S_OK;
+    });
+  }
+
+  PositionList items_;
+};
+
+}  // namespace sab

@@ -1,0 +1,181 @@
+#pragma once
+
+#include <cstddef>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "base/com_ptr.h"
+#include "common/dispatch.h"
+#include "common/error_edge.h"
+#include "common/fields.h"
+#include "common/module_lock.h"
+#include "common/release_queue.h"
+#include "common/support_error_info.h"
+#include "dispatch_tables.h"
+#include "properties.h"
+
+namespace sab {
+
+/// For classes that keep no properties as fields.
+struct NoFields {};
+
+/// The ground of every component class: identity, reference count, automation and error reporting
+/// for one dual interface. Objects live in the apartment that created them, so the count is plain.
+///
+/// @tparam CoclassType the generated description of the class (name, identifier, interface)
+/// @tparam Fields      plain struct that holds the property values and their initial values
+template <class CoclassType, class FieldsType = NoFields>
+class ComponentBase : public CoclassType::Interface, private LiveObject {
+ public:
+  using Coclass = CoclassType;
+  using Interface = typename Coclass::Interface;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    return QueryOwnInterface(riid, object);
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+  ULONG STDMETHODCALLTYPE Release() override {
+    const ULONG left = --references_;
+    if (left == 0) ReleaseQueue::Destroy(this, [](void* self) { Delete(self); });
+    return left;
+  }
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    if (!count) return E_POINTER;
+    *count = 1;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
+    if (!info) return E_POINTER;
+    *info = nullptr;
+    return index == 0 ? sab::GetTypeInfo(InterfaceInfoOf<Interface>(), info) : DISP_E_BADINDEX;
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override {
+    return sab::GetIDsOfNames(InterfaceInfoOf<Interface>(), riid, names, count, locale, ids);
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID riid, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* bad_argument) override {
+    return sab::Invoke(InterfaceInfoOf<Interface>(), static_cast<Interface*>(this), member, riid,
+                       locale, flags, parameters, result, exception, bad_argument);
+  }
+
+  /// The interfaces of the object itself, whoever its outer object is; adds a reference to what it
+  /// hands out.
+  HRESULT QueryOwnInterface(REFIID riid, void** object) {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    if (riid == IID_IUnknown || riid == IID_IDispatch) {
+      *object = static_cast<IDispatch*>(this);
+    } else if (riid == IID_ISupportErrorInfo) {
+      return SupportErrorInfo::Create(this, InterfaceInfoOf<Interface>(), object);
+    } else {
+      for (const InterfaceInfo* info = &InterfaceInfoOf<Interface>(); info; info = info->base) {
+        if (riid == *info->iid) *object = static_cast<Interface*>(this);
+      }
+    }
+    if (!*object) return E_NOINTERFACE;
+    this->AddRef();
+    return S_OK;
+  }
+
+ protected:
+  ComponentBase() = default;
+  virtual ~ComponentBase() = default;
+
+  static std::string_view Source() {
+    static const std::string source = std::string("SabXmlParser.") + Coclass::kName;
+    return source;
+  }
+  static ErrorOrigin Origin() { return {Source(), &IdOf<Interface>()}; }
+
+  /// Runs the body of an interface method; see sab::Guard.
+  template <class Body>
+  static HRESULT Guarded(Body&& body) noexcept {
+    return Guard(Origin(), std::forward<Body>(body));
+  }
+  /// Ends an interface method with a failure that the caller can read about.
+  static HRESULT Fail(HRESULT code, std::string_view message) noexcept {
+    return ReportError(Origin(), code, message);
+  }
+
+  FieldsType fields{};  ///< the property values
+
+ private:
+  static void Delete(void* self) { delete static_cast<ComponentBase*>(self); }
+
+  ULONG references_ = 1;  // the creator's
+};
+
+/// A component class whose properties are plain: each get/put pair of the interface reads and
+/// writes the field of its name. A class overrides only what is special about it.
+template <class Coclass, class Fields = NoFields>
+using Component = Properties<typename Coclass::Interface, ComponentBase<Coclass, Fields>>;
+
+/// A component object as part of an outer object: every interface answers as the outer object,
+/// except the one IUnknown that the outer object holds.
+template <class Class>
+class Aggregated final : public Class {
+ public:
+  explicit Aggregated(IUnknown* outer) : outer_(outer), inner_(this) {}
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    return outer_->QueryInterface(riid, object);
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return outer_->AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() override { return outer_->Release(); }
+
+  IUnknown* Inner() { return &inner_; }
+
+ private:
+  // The identity that the outer object owns; its count is the object's own.
+  class InnerUnknown final : public IUnknown {
+   public:
+    explicit InnerUnknown(Aggregated* object) : object_(object) {}
+    virtual ~InnerUnknown() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+      if (!object) return E_POINTER;
+      if (riid == IID_IUnknown) {
+        *object = this;
+        AddRef();
+        return S_OK;
+      }
+      return object_->QueryOwnInterface(riid, object);
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return object_->Class::AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return object_->Class::Release(); }
+
+   private:
+    Aggregated* object_;
+  };
+
+  IUnknown* outer_;  // not counted: the outer object outlives its parts
+  InnerUnknown inner_;
+};
+
+/// Creates an object of the class, alone or as part of an outer object.
+/// @return E_POINTER without a place for the result; CLASS_E_NOAGGREGATION when an outer object
+/// asks
+///         for anything but IUnknown; E_NOINTERFACE; E_OUTOFMEMORY
+template <class Class>
+HRESULT CreateObject(IUnknown* outer, REFIID riid, void** object) {
+  if (!object) return E_POINTER;
+  *object = nullptr;
+  if (outer && riid != IID_IUnknown) return CLASS_E_NOAGGREGATION;
+  const ErrorOrigin origin{Class::Coclass::kName, &riid};
+  return Guard(origin, [&]() -> HRESULT {
+    if (outer) {
+      *object = (new Aggregated<Class>(outer))->Inner();
+      return S_OK;
+    }
+    auto* const created = new Class();
+    const HRESULT result = created->QueryInterface(riid, object);
+    created->Release();
+    return result;
+  });
+}
+
+}  // namespace sab

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <vector>
+
+namespace sab {
+
+/// Destroys objects whose last reference is gone without ever nesting deeper than a small bound:
+/// releasing a chain of a million objects must not exhaust the host's stack.
+class ReleaseQueue {
+ public:
+  using Destructor = void (*)(void* object);
+
+  /// Destroys the object now, or, deep inside other destructions, when those have returned.
+  static void Destroy(void* object, Destructor destroy) noexcept;
+
+ private:
+  struct Doomed {
+    void* object;
+    Destructor destroy;
+  };
+
+  static constexpr int kDeepest = 32;
+
+  // Plain values: a thread may outlive the library, so nothing may have to be destroyed at its end.
+  static thread_local int depth_;
+  static thread_local std::vector<Doomed>* waiting_;
+
+  static bool Postpone(const Doomed& doomed) noexcept;
+};
+
+}  // namespace sab
