@@ -1,0 +1,74 @@
+#include "server/component_creator.h"
+
+#include <sabxml/host.h>
+
+#include <cstdio>
+#include <new>
+#include <string>
+
+#include "base/com_error.h"
+#include "platform/host_library.h"
+#include "server/module.h"
+
+namespace sab {
+
+ComponentCreator::ComponentCreator() { host_list_.Attach(HostClassFactoryList()); }
+
+HRESULT ComponentCreator::CreateInstance(REFCLSID clsid, IUnknown* outer, REFIID riid,
+                                         void** object) noexcept {
+  *object = nullptr;
+  HRESULT result = CreateFromHost(clsid, outer, riid, object);
+  if (SUCCEEDED(result)) return result;
+  ComPtr<IClassFactory> factory;
+  result = FindFactory(clsid, factory.Put());
+  if (FAILED(result)) return result;
+  if (!outer) return factory->CreateInstance(nullptr, riid, object);
+  ComPtr<IUnknown> created;
+  result = factory->CreateInstance(outer, IID_IUnknown, created.PutVoid());
+  return SUCCEEDED(result) ? created->QueryInterface(riid, object) : result;
+}
+
+HRESULT ComponentCreator::CreateFromHost(REFCLSID clsid, IUnknown* outer, REFIID riid,
+                                         void** object) noexcept {
+  if (!host_list_) return E_UNEXPECTED;
+  ComPtr<IUnknown> created;
+  const HRESULT result = static_cast<IVeClassFactoryList*>(host_list_.Get())
+                             ->CreateInstance(clsid, outer, created.Put());
+  if (FAILED(result)) return result;
+  return created ? created->QueryInterface(riid, object) : E_UNEXPECTED;
+}
+
+HRESULT ComponentCreator::FindFactory(REFCLSID clsid, IClassFactory** factory) noexcept {
+  for (const KnownFactory& known : factories_) {
+    if (known.clsid == clsid) {
+      known.factory.CopyTo(factory);
+      return S_OK;
+    }
+  }
+  HRESULT result = CoGetClassObject(clsid, CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER, nullptr,
+                                    IID_IClassFactory, reinterpret_cast<void**>(factory));
+  if (FAILED(result)) {
+    // The runtime's answer stands unless the class is one of ours.
+    Module* const module = Module::Current();
+    if (!module ||
+        FAILED(module->ClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(factory)))) {
+      return result;
+    }
+  }
+  try {
+    factories_.push_back({clsid, ComPtr<IClassFactory>(*factory)});
+  } catch (const std::bad_alloc&) {
+    // Then it is looked up again the next time.
+  }
+  return S_OK;
+}
+
+void ComponentCreator::RaiseNotCreated(const char* class_name, HRESULT code) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
+  throw ComError(code, std::string("An object of the class ") + class_name +
+                           " could not be created (" + text +
+                           "). Check how the class is registered.");
+}
+
+}  // namespace sab

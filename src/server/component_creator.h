@@ -1,0 +1,60 @@
+#pragma once
+
+#include <sabxml/com.h>
+
+#include <vector>
+
+#include "base/com_ptr.h"
+#include "common/error_edge.h"
+
+struct IVeClassFactoryList;
+
+namespace sab {
+
+/// Creates the objects that a parser hands out. The host comes first: it may have a class of its
+/// own in its list. Then the component runtime, then, where the class is not registered, this
+/// library's own class table, so that an unregistered copy beside an application works.
+///
+/// Keep one for the length of a Generate or Load call: it remembers the host's list and the class
+/// factories that it has found.
+class ComponentCreator {
+ public:
+  ComponentCreator();
+
+  /// The routine itself, for any class: a registered third party's as well as the server's.
+  HRESULT CreateInstance(REFCLSID clsid, IUnknown* outer, REFIID riid, void** object) noexcept;
+
+  /// Creates an object of one of the server's classes. Raises ComError with the code of the
+  /// failure.
+  template <class Coclass>
+  ComPtr<typename Coclass::Interface> Create() {
+    ComPtr<typename Coclass::Interface> object;
+    const HRESULT result = CreateInstance(Coclass::clsid, nullptr,
+                                          IdOf<typename Coclass::Interface>(), object.PutVoid());
+    if (FAILED(result)) RaiseNotCreated(Coclass::kName, result);
+    return object;
+  }
+  /// The same, but empty when the object cannot be created: for members of an object that is being
+  /// constructed, which stay empty then.
+  template <class Coclass>
+  ComPtr<typename Coclass::Interface> TryCreate() noexcept {
+    ComPtr<typename Coclass::Interface> object;
+    CreateInstance(Coclass::clsid, nullptr, IdOf<typename Coclass::Interface>(), object.PutVoid());
+    return object;
+  }
+
+ private:
+  struct KnownFactory {
+    CLSID clsid;
+    ComPtr<IClassFactory> factory;
+  };
+
+  [[noreturn]] static void RaiseNotCreated(const char* class_name, HRESULT code);
+  HRESULT CreateFromHost(REFCLSID clsid, IUnknown* outer, REFIID riid, void** object) noexcept;
+  HRESULT FindFactory(REFCLSID clsid, IClassFactory** factory) noexcept;
+
+  ComPtr<IUnknown> host_list_;
+  std::vector<KnownFactory> factories_;
+};
+
+}  // namespace sab
