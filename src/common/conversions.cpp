@@ -1,0 +1,162 @@
+#include "common/conversions.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+#include <string>
+
+namespace sab {
+namespace {
+
+// White space by iswspace of Microsoft's C library, which is that of Unicode.
+constexpr bool IsSpace(unsigned unit) {
+  if (unit < 0x80) return unit == ' ' || (unit >= '\t' && unit <= '\r');
+  return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) ||
+         unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
+}
+
+// The zero of every run of ten decimal digits that Microsoft's C library reads as digits.
+constexpr std::array<unsigned, 17> kZeros = {0x0660, 0x06F0, 0x0966, 0x09E6, 0x0A66, 0x0AE6,
+                                             0x0B66, 0x0C66, 0x0CE6, 0x0D66, 0x0E50, 0x0ED0,
+                                             0x0F20, 0x1040, 0x17E0, 0x1810, 0xFF10};
+
+constexpr int kNoDigit = -1;
+
+int DigitOf(unsigned unit) {
+  if (unit < 0x80) return unit >= '0' && unit <= '9' ? static_cast<int>(unit - '0') : kNoDigit;
+  for (const unsigned zero : kZeros) {
+    if (unit >= zero && unit < zero + 10) return static_cast<int>(unit - zero);
+  }
+  return kNoDigit;
+}
+
+// What stands before the digits: white space, then at most one sign.
+bool SkipToDigits(TextView& text) {
+  const auto first =
+      std::find_if(text.begin(), text.end(), [](OLECHAR unit) { return !IsSpace(unit); });
+  text.remove_prefix(static_cast<std::size_t>(first - text.begin()));
+  if (text.empty() || (text.front() != '-' && text.front() != '+')) return false;
+  const bool negative = text.front() == '-';
+  text.remove_prefix(1);
+  return negative;
+}
+
+template <class Integer>
+Integer ParseInteger(TextView text) {
+  constexpr Integer kMin = std::numeric_limits<Integer>::min();
+  constexpr Integer kMax = std::numeric_limits<Integer>::max();
+  const bool negative = SkipToDigits(text);
+  // Counts downwards, because the negative numbers reach one further than the positive ones.
+  Integer value = 0;
+  for (const OLECHAR unit : text) {
+    const int digit = DigitOf(unit);
+    if (digit == kNoDigit) break;
+    if (value < kMin / 10 || (value == kMin / 10 && digit > -static_cast<int>(kMin % 10)))
+      return negative ? kMin : kMax;
+    value = static_cast<Integer>(value * 10 - digit);
+  }
+  if (negative) return value;
+  return value == kMin ? kMax : static_cast<Integer>(-value);
+}
+
+// The part of a text that can belong to a number, as ASCII; digits of other scripts are mapped.
+std::string AsciiNumber(TextView text) {
+  std::string ascii;
+  for (const OLECHAR unit : text) {
+    const int digit = DigitOf(unit);
+    if (digit != kNoDigit) {
+      ascii.push_back(static_cast<char>('0' + digit));
+    } else if (unit < 0x80 && (unit == '.' || unit == '+' || unit == '-' ||
+                               (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z'))) {
+      ascii.push_back(static_cast<char>(unit));
+    } else {
+      break;
+    }
+  }
+  return ascii;
+}
+
+// Whether a number that does not fit is too large rather than too small: the place of its first
+// digit other than 0, counted from the point, together with its exponent.
+bool IsTooLarge(std::string_view number, char exponent_mark, int bits_per_digit) {
+  const std::size_t mark =
+      number.find_first_of(exponent_mark == 'e' ? std::string_view("eE") : std::string_view("pP"));
+  const std::string_view mantissa = number.substr(0, mark);
+  const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+  const std::size_t first = std::min(mantissa.find_first_not_of("0."), mantissa.size());
+  const std::int64_t place = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
+  std::int64_t exponent = 0;
+  if (mark != std::string_view::npos) {
+    const std::string_view digits = number.substr(mark + 1);
+    exponent = ParseInteger<std::int32_t>(Text(digits.begin(), digits.end()));
+  }
+  return place * bits_per_digit + exponent > 0;
+}
+
+double ParseUnsigned(std::string_view number) {
+  // After "0x" must stand a digit: the conversion below would take a sign or "inf" there, too.
+  const bool hexadecimal =
+      number.size() > 2 && number[0] == '0' && (number[1] == 'x' || number[1] == 'X') &&
+      std::string_view("0123456789abcdefABCDEF.").find(number[2]) != std::string_view::npos;
+  if (hexadecimal) number.remove_prefix(2);
+  double value = 0;
+  const char* const end = number.data() + number.size();
+  const auto [stop, error] = std::from_chars(
+      number.data(), end, value, hexadecimal ? std::chars_format::hex : std::chars_format::general);
+  if (error != std::errc::result_out_of_range) return value;
+  number = number.substr(0, static_cast<std::size_t>(stop - number.data()));
+  const bool too_large = hexadecimal ? IsTooLarge(number, 'p', 4) : IsTooLarge(number, 'e', 1);
+  return too_large ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
+Text Widen(const char* begin, const char* end) { return Text(begin, end); }
+
+}  // namespace
+
+std::int32_t ParseInt(TextView text) { return ParseInteger<std::int32_t>(text); }
+
+std::int64_t ParseInt64(TextView text) { return ParseInteger<std::int64_t>(text); }
+
+std::int16_t ParseShort(TextView text) { return static_cast<std::int16_t>(ParseInt(text)); }
+
+std::int32_t ParseIntOrMax(TextView text) {
+  return EqualsAscii(text, "INT_MAX") ? std::numeric_limits<std::int32_t>::max() : ParseInt(text);
+}
+
+double ParseDouble(TextView text) {
+  const bool negative = SkipToDigits(text);
+  // A second sign belongs to no number, though the conversion below would take a minus.
+  if (!text.empty() && text.front() == '-') return 0;
+  const double value = ParseUnsigned(AsciiNumber(text));
+  return negative ? -value : value;
+}
+
+VARIANT_BOOL ParseBool(TextView text) {
+  return ParseInt(text) == -1 ? VARIANT_TRUE : VARIANT_FALSE;
+}
+
+Text FormatInt(std::int64_t value) {
+  std::array<char, 24> buffer;
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return Widen(buffer.data(), result.ptr);
+}
+
+Text FormatFixed(double value, int decimals) {
+  // The greatest double has 309 digits before the point.
+  std::array<char, 360> buffer;
+  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                    std::chars_format::fixed, decimals);
+  return Widen(buffer.data(), result.ptr);
+}
+
+Text FormatPoint(double x, double y) {
+  Text text = FormatFixed(x, 6);
+  text.push_back(',');
+  text += FormatFixed(y, 6);
+  return text;
+}
+
+Text FormatBool(VARIANT_BOOL value) { return value == VARIANT_TRUE ? FormatInt(-1) : FormatInt(0); }
+
+}  // namespace sab

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "base/text.h"
+
+namespace sab {
+
+// Reading and replacing whole files. A name is a path of the platform or a "file:" address; other
+// addresses ("http:", "https:", "ftp:") are refused, because nothing is ever read from a network
+// address. On POSIX a name that does not exist as it stands is tried with every backslash taken as
+// a separator, since configuration files carry paths written on Windows.
+
+/// The bytes of a whole file.
+class FileBytes {
+ public:
+  FileBytes() = default;
+  FileBytes(std::unique_ptr<char[]> data, std::size_t size) : data_(std::move(data)), size_(size) {}
+
+  std::string_view View() const { return {data_.get(), size_}; }
+
+ private:
+  std::unique_ptr<char[]> data_;
+  std::size_t size_ = 0;
+};
+
+/// The largest file that is read, in bytes.
+inline constexpr std::size_t kLargestFile = 0x7FFFFFFF;
+
+/// Reads a regular file.
+/// @param reason receives why there are no bytes, in words; untouched on success
+/// @return nothing for a file that is missing, unreadable, too large or not a regular file
+std::optional<FileBytes> ReadFileBytes(TextView name, std::string& reason);
+
+/// Whether something, whatever it is, stands under the name.
+bool FileExists(TextView name);
+
+/// Puts new bytes in the place of a file, or makes the file, as one step: the bytes go to a
+/// temporary file in the same folder, are flushed to the disk and take over the name. Symbolic
+/// links are followed; mode and owner (on Windows attributes and access list) of an existing file
+/// are kept. On failure the old file is as it was and no temporary file stays.
+/// Raises ComError with the result code that Windows has for the reason (E_ACCESSDENIED,
+/// HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), …); the message names the file and the reason.
+void ReplaceFileBytes(TextView name, std::string_view bytes);
+
+}  // namespace sab
