@@ -2,6 +2,7 @@
 
 #include "base/com_error.h"
 #include "framework/configuration_list.h"
+#include "framework/path_list.h"
 
 namespace sab {
 
@@ -67,15 +68,7 @@ HRESULT CVeAppParser::GenerateApp() {
 void CVeAppParser::ReadTemplatePaths(DescriptorReader& file) {
   const ConfigElement templates = file.Find("Application/Templates");
   if (!templates) return;
-  Text path;
-  for (const ConfigElement child : templates.Children()) {
-    if (!child.Is("Template")) continue;
-    for (const ConfigElement part : child.Children()) {
-      if (!part.Is("Path")) continue;
-      part.ReadText(path);
-      if (!path.empty()) template_paths_.Append(path);
-    }
-  }
+  ReadPaths(templates, "Template", template_paths_);
   if (template_paths_.IsEmpty()) {
     file.Fail(kInvalidTemplate, "Application/Templates",
               "names no template: give it a Template with a Path, or leave it out");

@@ -10,7 +10,7 @@ DescriptorReader::DescriptorReader(const Bstr& configuration_path)
     throw ComError(kDocumentNotLoaded, "No file is named: put ConfigurationPath first.");
   }
   if (!document_.Load(configuration_path.View())) {
-    throw ComError(kDocumentNotLoaded, document_.LoadFailure());
+    throw ComError(kDocumentNotLoaded, document_.Failure().Describe());
   }
 }
 
