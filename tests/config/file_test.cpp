@@ -1,0 +1,109 @@
+#include "platform/file.h"
+
+#include <gtest/gtest.h>
+
+#include "base/com_error.h"
+#include "config/temporary_folder.h"
+
+namespace sab {
+namespace {
+
+constexpr HRESULT kPathNotFound = static_cast<HRESULT>(0x80070003);
+constexpr HRESULT kAccessDenied = static_cast<HRESULT>(0x80070005);
+constexpr HRESULT kInvalidArgument = static_cast<HRESULT>(0x80070057);
+
+std::string ReadOrReason(TextView name) {
+  std::string reason;
+  const auto bytes = ReadFileBytes(name, reason);
+  return bytes ? std::string(bytes->View()) : "refused: " + reason;
+}
+
+TEST(File, ReadsAllBytesOfAnySize) {
+  const TemporaryFolder folder;
+  for (const std::size_t size : {0, 1, 4095, 4096, 4097, 300000}) {
+    std::string bytes(size, '\0');
+    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7);
+    folder.Write("f", bytes);
+    EXPECT_EQ(ReadOrReason(folder.Name("f")), bytes) << size;
+  }
+}
+
+TEST(File, RefusesWhatIsNoFileAndSaysWhy) {
+  const TemporaryFolder folder;
+  const struct {
+    Text name;
+    const char* part_of_reason;
+  } rows[] = {
+      {Text(), "no file is named"},
+      {folder.Name("none"), ""},
+      {folder.Name(""), ""},
+      {Text(OLESTR("http://127.0.0.1:9/a.xml")), "network"},
+      {Text(OLESTR("HTTPS://localhost/a.xml")), "network"},
+      {folder.Name("f") + OLECHAR{0} + OLESTR("tail"), "zero"},
+  };
+  folder.Write("f", "x");
+  for (const auto& row : rows) {
+    std::string reason;
+    EXPECT_FALSE(ReadFileBytes(row.name, reason)) << ToUtf8(row.name);
+    EXPECT_NE(reason, "") << ToUtf8(row.name);
+    EXPECT_NE(reason.find(row.part_of_reason), std::string::npos) << reason;
+  }
+}
+
+TEST(File, FileAddressesLeadToTheFile) {
+  const TemporaryFolder folder;
+  folder.Write("a b%.xml", "x");
+  std::string path = ToUtf8(folder.Name("a%20b%25.xml"));
+  for (char& c : path) c = c == '\\' ? '/' : c;
+  if (path.front() != '/') path.insert(0, 1, '/');
+  for (const char* scheme : {"file://", "FILE://", "file:", "file://localhost"})
+    EXPECT_EQ(ReadOrReason(FromUtf8(scheme + path)), "x") << scheme;
+}
+
+TEST(File, ReplacesAndCreatesWithoutLeftovers) {
+  const TemporaryFolder folder;
+  const std::string names[] = {"plain.xml", "\u914D\u7F6E.xml"};
+  for (const std::string& name : names) {
+    const auto path = std::filesystem::path(FromUtf8(name));
+    const Text full = TemporaryFolder::NameOf(folder.Path("") / path);
+    EXPECT_FALSE(FileExists(full));
+    ReplaceFileBytes(full, "new");
+    EXPECT_TRUE(FileExists(full));
+    ReplaceFileBytes(full, std::string(200000, 'y'));
+    ReplaceFileBytes(full, "short");
+    EXPECT_EQ(ReadOrReason(full), "short");
+  }
+  EXPECT_EQ(folder.Entries().size(), 2U);
+}
+
+TEST(File, FailedReplacementNamesFileAndReason) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder.Path("sub"));
+  folder.Write("file", "old");
+  const struct {
+    Text name;
+    HRESULT code;
+  } rows[] = {
+      {folder.Name("no/such.xml"), kPathNotFound},
+      {folder.Name("sub"), kAccessDenied},
+      {Text(), kInvalidArgument},
+      {Text(OLESTR("http://localhost/a.xml")), kInvalidArgument},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(ToUtf8(row.name));
+    try {
+      ReplaceFileBytes(row.name, "x");
+      ADD_FAILURE() << "no error";
+    } catch (const ComError& error) {
+      EXPECT_EQ(error.Code(), row.code);
+      EXPECT_NE(std::string(error.what()).find("cannot write " + ToUtf8(row.name) + ": "),
+                std::string::npos)
+          << error.what();
+    }
+  }
+  EXPECT_EQ(folder.Read("file"), "old");
+  EXPECT_EQ(folder.Entries().size(), 2U);
+}
+
+}  // namespace
+}  // namespace sab
