@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include "server/created_object.h"
+#include "support/server_library.h"
+
+namespace sab::testing {
+namespace {
+
+// An outer object that counts what reaches it.
+class Outer final : public IUnknown {
+ public:
+  virtual ~Outer() = default;
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    ++queries;
+    *object = nullptr;
+    if (riid == IID_IUnknown) {
+      *object = static_cast<IUnknown*>(this);
+      AddRef();
+      return S_OK;
+    }
+    return inner ? inner->QueryInterface(riid, object) : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+  ULONG STDMETHODCALLTYPE Release() override { return --references; }
+
+  ComPtr<IUnknown> inner;
+  ULONG references = 1;
+  int queries = 0;
+};
+
+constexpr const CLSID* kCreatable[] = {&CLSID_VeAppParser, &CLSID_VeAutoUpdateAdminCfgParser,
+                                       &CLSID_VePrsConfig, &CLSID_VePrsConfigColl,
+                                       &CLSID_VePrsAccel,  &CLSID_VePrsAccelColl};
+
+ComPtr<IClassFactory> FactoryOf(REFCLSID clsid) {
+  ComPtr<IClassFactory> factory;
+  EXPECT_EQ(S_OK, Server().GetClassObject(clsid, IID_IClassFactory, factory.PutVoid()));
+  return factory;
+}
+
+TEST(EntryPoints, RefuseWhatTheyCannotGive) {
+  void* object = &object;
+  EXPECT_EQ(E_POINTER, Server().GetClassObject(CLSID_VeAppParser, IID_IClassFactory, nullptr));
+  EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE,
+            Server().GetClassObject(IID_IUnknown, IID_IClassFactory, &object));
+  EXPECT_EQ(nullptr, object);
+  object = &object;
+  EXPECT_EQ(E_NOINTERFACE, Server().GetClassObject(CLSID_VeAppParser, IID_IDispatch, &object));
+  EXPECT_EQ(nullptr, object);
+}
+
+TEST(EntryPoints, TheLibraryStaysWhileAnythingIsHeld) {
+  ASSERT_EQ(S_OK, Server().CanUnloadNow());
+  {
+    const ComPtr<IVeAppParser> app = Created<IVeAppParser>(CLSID_VeAppParser);
+    EXPECT_EQ(S_FALSE, Server().CanUnloadNow());
+  }
+  EXPECT_EQ(S_OK, Server().CanUnloadNow());
+  {
+    const ComPtr<IClassFactory> factory = FactoryOf(CLSID_VePrsAccel);
+    EXPECT_EQ(S_FALSE, Server().CanUnloadNow());
+    EXPECT_EQ(S_OK, factory->LockServer(TRUE));
+  }
+  EXPECT_EQ(S_FALSE, Server().CanUnloadNow());
+  EXPECT_EQ(S_OK, FactoryOf(CLSID_VeAppParser)->LockServer(FALSE));
+  EXPECT_EQ(S_OK, Server().CanUnloadNow());
+}
+
+TEST(EntryPoints, OneFactoryServesAClass) {
+  EXPECT_EQ(FactoryOf(CLSID_VeAppParser), FactoryOf(CLSID_VeAppParser));
+  EXPECT_FALSE(FactoryOf(CLSID_VeAppParser) == FactoryOf(CLSID_VePrsAccel));
+}
+
+TEST(EntryPoints, EveryClassIsCreatedAloneAndWithAnIdentity) {
+  for (const CLSID* clsid : kCreatable) {
+    const ComPtr<IClassFactory> factory = FactoryOf(*clsid);
+    ComPtr<IDispatch> dispatch;
+    ASSERT_EQ(S_OK, factory->CreateInstance(nullptr, IID_IDispatch, dispatch.PutVoid()));
+    const auto first = dispatch.As<IUnknown>();
+    ComPtr<ISupportErrorInfo> support;
+    ASSERT_EQ(S_OK, dispatch->QueryInterface(IID_ISupportErrorInfo, support.PutVoid()));
+    EXPECT_EQ(first, support.As<IUnknown>());
+    EXPECT_EQ(S_FALSE, support->InterfaceSupportsErrorInfo(IID_IUnknown));
+
+    void* none = &none;
+    EXPECT_EQ(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IClassFactory, &none));
+    EXPECT_EQ(nullptr, none);
+    EXPECT_EQ(E_POINTER, factory->CreateInstance(nullptr, IID_IUnknown, nullptr));
+    EXPECT_EQ(E_POINTER, dispatch->QueryInterface(IID_IUnknown, nullptr));
+  }
+}
+
+TEST(EntryPoints, EveryClassIsPartOfAnOuterObject) {
+  for (const CLSID* clsid : kCreatable) {
+    const ComPtr<IClassFactory> factory = FactoryOf(*clsid);
+    Outer outer;
+    void* refused = &refused;
+    EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(&outer, IID_IDispatch, &refused));
+    EXPECT_EQ(nullptr, refused);
+    ASSERT_EQ(S_OK, factory->CreateInstance(&outer, IID_IUnknown, outer.inner.PutVoid()));
+    {
+      ComPtr<IDispatch> dispatch;
+      ASSERT_EQ(S_OK, outer.inner->QueryInterface(IID_IDispatch, dispatch.PutVoid()));
+      EXPECT_EQ(2U, outer.references);
+      EXPECT_EQ(&outer, dispatch.As<IUnknown>().Get());
+      ComPtr<ISupportErrorInfo> support;
+      ASSERT_EQ(S_OK, dispatch->QueryInterface(IID_ISupportErrorInfo, support.PutVoid()));
+      EXPECT_EQ(&outer, support.As<IUnknown>().Get());
+      EXPECT_GE(outer.queries, 3);
+    }
+    EXPECT_EQ(1U, outer.references);
+    outer.inner.Reset();
+    EXPECT_EQ(S_OK, Server().CanUnloadNow());
+  }
+}
+
+}  // namespace
+}  // namespace sab::testing
