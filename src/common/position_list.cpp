@@ -72,7 +72,7 @@ IUnknown* PositionList::Remove(LONG_PTR position) {
   Unlink(index);
   Free(index);
   if (--count_ == 0) {
-    blocks_ = {};
+    blocks_ = std::vector<std::unique_ptr<Node[]>>();
     free_ = kNoNode;
   }
   return element;
