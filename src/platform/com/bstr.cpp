@@ -1,0 +1,76 @@
+#include <sabxml/com.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+namespace {
+
+// A string's memory: padding, its length in bytes, the text, a zero. The text is aligned for 8
+// bytes.
+constexpr std::size_t kPrefix = 8;
+constexpr UINT kMostBytes = std::numeric_limits<UINT>::max() - 64;
+
+char* MemoryOf(BSTR string) { return reinterpret_cast<char*>(string) - kPrefix; }
+
+BSTR Allocate(UINT bytes) {
+  if (bytes > kMostBytes) return nullptr;
+  auto* const memory = static_cast<char*>(std::malloc(kPrefix + bytes + sizeof(OLECHAR)));
+  if (!memory) return nullptr;
+  std::memcpy(memory + kPrefix - sizeof(UINT), &bytes, sizeof bytes);
+  char* const text = memory + kPrefix;
+  std::memset(text + bytes, 0, sizeof(OLECHAR));
+  return reinterpret_cast<BSTR>(text);
+}
+
+UINT LengthOf(const OLECHAR* text) {
+  const OLECHAR* end = text;
+  while (*end) ++end;
+  return static_cast<UINT>(end - text);
+}
+
+}  // namespace
+
+BSTR SysAllocString(const OLECHAR* text) {
+  return text ? SysAllocStringLen(text, LengthOf(text)) : nullptr;
+}
+
+BSTR SysAllocStringLen(const OLECHAR* text, UINT length) {
+  if (length > kMostBytes / sizeof(OLECHAR)) return nullptr;
+  const BSTR string = Allocate(length * static_cast<UINT>(sizeof(OLECHAR)));
+  if (string && text) std::memcpy(string, text, length * sizeof(OLECHAR));
+  return string;
+}
+
+BSTR SysAllocStringByteLen(const char* bytes, UINT length) {
+  const BSTR string = Allocate(length);
+  if (string && bytes) std::memcpy(string, bytes, length);
+  return string;
+}
+
+INT SysReAllocString(BSTR* string, const OLECHAR* text) {
+  return SysReAllocStringLen(string, text, text ? LengthOf(text) : 0);
+}
+
+INT SysReAllocStringLen(BSTR* string, const OLECHAR* text, UINT length) {
+  if (!string) return FALSE;
+  const BSTR replacement = SysAllocStringLen(text, length);
+  if (!replacement) return FALSE;
+  SysFreeString(std::exchange(*string, replacement));
+  return TRUE;
+}
+
+void SysFreeString(BSTR string) {
+  if (string) std::free(MemoryOf(string));
+}
+
+UINT SysStringByteLen(BSTR string) {
+  UINT bytes = 0;
+  if (string) std::memcpy(&bytes, reinterpret_cast<char*>(string) - sizeof(UINT), sizeof bytes);
+  return bytes;
+}
+
+UINT SysStringLen(BSTR string) {
+  return SysStringByteLen(string) / static_cast<UINT>(sizeof(OLECHAR));
+}
