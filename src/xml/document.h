@@ -1,0 +1,88 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "xml/encoding.h"
+#include "xml/node.h"
+#include "xml/reader.h"
+
+namespace sab::xml {
+
+/// A well-formed document: its bytes and the flat array of its nodes. Nodes are named by index;
+/// kNoNode means none, and as a parent the document itself.
+class Document {
+ public:
+  /// Reads a document in any known encoding. Raises Error; std::bad_alloc.
+  explicit Document(std::string bytes);
+
+  /// The document element.
+  NodeIndex Root() const { return root_; }
+  NodeType TypeOf(NodeIndex node) const { return nodes_[node].type; }
+  bool IsElement(NodeIndex node) const { return TypeOf(node) == NodeType::kElement; }
+  NodeIndex ParentOf(NodeIndex node) const { return nodes_[node].parent; }
+  NodeIndex FirstChild(NodeIndex node) const {
+    const NodeIndex child = node + 1;
+    return child < nodes_.Size() && nodes_[child].parent == node ? child : kNoNode;
+  }
+  NodeIndex NextSibling(NodeIndex node) const { return nodes_[node].next; }
+  NodeIndex FirstChildElement(NodeIndex node) const { return ElementFrom(FirstChild(node)); }
+  NodeIndex NextElement(NodeIndex node) const { return ElementFrom(NextSibling(node)); }
+  /// The first node that is not inside this one, in document order; the number of nodes at the end.
+  NodeIndex EndOf(NodeIndex node) const;
+  NodeIndex NodeCount() const { return nodes_.Size(); }
+
+  /// The name as it is written, and without its prefix.
+  std::string_view NameOf(NodeIndex element) const {
+    const Node& node = nodes_[element];
+    return {text_ + node.start + 1, node.name_length};
+  }
+  std::string_view LocalNameOf(NodeIndex element) const {
+    return NameOf(element).substr(nodes_[element].prefix_length);
+  }
+  bool HasLocalName(NodeIndex element, std::string_view name) const {
+    return LocalNameOf(element) == name;
+  }
+  bool IsInNamespace(NodeIndex element) const {
+    return (nodes_[element].flags & kInNamespace) != 0;
+  }
+
+  /// Appends the text of a node: that of all text below it, joined. White space at the ends is left
+  /// out, except in CDATA sections and under xml:space="preserve".
+  void AppendText(NodeIndex node, std::u16string& out) const;
+  /// Appends the text of a leaf that needs no node of its own; see HasOnlyText.
+  bool HasOnlyText(NodeIndex element) const { return (nodes_[element].flags & kHasOnlyText) != 0; }
+
+  /// The value of an attribute by its name as written, normalised; nothing if there is none.
+  std::optional<std::u16string> AttributeOf(NodeIndex element, std::string_view name) const;
+
+  Place PlaceOfNode(NodeIndex node) const { return PlaceOf(text_, nodes_[node].start); }
+
+  // What editing needs: places in the decoded text, and the way back to the bytes.
+  std::string_view Bytes() const { return {bytes_.data(), size_}; }
+  std::string_view TextBytes() const { return {text_, nodes_[0].end}; }
+  const Encoding& GetEncoding() const { return encoding_; }
+  const Node& At(NodeIndex node) const { return nodes_[node]; }
+  /// Where an element's content starts; for <name/> behind the tag.
+  std::size_t ContentStart(NodeIndex element) const;
+  /// Behind the end tag.
+  std::size_t ElementEnd(NodeIndex element) const;
+
+ private:
+  NodeIndex ElementFrom(NodeIndex node) const {
+    while (node != kNoNode && !IsElement(node)) node = NextSibling(node);
+    return node;
+  }
+  void AppendPiece(std::string_view piece, bool needs_decoding, std::u16string& out) const;
+
+  std::string bytes_;  // as they stand in the file, and zeros behind them
+  std::size_t size_;   // without those zeros
+  Encoding encoding_;
+  std::string decoded_;  // where the bytes are not UTF-8
+  const char* text_;     // UTF-8 without a mark
+  NodeArray nodes_;
+  NodeIndex root_ = kNoNode;
+};
+
+}  // namespace sab::xml

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "xml/document.h"
+
+namespace sab::xml {
+
+/// All elements that a location path selects, seen from the document, in document order. Names
+/// without a prefix mean elements in no namespace. A path that is only child steps ("a/b", "/a/b")
+/// is walked; any other XPath 1.0 expression is evaluated as such. Raises Error for a path that is
+/// empty, not well-formed, or selects what is no element.
+std::vector<NodeIndex> SelectAll(const Document& document, std::string_view path);
+
+/// The first of them; kNoNode if there is none.
+NodeIndex SelectFirst(const Document& document, std::string_view path);
+
+/// The first child element of that name that any of the parents has, in their order.
+NodeIndex FirstChildNamed(const Document& document, const std::vector<NodeIndex>& parents,
+                          std::string_view name);
+
+/// Whether the path is only child steps.
+bool IsChildSteps(std::string_view path);
+
+/// Evaluates an expression that is more than child steps.
+std::vector<NodeIndex> EvaluateXPath(const Document& document, std::string_view expression);
+
+}  // namespace sab::xml

@@ -1,0 +1,522 @@
+#include "xml/reader.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "xml/characters.h"
+#include "xml/error.h"
+#include "xml/namespaces.h"
+
+namespace sab::xml {
+namespace {
+
+class Reader {
+ public:
+  Reader(const char* text, std::size_t size) : text_(text), end_(text + size), p_(text) {}
+
+  NodeArray Read() {
+    nodes_.Append({0, 0, kNoNode, kNoNode, 0, 0, NodeType::kDocument, 0, 0});
+    ReadDeclaration();
+    ReadMisc();
+    if (p_ == end_) Fail("the document has no element");
+    if (*p_ != '<') Fail("text stands outside the document element");
+    if (!Has(p_[1], kNameStart)) Fail("the document element is expected here");
+    ReadElements();
+    ReadMisc();
+    if (p_ != end_) {
+      Fail(*p_ == '<' ? "there is a second document element"
+                      : "text stands behind the document element");
+    }
+    nodes_[0].end = Offset(end_);
+    return std::move(nodes_);
+  }
+
+ private:
+  struct Attribute {
+    std::string_view name;
+    std::size_t prefix_length;  // without the colon
+  };
+
+  std::uint32_t Offset(const char* p) const { return static_cast<std::uint32_t>(p - text_); }
+
+  [[noreturn]] void FailAt(const char* p, const std::string& reason) const {
+    const Place place = PlaceOf(text_, static_cast<std::size_t>(p - text_));
+    throw Error(place.line, place.column, reason);
+  }
+  [[noreturn]] void Fail(const std::string& reason) const {
+    FailAt(p_, p_ >= end_ ? "the document ends too early: " + reason : reason);
+  }
+
+  bool StartsWith(std::string_view expected) const {
+    return std::strncmp(p_, expected.data(), expected.size()) == 0;
+  }
+  void Expect(std::string_view expected, const char* reason) {
+    if (!StartsWith(expected)) Fail(reason);
+    p_ += expected.size();
+  }
+  bool SkipSpace() {
+    const char* const start = p_;
+    while (Has(*p_, kSpace)) ++p_;
+    return p_ != start;
+  }
+
+  // Makes a node the next child of the element that is open.
+  NodeIndex Append(NodeType type, const char* start, const char* end, std::uint8_t flags = 0) {
+    const NodeIndex index =
+        nodes_.Append({Offset(start), Offset(end), open_, kNoNode, 0, 0, type, flags, 0});
+    if (previous_ != kNoNode) nodes_[previous_].next = index;
+    previous_ = index;
+    return index;
+  }
+
+  // --- characters ---
+
+  // One character that is no plain ASCII; refuses what may not occur in a document.
+  void ReadCharacter() {
+    const Decoded decoded = Decode(p_);
+    if (decoded.length == 0) Fail("the bytes are not UTF-8");
+    if (!IsCharacter(decoded.code)) {
+      if (p_ >= end_) Fail("something is not closed");
+      Fail("a character that XML does not allow");
+    }
+    p_ += decoded.length;
+  }
+
+  char32_t ReadReference() {
+    const char* const start = p_;
+    ++p_;
+    char32_t code = 0;
+    if (*p_ == '#') {
+      ++p_;
+      const bool is_hexadecimal = *p_ == 'x';
+      if (is_hexadecimal) ++p_;
+      const char* const digits = p_;
+      for (;; ++p_) {
+        const int digit = DigitOf(*p_, is_hexadecimal);
+        if (digit < 0) break;
+        code = std::min<char32_t>(code * (is_hexadecimal ? 16 : 10) + static_cast<char32_t>(digit),
+                                  0x110000);
+      }
+      if (p_ == digits) FailAt(start, "a character reference without a number");
+      if (!IsCharacter(code)) FailAt(start, "a reference to a character that XML does not allow");
+    } else {
+      static constexpr struct {
+        std::string_view name;
+        char32_t code;
+      } kEntities[] = {{"lt;", '<'}, {"gt;", '>'}, {"amp;", '&'}, {"quot;", '"'}, {"apos;", '\''}};
+      for (const auto& entity : kEntities) {
+        if (!StartsWith(entity.name)) continue;
+        p_ += entity.name.size();
+        return entity.code;
+      }
+      FailAt(start, Has(*p_, kNameStart) ? "an entity that is not declared: write &amp; for &"
+                                         : "a bare &: write &amp;");
+    }
+    if (*p_ != ';') FailAt(start, "a reference without its semicolon");
+    ++p_;
+    return code;
+  }
+
+  static int DigitOf(char c, bool is_hexadecimal) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (is_hexadecimal && c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (is_hexadecimal && c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+  }
+
+  std::string_view ReadName(const char* what) {
+    const char* const start = p_;
+    if (!Has(*p_, kNameStart)) Fail(std::string(what) + " is expected");
+    for (bool is_first = true; Has(*p_, kNameByte); is_first = false) {
+      if (static_cast<unsigned char>(*p_) < 0x80) {
+        ++p_;
+        continue;
+      }
+      const Decoded decoded = Decode(p_);
+      if (decoded.length == 0) Fail("the bytes are not UTF-8");
+      if (!(is_first ? IsNameStart(decoded.code) : IsNameCharacter(decoded.code))) {
+        Fail("a character that a name cannot have");
+      }
+      p_ += decoded.length;
+    }
+    const std::string_view name(start, static_cast<std::size_t>(p_ - start));
+    if (name.size() > UINT16_MAX) FailAt(start, "a name of over 65535 bytes");
+    return name;
+  }
+
+  // Length of the prefix without the colon; refuses a name of more than two parts.
+  std::size_t PrefixOf(std::string_view name) const {
+    const std::size_t colon = name.find(':');
+    if (colon == std::string_view::npos) return 0;
+    const char* const local = name.data() + colon + 1;
+    if (colon == 0 || colon + 1 == name.size() || name.find(':', colon + 1) != name.npos ||
+        !IsNameStart(Decode(local).code)) {
+      FailAt(name.data(), "a name whose colon does not stand between a prefix and a local name");
+    }
+    return colon;
+  }
+
+  // --- prolog ---
+
+  void ReadDeclaration() {
+    if (!StartsWith("<?xml") || !Has(p_[5], kSpace)) return;
+    p_ += 5;
+    SkipSpace();
+    const std::string_view version = ReadPseudoAttribute("version");
+    const bool is_known =
+        version.size() == 3 && version.starts_with("1.") && version[2] >= '0' && version[2] <= '9';
+    if (!is_known) FailAt(version.data(), "the declaration must give version 1.0");
+    bool spaced = SkipSpace();
+    if (spaced && StartsWith("encoding")) {
+      ReadPseudoAttribute("encoding");
+      spaced = SkipSpace();
+    }
+    if (spaced && StartsWith("standalone")) {
+      const std::string_view standalone = ReadPseudoAttribute("standalone");
+      if (standalone != "yes" && standalone != "no") {
+        FailAt(standalone.data(), "standalone is yes or no");
+      }
+      SkipSpace();
+    }
+    Expect("?>", "the declaration is not understood: it holds version, encoding, standalone");
+  }
+
+  std::string_view ReadPseudoAttribute(std::string_view name) {
+    Expect(name, "the declaration lacks its version");
+    SkipSpace();
+    Expect("=", "an equals sign is expected");
+    SkipSpace();
+    const char quote = *p_;
+    if (quote != '"' && quote != '\'') Fail("a quote is expected");
+    const char* const start = ++p_;
+    const auto may_occur = [](char c) {
+      return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+             c == '.' || c == '_' || c == '-';
+    };
+    while (may_occur(*p_)) ++p_;
+    if (*p_ != quote) Fail("the declaration has a character that does not belong there");
+    const std::string_view value(start, static_cast<std::size_t>(p_ - start));
+    const bool starts_well = !value.empty() && (value[0] < '0' || value[0] > '9') &&
+                             value[0] != '.' && value[0] != '-' && value[0] != '_';
+    if (name == "encoding" && !starts_well) FailAt(start, "this is no name of an encoding");
+    ++p_;
+    return value;
+  }
+
+  // Comments and processing instructions before and behind the document element.
+  void ReadMisc() {
+    for (;;) {
+      SkipSpace();
+      if (StartsWith("<!--")) {
+        ReadComment();
+      } else if (StartsWith("<?")) {
+        ReadInstruction();
+      } else if (StartsWith("<!DOCTYPE")) {
+        Fail("a document type declaration is not accepted: remove it");
+      } else {
+        return;
+      }
+    }
+  }
+
+  void ReadComment() {
+    const char* const start = p_;
+    p_ += 4;
+    for (;;) {
+      while (Has(*p_, kPlainText) && *p_ != '-') ++p_;
+      if (p_[0] == '-' && p_[1] == '-') {
+        if (p_[2] != '>') Fail("-- stands inside a comment");
+        Append(NodeType::kComment, start + 4, p_);
+        p_ += 3;
+        return;
+      }
+      if (p_ >= end_) FailAt(start, "the comment is not closed");
+      ReadCharacter();
+    }
+  }
+
+  void ReadInstruction() {
+    const char* const start = p_;
+    p_ += 2;
+    const std::string_view target = ReadName("the target of a processing instruction");
+    if (target.size() == 3 && (target[0] | 0x20) == 'x' && (target[1] | 0x20) == 'm' &&
+        (target[2] | 0x20) == 'l') {
+      FailAt(start, "an XML declaration may stand only at the very start");
+    }
+    if (target.find(':') != target.npos) FailAt(start, "a target may have no colon");
+    if (!StartsWith("?>") && !SkipSpace()) Fail("a space is expected behind the target");
+    const char* const data = p_;
+    while (!StartsWith("?>")) {
+      if (p_ >= end_) FailAt(start, "the processing instruction is not closed");
+      ReadCharacter();
+    }
+    Append(NodeType::kInstruction, data, p_);
+    p_ += 2;
+  }
+
+  // --- elements ---
+
+  void ReadElements() {
+    do {
+      if (*p_ != '<') {
+        ReadText();
+        continue;
+      }
+      switch (p_[1]) {
+        case '/':
+          ReadEndTag();
+          break;
+        case '!':
+          if (StartsWith("<!--")) {
+            ReadComment();
+          } else if (StartsWith("<![CDATA[")) {
+            ReadCData();
+          } else {
+            Fail("a declaration may not stand here");
+          }
+          break;
+        case '?':
+          ReadInstruction();
+          break;
+        default:
+          ReadStartTag();
+      }
+    } while (open_ != kNoNode);
+  }
+
+  void ReadStartTag() {
+    const char* const start = p_++;
+    attributes_.clear();
+    const std::string_view name = ReadName("an element's name");
+    const std::uint8_t inherited = nodes_[open_].flags & kPreservesSpace;
+    const NodeIndex element = Append(NodeType::kElement, start, start, inherited);
+    nodes_[element].name_length = static_cast<std::uint16_t>(name.size());
+    open_ = element;
+    previous_ = kNoNode;
+    ++depth_;
+    if (*p_ != '>' && *p_ != '/') ReadAttributes();
+    ResolveName(element, name);
+    if (*p_ == '/') {
+      ++p_;
+      if (*p_ != '>') Fail("> is expected behind /");
+      ++p_;
+      nodes_[element].flags |= kIsEmptyTag;
+      Close(p_);
+      return;
+    }
+    if (*p_ != '>') Fail("the tag is not closed: > is expected");
+    ++p_;
+    if (attributes_.empty()) ReadOnlyText(element, name);
+  }
+
+  // The commonest element by far: <name>plain text</name>. It needs one node only.
+  void ReadOnlyText(NodeIndex element, std::string_view name) {
+    const char* const text = p_;
+    const char* const stop = SkipPlainText(p_);
+    if (stop == text || stop[0] != '<' || stop[1] != '/' || Has(*text, kSpace)) return;
+    if (std::strncmp(stop + 2, name.data(), name.size()) != 0 || stop[2 + name.size()] != '>')
+      return;
+    nodes_[element].flags |= kHasOnlyText;
+    p_ = stop + name.size() + 3;
+    Close(stop);
+  }
+
+  void Close(const char* end) {
+    Node& element = nodes_[open_];
+    element.end = Offset(end);
+    previous_ = open_;
+    open_ = element.parent;
+    if (namespaces_.IsUsed()) namespaces_.Leave(depth_);
+    --depth_;
+  }
+
+  void ReadEndTag() {
+    const Node& element = nodes_[open_];
+    const char* const start = p_;
+    const char* const name = text_ + element.start + 1;
+    if (std::strncmp(p_ + 2, name, element.name_length) != 0 ||
+        Has(p_[2 + element.name_length], kNameByte)) {
+      p_ += 2;
+      const std::string_view found = ReadName("the name of the end tag");
+      const Place place = PlaceOf(text_, element.start);
+      FailAt(start, "</" + std::string(found) + "> does not close <" +
+                        std::string(name, element.name_length) + "> of line " +
+                        std::to_string(place.line));
+    }
+    p_ += 2 + element.name_length;
+    SkipSpace();
+    if (*p_ != '>') Fail("the end tag is not closed: > is expected");
+    ++p_;
+    Close(start);
+  }
+
+  void ReadAttributes() {
+    while (SkipSpace() && *p_ != '>' && *p_ != '/') {
+      const std::string_view name = ReadName("an attribute's name");
+      attributes_.push_back({name, PrefixOf(name)});
+      SkipSpace();
+      Expect("=", "an attribute needs = and a value in quotes");
+      SkipSpace();
+      const std::string_view value = ReadValue();
+      if (name == "xml:space") {
+        const std::uint8_t flags = nodes_[open_].flags;
+        nodes_[open_].flags = static_cast<std::uint8_t>(
+            value == "preserve" ? flags | kPreservesSpace : flags & ~kPreservesSpace);
+      } else if (name == "xmlns" || name.starts_with("xmlns:")) {
+        Declare(name, value);
+      }
+    }
+    if (attributes_.empty() && *p_ != '>' && *p_ != '/')
+      Fail("the tag is not closed: > is expected");
+    CheckUnique();
+  }
+
+  std::string_view ReadValue() {
+    const char quote = *p_;
+    if (quote != '"' && quote != '\'') Fail("an attribute's value must stand in quotes");
+    const char* const start = ++p_;
+    for (;;) {
+      while (Has(*p_, kPlainValue) && *p_ != quote) ++p_;
+      if (*p_ == quote) break;
+      if (*p_ == '<') Fail("< stands in an attribute's value: write &lt;");
+      if (*p_ == '&') {
+        ReadReference();
+      } else {
+        ReadCharacter();
+      }
+    }
+    const std::string_view value(start, static_cast<std::size_t>(p_ - start));
+    ++p_;
+    return value;
+  }
+
+  void Declare(std::string_view name, std::string_view value) {
+    const std::string_view prefix = name == "xmlns" ? std::string_view() : name.substr(6);
+    const char* const problem = namespaces_.Declare(depth_, prefix, value);
+    if (problem) FailAt(name.data(), problem);
+  }
+
+  void CheckUnique() {
+    const auto fail = [this](const Attribute& attribute) {
+      FailAt(attribute.name.data(),
+             "the attribute " + std::string(attribute.name) + " stands twice");
+    };
+    if (attributes_.size() > 8) {
+      std::unordered_set<std::string_view> names;
+      for (const Attribute& attribute : attributes_) {
+        if (!names.insert(attribute.name).second) fail(attribute);
+      }
+    } else {
+      for (std::size_t i = 1; i < attributes_.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+          if (attributes_[i].name == attributes_[j].name) fail(attributes_[i]);
+        }
+      }
+    }
+    // Two prefixes may stand for one namespace.
+    std::vector<std::pair<std::string_view, std::string_view>> qualified;
+    for (const Attribute& attribute : attributes_) {
+      if (attribute.prefix_length == 0 || attribute.name.starts_with("xmlns:")) continue;
+      const std::string_view prefix = attribute.name.substr(0, attribute.prefix_length);
+      const auto uri = namespaces_.Find(prefix);
+      if (!uri)
+        FailAt(attribute.name.data(), "the prefix " + std::string(prefix) + " is not declared");
+      const std::pair entry(*uri, attribute.name.substr(attribute.prefix_length + 1));
+      if (std::find(qualified.begin(), qualified.end(), entry) != qualified.end()) fail(attribute);
+      qualified.push_back(entry);
+    }
+  }
+
+  void ResolveName(NodeIndex element, std::string_view name) {
+    const std::size_t prefix_length = PrefixOf(name);
+    if (prefix_length > 0) {
+      const std::string_view prefix = name.substr(0, prefix_length);
+      if (prefix == "xmlns" || !namespaces_.Find(prefix)) {
+        FailAt(name.data(), "the prefix " + std::string(prefix) + " is not declared");
+      }
+      nodes_[element].prefix_length = static_cast<std::uint16_t>(prefix_length + 1);
+      nodes_[element].flags |= kInNamespace;
+    } else if (namespaces_.IsUsed() && namespaces_.Find({}).value_or("") != "") {
+      nodes_[element].flags |= kInNamespace;
+    }
+  }
+
+  // --- content ---
+
+  void ReadText() {
+    const char* const start = p_;
+    // Space between tags is no node, unless it is to be kept.
+    while (Has(*p_, kSpace)) ++p_;
+    const bool preserves = (nodes_[open_].flags & kPreservesSpace) != 0;
+    if (*p_ == '<' && p_ != start && !preserves) return;
+    std::uint8_t flags = nodes_[open_].flags & kPreservesSpace;
+    if (std::memchr(start, '\r', static_cast<std::size_t>(p_ - start))) flags |= kNeedsDecoding;
+    for (;;) {
+      p_ = SkipPlainText(p_);
+      if (*p_ == '<') break;
+      if (*p_ == '&') {
+        flags |= kNeedsDecoding;
+        ReadReference();
+      } else if (*p_ == ']') {
+        if (StartsWith("]]>")) Fail("]]> stands in text: write ]]&gt;");
+        ++p_;
+      } else if (p_ >= end_) {
+        const std::string name(text_ + nodes_[open_].start + 1, nodes_[open_].name_length);
+        Fail("</" + name + "> is missing");
+      } else {
+        if (*p_ == '\r') flags |= kNeedsDecoding;
+        ReadCharacter();
+      }
+    }
+    Append(NodeType::kText, start, p_, flags);
+  }
+
+  void ReadCData() {
+    const char* const start = p_;
+    p_ += 9;
+    const char* const text = p_;
+    std::uint8_t flags = 0;
+    while (!StartsWith("]]>")) {
+      if (p_ >= end_) FailAt(start, "the CDATA section is not closed");
+      if (*p_ == '\r') flags = kNeedsDecoding;
+      ReadCharacter();
+    }
+    Append(NodeType::kCData, text, p_, flags);
+    p_ += 3;
+  }
+
+  const char* const text_;
+  const char* const end_;
+  const char* p_;
+  NodeArray nodes_;
+  NodeIndex open_ = kNoNode;      // the element whose content is being read
+  NodeIndex previous_ = kNoNode;  // its last child so far
+  std::uint32_t depth_ = 0;
+  std::vector<Attribute> attributes_;  // of the tag being read
+  Namespaces namespaces_;
+};
+
+}  // namespace
+
+NodeArray Read(const char* text, std::size_t size) {
+  if (size >= UINT32_MAX) throw Error("a document of over 4 GiB is not read");
+  return Reader(text, size).Read();
+}
+
+Place PlaceOf(const char* text, std::size_t offset) {
+  Place place{1, 1};
+  for (std::size_t i = 0; i < offset; ++i) {
+    if (text[i] == '\n') {
+      ++place.line;
+      place.column = 1;
+    } else if ((static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80) {
+      ++place.column;
+    }
+  }
+  return place;
+}
+
+}  // namespace sab::xml

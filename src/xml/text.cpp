@@ -1,0 +1,133 @@
+#include "xml/text.h"
+
+#include <cstdint>
+#include <cstring>
+
+#include "xml/characters.h"
+#include "xml/error.h"
+
+namespace sab::xml {
+namespace {
+
+void AppendCode(char32_t code, std::u16string& out) {
+  if (code < 0x10000) {
+    out.push_back(static_cast<char16_t>(code));
+  } else {
+    out.push_back(static_cast<char16_t>(0xD7C0 + (code >> 10)));
+    out.push_back(static_cast<char16_t>(0xDC00 | (code & 0x3FF)));
+  }
+}
+
+// The character that a checked reference stands for; moves behind it.
+char32_t TakeReference(const char*& p) {
+  const std::string_view name(p + 1, static_cast<std::size_t>(std::strchr(p, ';') - p - 1));
+  p += name.size() + 2;
+  if (name[0] != '#') {
+    return name == "lt"     ? '<'
+           : name == "gt"   ? '>'
+           : name == "amp"  ? '&'
+           : name == "quot" ? '"'
+                            : '\'';
+  }
+  const bool is_hexadecimal = name[1] == 'x';
+  char32_t code = 0;
+  for (const char c : name.substr(is_hexadecimal ? 2 : 1)) {
+    const int digit = c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10;
+    code = code * (is_hexadecimal ? 16 : 10) + static_cast<char32_t>(digit);
+  }
+  return code;
+}
+
+}  // namespace
+
+void AppendUtf16(std::string_view utf8, std::u16string& out) {
+  const std::size_t had = out.size();
+  out.resize(had + utf8.size());  // never more units than bytes
+  char16_t* to = out.data() + had;
+  const char* p = utf8.data();
+  const char* const end = p + utf8.size();
+  while (p < end) {
+    while (end - p >= 8) {
+      std::uint64_t word;
+      std::memcpy(&word, p, 8);
+      if ((word & 0x8080808080808080) != 0) break;
+      for (int i = 0; i < 8; ++i) to[i] = static_cast<unsigned char>(p[i]);
+      p += 8;
+      to += 8;
+    }
+    if (p >= end) break;
+    const auto first = static_cast<unsigned char>(*p);
+    const auto trail = [p](int i) { return static_cast<unsigned char>(p[i]) & 0x3FU; };
+    if (first < 0x80) {
+      *to++ = first;
+      ++p;
+    } else if (first < 0xE0) {
+      *to++ = static_cast<char16_t>((first & 0x1FU) << 6 | trail(1));
+      p += 2;
+    } else if (first < 0xF0) {
+      *to++ = static_cast<char16_t>((first & 0x0FU) << 12 | trail(1) << 6 | trail(2));
+      p += 3;
+    } else {
+      const std::uint32_t code = (first & 0x07U) << 18 | trail(1) << 12 | trail(2) << 6 | trail(3);
+      *to++ = static_cast<char16_t>(0xD7C0 + (code >> 10));
+      *to++ = static_cast<char16_t>(0xDC00 | (code & 0x3FF));
+      p += 4;
+    }
+  }
+  out.resize(static_cast<std::size_t>(to - out.data()));
+}
+
+void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out) {
+  const char* p = text.data();
+  const char* const end = p + text.size();
+  while (p < end) {
+    const char* const start = p;
+    const auto is_special = [in_attribute](char c) {
+      return c == '&' || c == '\r' || (in_attribute && (c == '\n' || c == '\t'));
+    };
+    while (p < end && !is_special(*p)) ++p;
+    AppendUtf16({start, static_cast<std::size_t>(p - start)}, out);
+    if (p == end) return;
+    if (*p == '&') {
+      AppendCode(TakeReference(p), out);
+      continue;
+    }
+    p += *p == '\r' && p + 1 < end && p[1] == '\n' ? 2 : 1;
+    out.push_back(in_attribute ? u' ' : u'\n');
+  }
+}
+
+std::string EscapedText(std::u16string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    char32_t code = text[i];
+    if (code >= 0xD800 && code <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
+        text[i + 1] <= 0xDFFF) {
+      code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00U);
+    }
+    if (!IsCharacter(code)) {
+      throw Error("the text has a character (number " +
+                  std::to_string(static_cast<unsigned>(code)) + ") that XML cannot hold");
+    }
+    switch (code) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '\r':
+        out += "&#13;";
+        break;
+      default:
+        AppendUtf8(out, code);
+    }
+  }
+  return out;
+}
+
+}  // namespace sab::xml

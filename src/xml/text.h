@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace sab::xml {
+
+/// Appends valid UTF-8 as UTF-16.
+void AppendUtf16(std::string_view utf8, std::u16string& out);
+
+/// The same for text of a document: references are replaced by their characters, line ends become
+/// LF.
+/// @param in_attribute white space becomes spaces, as it does in attributes' values
+void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out);
+
+/// Valid UTF-8 from UTF-16. Raises Error for what XML cannot hold.
+std::string EscapedText(std::u16string_view text);
+
+inline bool IsTrimmed(char32_t c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+}  // namespace sab::xml

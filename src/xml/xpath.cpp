@@ -1,0 +1,73 @@
+#include <pugixml.hpp>
+#include <string>
+#include <unordered_map>
+
+#include "xml/error.h"
+#include "xml/path.h"
+
+namespace sab::xml {
+namespace {
+
+// The document is known to be well-formed; the library reads the same text leniently and in full.
+// Elements are told apart by their number in document order.
+void LoadInto(const Document& document, pugi::xml_document& tree) {
+  const std::string_view text = document.TextBytes();
+  const pugi::xml_parse_result result =
+      tree.load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
+  if (!result) throw Error(std::string("the path cannot be evaluated: ") + result.description());
+}
+
+std::unordered_map<std::size_t, NodeIndex> NumberElements(const Document& document,
+                                                          const pugi::xml_document& tree) {
+  std::unordered_map<std::size_t, NodeIndex> numbers;
+  NodeIndex own = kNoNode;
+  pugi::xml_node node = tree;
+  const auto next_element = [&] {
+    do {
+      if (node.first_child()) {
+        node = node.first_child();
+      } else {
+        while (node && !node.next_sibling()) node = node.parent();
+        node = node.next_sibling();
+      }
+    } while (node && node.type() != pugi::node_element);
+    return static_cast<bool>(node);
+  };
+  while (next_element()) {
+    do ++own;
+    while (!document.IsElement(own));
+    numbers.emplace(node.hash_value(), own);
+  }
+  return numbers;
+}
+
+}  // namespace
+
+std::vector<NodeIndex> EvaluateXPath(const Document& document, std::string_view expression) {
+  try {
+    const pugi::xpath_query query(std::string(expression).c_str());
+    if (query.return_type() != pugi::xpath_type_node_set) {
+      throw Error("the path gives a value instead of elements");
+    }
+    pugi::xml_document tree;
+    LoadInto(document, tree);
+    pugi::xpath_node_set found = tree.select_nodes(query);
+    found.sort();
+    std::vector<NodeIndex> nodes;
+    if (found.empty()) return nodes;
+    const auto numbers = NumberElements(document, tree);
+    for (const pugi::xpath_node& node : found) {
+      const auto own = numbers.find(node.node().hash_value());
+      if (node.attribute() || own == numbers.end()) {
+        throw Error("the path selects something that is no element");
+      }
+      nodes.push_back(own->second);
+    }
+    return nodes;
+  } catch (const pugi::xpath_exception& error) {
+    throw Error(std::string("the path is not well-formed: ") + error.what() + " at character " +
+                std::to_string(error.result().offset + 1));
+  }
+}
+
+}  // namespace sab::xml
