@@ -7,9 +7,9 @@
 
 namespace sab {
 
-// What the interface definitions say, as tables that the build generates. Dispatch runs over them on
-// every platform; where there is no type library, type information does too. Names are automation
-// text; help texts are UTF-8.
+// What the interface definitions say, as tables that the build generates. Dispatch runs over them
+// on every platform; where there is no type library, type information does too. Names are
+// automation text; help texts are UTF-8.
 
 struct InterfaceInfo;
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/com_ptr.h"
+#include "coclasses.h"
 #include "common/dispatch.h"
 #include "common/error_edge.h"
 #include "common/fields.h"
@@ -13,6 +14,7 @@
 #include "common/release_queue.h"
 #include "common/support_error_info.h"
 #include "dispatch_tables.h"
+#include "platform/type_info.h"
 #include "properties.h"
 
 namespace sab {

@@ -9,8 +9,8 @@ namespace sab {
 
 /// IDispatch::GetIDsOfNames. The first name is a member's, in any letter case, the others are its
 /// parameters'. Every unknown name gets DISPID_UNKNOWN, while the others are still found.
-HRESULT GetIDsOfNames(const InterfaceInfo& info, REFIID riid, LPOLESTR* names, UINT count, LCID locale,
-                      DISPID* ids) noexcept;
+HRESULT GetIDsOfNames(const InterfaceInfo& info, REFIID riid, LPOLESTR* names, UINT count,
+                      LCID locale, DISPID* ids) noexcept;
 
 /// IDispatch::Invoke.
 /// @param self the object's pointer to the interface that the table describes

@@ -1,0 +1,121 @@
+#include "common/dispatch.h"
+
+#include <algorithm>
+
+#include "base/com_ptr.h"
+#include "base/text.h"
+#include "common/dispatch_arguments.h"
+
+namespace sab {
+namespace {
+
+OLECHAR LowerAscii(OLECHAR unit) {
+  return unit >= 'A' && unit <= 'Z' ? static_cast<OLECHAR>(unit + ('a' - 'A')) : unit;
+}
+
+// The names of the tables are ASCII.
+bool IsSameName(TextView a, TextView b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](OLECHAR x, OLECHAR y) { return LowerAscii(x) == LowerAscii(y); });
+}
+
+const MemberInfo* FindByName(const InterfaceInfo& info, TextView name) {
+  for (const InterfaceInfo* level = &info; level; level = level->base) {
+    for (const MemberInfo& member : level->members) {
+      if (IsSameName(member.name, name)) return &member;
+    }
+  }
+  return nullptr;
+}
+
+DISPID ParameterId(const MemberInfo& member, TextView name) {
+  for (std::size_t i = 0; i < member.parameters.size(); ++i) {
+    if (IsSameName(member.parameters[i].name, name)) return static_cast<DISPID>(i);
+  }
+  return DISPID_UNKNOWN;
+}
+
+bool Wants(WORD flags, MemberKind kind) {
+  switch (kind) {
+    case MemberKind::kMethod:
+      return (flags & DISPATCH_METHOD) != 0;
+    case MemberKind::kPropertyGet:
+      return (flags & DISPATCH_PROPERTYGET) != 0;
+    case MemberKind::kPropertyPut:
+      return (flags & DISPATCH_PROPERTYPUT) != 0;
+  }
+  return false;
+}
+
+struct FoundMember {
+  const InterfaceInfo* owner = nullptr;
+  std::size_t index = 0;
+
+  const MemberInfo& Info() const { return owner->members[index]; }
+};
+
+FoundMember FindById(const InterfaceInfo& info, DISPID id, WORD flags) {
+  for (const InterfaceInfo* level = &info; level; level = level->base) {
+    for (std::size_t i = 0; i < level->members.size(); ++i) {
+      const MemberInfo& member = level->members[i];
+      if (member.id == id && Wants(flags, member.kind)) return {level, i};
+    }
+  }
+  return {};
+}
+
+// A failing member as the caller of Invoke sees it. The strings go to the caller.
+HRESULT ReportException(HRESULT code, EXCEPINFO* exception) {
+  if (exception) {
+    *exception = {};
+    exception->scode = code;
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.Put()) == S_OK) {
+      info->GetSource(&exception->bstrSource);
+      info->GetDescription(&exception->bstrDescription);
+      info->GetHelpFile(&exception->bstrHelpFile);
+      info->GetHelpContext(&exception->dwHelpContext);
+    }
+  }
+  return DISP_E_EXCEPTION;
+}
+
+}  // namespace
+
+HRESULT GetIDsOfNames(const InterfaceInfo& info, REFIID riid, LPOLESTR* names, UINT count, LCID,
+                      DISPID* ids) noexcept {
+  if (riid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  if (!names || !ids || count == 0) return E_INVALIDARG;
+  const MemberInfo* const member = names[0] ? FindByName(info, names[0]) : nullptr;
+  ids[0] = member ? member->id : DISPID_UNKNOWN;
+  for (UINT i = 1; i < count; ++i) {
+    ids[i] = member && names[i] ? ParameterId(*member, names[i]) : DISPID_UNKNOWN;
+  }
+  const bool all_known = std::find(ids, ids + count, DISPID_UNKNOWN) == ids + count;
+  return all_known ? S_OK : DISP_E_UNKNOWNNAME;
+}
+
+HRESULT Invoke(const InterfaceInfo& info, void* self, DISPID id, REFIID riid, LCID, WORD flags,
+               DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+               UINT* bad_argument) noexcept {
+  if (riid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  if (!parameters) return E_INVALIDARG;
+  const FoundMember found = FindById(info, id, flags);
+  if (!found.owner) return DISP_E_MEMBERNOTFOUND;
+  const MemberInfo& member = found.Info();
+  if (member.kind == MemberKind::kPropertyPut &&
+      (parameters->cNamedArgs == 0 || parameters->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT)) {
+    return DISP_E_PARAMNOTFOUND;
+  }
+  if (member.parameters.size() > DispatchArguments::kMost) return E_UNEXPECTED;
+
+  DispatchArguments arguments(member, *parameters);
+  HRESULT outcome = arguments.Prepare(bad_argument);
+  if (FAILED(outcome)) return outcome;
+  SetErrorInfo(0, nullptr);
+  outcome = found.owner->call(self, found.index, arguments.Slots());
+  if (FAILED(outcome)) return ReportException(outcome, exception);
+  return arguments.Deliver(result, bad_argument);
+}
+
+}  // namespace sab

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/com_ptr.h"
+#include "base/interface_info.h"
+
+namespace sab {
+
+/// One type of the library: an enumeration, an interface or a class. Their numbers in the library
+/// run in that order.
+struct DescribedType {
+  const EnumerationInfo* enumeration = nullptr;
+  const InterfaceInfo* interface_ = nullptr;
+  const CoclassInfo* coclass = nullptr;
+
+  static UINT Count();
+  static DescribedType At(UINT index);
+  static UINT IndexOf(const InterfaceInfo* interface_);
+  static UINT IndexOf(const EnumerationInfo* enumeration);
+
+  TYPEKIND Kind() const;
+  const OLECHAR* Name() const;
+  const char* Help() const;
+  const GUID& Guid() const;
+};
+
+/// Type information over the generated tables, read-only. What the tables do not know (entry points
+/// of libraries, marshalling, binding through ITypeComp) answers E_NOTIMPL.
+class TableTypeInfo final : public ITypeInfo {
+ public:
+  explicit TableTypeInfo(UINT index) : index_(index), type_(DescribedType::At(index)) {}
+  virtual ~TableTypeInfo() = default;
+
+  // clang-format off
+  HRESULT QueryInterface(REFIID riid, void** object) override;
+  ULONG AddRef() override { return ++references_; }
+  ULONG Release() override;
+  HRESULT GetTypeAttr(TYPEATTR** attributes) override;
+  HRESULT GetTypeComp(ITypeComp**) override { return E_NOTIMPL; }
+  HRESULT GetFuncDesc(UINT index, FUNCDESC** description) override;
+  HRESULT GetVarDesc(UINT index, VARDESC** description) override;
+  HRESULT GetNames(MEMBERID member, BSTR* names, UINT capacity, UINT* count) override;
+  HRESULT GetRefTypeOfImplType(UINT index, HREFTYPE* reference) override;
+  HRESULT GetImplTypeFlags(UINT index, INT* flags) override;
+  HRESULT GetIDsOfNames(LPOLESTR* names, UINT count, MEMBERID* ids) override;
+  HRESULT Invoke(PVOID, MEMBERID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override { return E_NOTIMPL; }
+  HRESULT GetDocumentation(MEMBERID member, BSTR* name, BSTR* help, DWORD* context, BSTR* file) override;
+  HRESULT GetDllEntry(MEMBERID, INVOKEKIND, BSTR*, BSTR*, WORD*) override { return TYPE_E_ELEMENTNOTFOUND; }
+  HRESULT GetRefTypeInfo(HREFTYPE reference, ITypeInfo** info) override;
+  HRESULT AddressOfMember(MEMBERID, INVOKEKIND, PVOID*) override { return E_NOTIMPL; }
+  HRESULT CreateInstance(IUnknown*, REFIID, PVOID*) override { return E_NOTIMPL; }
+  HRESULT GetMops(MEMBERID, BSTR*) override { return E_NOTIMPL; }
+  HRESULT GetContainingTypeLib(ITypeLib** library, UINT* index) override;
+  void ReleaseTypeAttr(TYPEATTR* attributes) override { delete attributes; }
+  void ReleaseFuncDesc(FUNCDESC* description) override;
+  void ReleaseVarDesc(VARDESC* description) override;
+  // clang-format on
+
+ private:
+  std::span<const MemberInfo> Members() const;
+  const MemberInfo* FindMember(MEMBERID member) const;
+
+  UINT index_;
+  DescribedType type_;
+  ULONG references_ = 1;
+};
+
+/// The library that the tables describe.
+class TableTypeLib final : public ITypeLib {
+ public:
+  virtual ~TableTypeLib() = default;
+
+  // clang-format off
+  HRESULT QueryInterface(REFIID riid, void** object) override;
+  ULONG AddRef() override { return ++references_; }
+  ULONG Release() override;
+  UINT GetTypeInfoCount() override { return DescribedType::Count(); }
+  HRESULT GetTypeInfo(UINT index, ITypeInfo** info) override;
+  HRESULT GetTypeInfoType(UINT index, TYPEKIND* kind) override;
+  HRESULT GetTypeInfoOfGuid(REFGUID guid, ITypeInfo** info) override;
+  HRESULT GetLibAttr(TLIBATTR** attributes) override;
+  HRESULT GetTypeComp(ITypeComp**) override { return E_NOTIMPL; }
+  HRESULT GetDocumentation(INT index, BSTR* name, BSTR* help, DWORD* context, BSTR* file) override;
+  HRESULT IsName(LPOLESTR name, ULONG hash, BOOL* is_name) override;
+  HRESULT FindName(LPOLESTR name, ULONG hash, ITypeInfo** infos, MEMBERID* members, USHORT* count) override;
+  void ReleaseTLibAttr(TLIBATTR* attributes) override { delete attributes; }
+  // clang-format on
+
+ private:
+  ULONG references_ = 1;
+};
+
+}  // namespace sab

@@ -1,0 +1,26 @@
+#include "platform/type_library_registration.h"
+
+#include "base/com_ptr.h"
+
+namespace sab {
+
+HRESULT RegisterTypeLibraryOf(const Text& module) noexcept {
+  ComPtr<ITypeLib> library;
+  const HRESULT result = LoadTypeLibEx(module.c_str(), REGKIND_NONE, library.Put());
+  return SUCCEEDED(result) ? RegisterTypeLib(library.Get(), module.c_str(), nullptr) : result;
+}
+
+HRESULT UnregisterTypeLibraryOf(const Text& module) noexcept {
+  ComPtr<ITypeLib> library;
+  HRESULT result = LoadTypeLibEx(module.c_str(), REGKIND_NONE, library.Put());
+  if (FAILED(result)) return result;
+  TLIBATTR* attributes = nullptr;
+  result = library->GetLibAttr(&attributes);
+  if (FAILED(result)) return result;
+  result = UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum, attributes->wMinorVerNum,
+                             attributes->lcid, attributes->syskind);
+  library->ReleaseTLibAttr(attributes);
+  return result == TYPE_E_REGISTRYACCESS || result == TYPE_E_LIBNOTREGISTERED ? S_OK : result;
+}
+
+}  // namespace sab

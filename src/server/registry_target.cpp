@@ -1,0 +1,117 @@
+#include "server/registry_target.h"
+
+#include <utility>
+
+#include "base/bstr.h"
+#include "base/com_error.h"
+#include "base/com_ptr.h"
+
+namespace sab {
+namespace {
+
+// What the system itself had to say, if it did.
+std::string Explanation(LSTATUS status) {
+  ComPtr<IErrorInfo> info;
+  Bstr description;
+  if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(description.Put());
+  return description.IsEmpty() ? "error " + std::to_string(status) : ToUtf8(description.View());
+}
+
+void CheckStatus(LSTATUS status, const RegistryPath& path, const char* action) {
+  if (status == ERROR_SUCCESS) return;
+  throw ComError(HRESULT_FROM_WIN32(static_cast<DWORD>(status)),
+                 std::string("The registry key ") + path.key + " could not be " + action + ": " +
+                     Explanation(status) + ". Registering needs the right to write the registry.");
+}
+
+class OpenKey {
+ public:
+  OpenKey(const RegistryPath& path, REGSAM access) {
+    status_ = RegOpenKeyExW(path.root, FromUtf8(path.key).c_str(), 0, access, &key_);
+  }
+  OpenKey(const OpenKey&) = delete;
+  OpenKey& operator=(const OpenKey&) = delete;
+  ~OpenKey() {
+    if (status_ == ERROR_SUCCESS) RegCloseKey(key_);
+  }
+
+  LSTATUS Status() const { return status_; }
+  HKEY Get() const { return key_; }
+
+ private:
+  HKEY key_ = nullptr;
+  LSTATUS status_;
+};
+
+bool IsAbsent(LSTATUS status) {
+  return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND;
+}
+
+// Where a value without a name has none, the system wants null.
+const OLECHAR* NameOrNull(const Text& name) { return name.empty() ? nullptr : name.c_str(); }
+
+}  // namespace
+
+SystemRegistry::SystemRegistry() {
+  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, OLESTR("CLSID"), 0, KEY_READ, &kept_open_) !=
+      ERROR_SUCCESS) {
+    kept_open_ = nullptr;
+  }
+}
+
+SystemRegistry::~SystemRegistry() {
+  if (kept_open_) RegCloseKey(kept_open_);
+}
+
+void SystemRegistry::Close() {
+  if (!kept_open_) return;
+  CheckStatus(RegCloseKey(std::exchange(kept_open_, nullptr)), {HKEY_CLASSES_ROOT, "CLSID"},
+              "written");
+}
+
+void SystemRegistry::CreateKey(const RegistryPath& path) {
+  HKEY key = nullptr;
+  CheckStatus(RegCreateKeyExW(path.root, FromUtf8(path.key).c_str(), 0, nullptr,
+                              REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key, nullptr),
+              path, "created");
+  RegCloseKey(key);
+}
+
+void SystemRegistry::SetValue(const RegistryPath& path, const std::string& name, DWORD type,
+                              const std::vector<BYTE>& data) {
+  const OpenKey key(path, KEY_SET_VALUE);
+  CheckStatus(key.Status(), path, "opened");
+  CheckStatus(RegSetValueExW(key.Get(), NameOrNull(FromUtf8(name)), 0, type, data.data(),
+                             static_cast<DWORD>(data.size())),
+              path, "written");
+}
+
+void SystemRegistry::DeleteValue(const RegistryPath& path, const std::string& name) {
+  const OpenKey key(path, KEY_SET_VALUE);
+  if (IsAbsent(key.Status())) return;
+  CheckStatus(key.Status(), path, "opened");
+  const LSTATUS status = RegDeleteValueW(key.Get(), NameOrNull(FromUtf8(name)));
+  if (!IsAbsent(status)) CheckStatus(status, path, "written");
+}
+
+void SystemRegistry::DeleteTree(const RegistryPath& path) {
+  const LSTATUS status = RegDeleteTreeW(path.root, FromUtf8(path.key).c_str());
+  if (!IsAbsent(status)) CheckStatus(status, path, "removed");
+}
+
+void SystemRegistry::DeleteKeyIfEmpty(const RegistryPath& path) {
+  {
+    const OpenKey key(path, KEY_READ);
+    if (IsAbsent(key.Status())) return;
+    CheckStatus(key.Status(), path, "opened");
+    DWORD subkeys = 0;
+    DWORD values = 0;
+    CheckStatus(RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr,
+                                 &values, nullptr, nullptr, nullptr, nullptr),
+                path, "read");
+    if (subkeys != 0 || values != 0) return;
+  }
+  CheckStatus(RegDeleteKeyW(path.root, FromUtf8(path.key).c_str()), path, "removed");
+}
+
+}  // namespace sab
