@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "document_backend.h"
+#include "platform/document_edits.h"
 #include "platform/load_failure.h"
 
 namespace sab {
@@ -64,16 +65,16 @@ class ConfigElement {
   /// Line and column of the start tag, counted from 1; both 0 where the DOM does not know them.
   TextPosition Position() const { return element_.Position(); }
 
-  /// Adds a new element behind the last child. Further elements may be appended to the new one,
-  /// which is good for nothing else.
-  ConfigElement Append(std::string_view name, TextView text = {}) {
-    return ConfigElement(element_.Append(name, text));
+  /// Adds a new element behind the last child.
+  /// @param name UTF-8, without a prefix. Raises ComError(E_INVALIDARG) if it is no name.
+  AppendedElement Append(std::string_view name, TextView text = {}) {
+    return element_.Append(name, text);
   }
 
   /// Replaces the whole content by a text.
   void SetText(TextView text) { element_.SetText(text); }
 
-  /// Removes the element with all it contains and the blank line that it would leave.
+  /// Removes the element with all it contains, and its line where nothing else stands on it.
   void Remove() { element_.Remove(); }
 
  private:
@@ -136,20 +137,25 @@ class ConfigDocument {
   /// Why the last Load gave false, with file, line and column.
   const LoadFailure& Failure() const { return document_.Failure(); }
 
+  /// Starts a new document in place of a loaded one: a declaration for UTF-8 and an empty document
+  /// element. Nothing is written before Save.
+  void Create(std::string_view root_name) { document_.Create(root_name); }
+
+  /// The document element; no element in an empty document.
+  ConfigElement Root() { return ConfigElement(document_.Root()); }
+
   /// The first element in document order that an XPath 1.0 location path selects, seen from the
   /// document; no element if it selects none. A name without a prefix means an element in no
   /// namespace. Raises ComError(E_FAIL) for a path that is empty or not well-formed, or an
   /// expression that gives no nodes.
-  ConfigElement Select(TextView path) const { return ConfigElement(document_.Select(path)); }
-  ConfigElement Select(std::string_view ascii_path) const {
+  ConfigElement Select(TextView path) { return ConfigElement(document_.Select(path)); }
+  ConfigElement Select(std::string_view ascii_path) {
     return ConfigElement(document_.Select(ascii_path));
   }
 
   /// Prepares reading many keys under one node path; null or empty text means the document, so
   /// that a key is then the name of the document element.
-  ConfigNodes SelectAll(TextView node_path) const {
-    return ConfigNodes(document_.SelectAll(node_path));
-  }
+  ConfigNodes SelectAll(TextView node_path) { return ConfigNodes(document_.SelectAll(node_path)); }
 
   /// Writes the file with the pending edits in place, as one step that fails or succeeds as a
   /// whole. All bytes outside the edits are kept: comments, quotes, line ends, byte-order mark and

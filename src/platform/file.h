@@ -1,11 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "base/text.h"
 
@@ -16,26 +14,14 @@ namespace sab {
 // address. On POSIX a name that does not exist as it stands is tried with every backslash taken as
 // a separator, since configuration files carry paths written on Windows.
 
-/// The bytes of a whole file.
-class FileBytes {
- public:
-  FileBytes() = default;
-  FileBytes(std::unique_ptr<char[]> data, std::size_t size) : data_(std::move(data)), size_(size) {}
-
-  std::string_view View() const { return {data_.get(), size_}; }
-
- private:
-  std::unique_ptr<char[]> data_;
-  std::size_t size_ = 0;
-};
-
 /// The largest file that is read, in bytes.
 inline constexpr std::size_t kLargestFile = 0x7FFFFFFF;
 
-/// Reads a regular file.
+/// Reads a regular file. The string has room for some bytes more, so that a reader can put its own
+/// end behind them without a copy.
 /// @param reason receives why there are no bytes, in words; untouched on success
 /// @return nothing for a file that is missing, unreadable, too large or not a regular file
-std::optional<FileBytes> ReadFileBytes(TextView name, std::string& reason);
+std::optional<std::string> ReadFileBytes(TextView name, std::string& reason);
 
 /// Whether something, whatever it is, stands under the name.
 bool FileExists(TextView name);

@@ -15,7 +15,7 @@ constexpr HRESULT kInvalidArgument = static_cast<HRESULT>(0x80070057);
 std::string ReadOrReason(TextView name) {
   std::string reason;
   const auto bytes = ReadFileBytes(name, reason);
-  return bytes ? std::string(bytes->View()) : "refused: " + reason;
+  return bytes ? *bytes : "refused: " + reason;
 }
 
 TEST(File, ReadsAllBytesOfAnySize) {

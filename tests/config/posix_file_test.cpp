@@ -19,7 +19,7 @@ namespace {
 std::string ReadOrReason(TextView name) {
   std::string reason;
   const auto bytes = ReadFileBytes(name, reason);
-  return bytes ? std::string(bytes->View()) : "refused: " + reason;
+  return bytes ? *bytes : "refused: " + reason;
 }
 
 HRESULT ResultOfReplacing(TextView name, std::string_view bytes) {

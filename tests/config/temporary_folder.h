@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/com_error.h"
 #include "base/text.h"
 
 namespace sab {
@@ -58,5 +59,17 @@ class TemporaryFolder {
  private:
   std::filesystem::path path_;
 };
+
+/// The result code of what a call raises; S_OK if it raises nothing.
+template <class Call>
+HRESULT ResultOf(const Call& call, std::string* message = nullptr) {
+  try {
+    call();
+    return S_OK;
+  } catch (const ComError& error) {
+    if (message) *message = error.what();
+    return error.Code();
+  }
+}
 
 }  // namespace sab

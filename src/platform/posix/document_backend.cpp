@@ -10,114 +10,102 @@ namespace sab::backend {
 // --- Element ---
 
 TextView Element::ReadLocalName(Text& scratch) const {
-  return scratch = FromUtf8(document_->Content()->LocalNameOf(node_));
+  return scratch = FromUtf8(Xml().LocalNameOf(node_));
 }
 
 bool Element::ReadAttribute(std::string_view name, Text& value) const {
-  std::optional<Text> found = document_->Content()->AttributeOf(node_, name);
-  if (!found) return false;
-  value = std::move(*found);
-  return true;
+  auto found = Xml().AttributeOf(node_, name);
+  if (found) value = *std::move(found);
+  return found.has_value();
 }
 
 TextPosition Element::Position() const {
-  const xml::Place place = document_->Content()->PlaceOfNode(node_);
+  const xml::Place place = Xml().PlaceOfNode(node_);
   return {place.line, place.column};
 }
 
-Element Element::Append(std::string_view name, TextView text) {
-  return Element(added_ ? &added_->Append(name, text)
-                        : &document_->Edits().Append(node_, name, text));
+AppendedElement Element::Append(std::string_view name, TextView text) {
+  return AppendTo(document_->Editor(), node_, name, text);
 }
 
-void Element::SetText(TextView text) { document_->Edits().SetText(node_, text); }
+void Element::SetText(TextView text) { SetTextOf(document_->Editor(), node_, text); }
 
-void Element::Remove() { document_->Edits().Remove(node_); }
+void Element::Remove() { document_->Editor().Remove(node_); }
 
-// --- Nodes ---
-
-Nodes::Nodes(const Document* document, TextView node_path)
+Nodes::Nodes(Document* document, TextView node_path)
     : document_(document), path_(ToUtf8(node_path)) {
-  // A path of another kind takes its key as a further step, as the joined path does.
-  if (path_.empty()) {
+  if (!document_->IsLoaded()) return;
+  if (path_.empty())
     parents_.emplace(1, xml::kNoNode);
-  } else if (xml::IsChildSteps(path_)) {
-    parents_.emplace();
-    if (document->Content()) parents_ = xml::SelectAll(*document->Content(), path_);
-  }
+  else if (xml::IsChildSteps(path_))
+    parents_ = xml::SelectAll(document_->Xml(), path_);
 }
 
 Element Nodes::First(std::string_view key) const {
-  if (!parents_ || !xml::IsChildSteps(key) || key.find('/') != key.npos) {
-    return document_->Select(path_ + "/" + std::string(key));
-  }
-  if (!document_->Content()) return {};
-  return {document_, xml::FirstChildNamed(*document_->Content(), *parents_, key)};
+  const bool is_one_step = xml::IsChildSteps(key) && key.find('/') == std::string_view::npos;
+  if (parents_ && is_one_step)
+    return Element(document_, xml::FirstChildNamed(document_->Xml(), *parents_, key));
+  return document_->Select(path_ + '/' + std::string(key));
 }
 
-// --- Document ---
+void Document::Clear() {
+  editor_.reset();
+  document_.reset();
+  file_.clear();
+  is_new_ = false;
+  failure_ = {};
+}
 
 bool Document::Load(TextView file) {
-  file_ = ToUtf8(file);
-  failure_ = {};
-  edits_.reset();
-  content_.reset();
-  failure_.file = file_;
-  std::optional<std::string> bytes = ReadFileBytes(file, failure_.reason);
-  if (!bytes) {
-    failure_.is_missing = !FileExists(file);
-    return false;
+  Clear();
+  file_ = file;
+  std::string reason;
+  auto bytes = ReadFileBytes(file, reason);
+  if (bytes) {
+    try {
+      document_.emplace(*std::move(bytes));
+      return true;
+    } catch (const xml::Error& error) {
+      reason = error.what();
+      failure_.position = {error.Line(), error.Column()};
+    }
   }
-  try {
-    content_ = std::make_unique<xml::Document>(std::move(*bytes));
-    edits_ = std::make_unique<xml::Editor>(*content_);
-    return true;
-  } catch (const xml::Error& error) {
-    failure_.position = {error.Line(), error.Column()};
-    failure_.reason = error.what();
-    return false;
-  }
+  failure_.file = ToUtf8(file);
+  failure_.reason = std::move(reason);
+  failure_.is_missing = !FileExists(file);
+  return false;
 }
 
 void Document::Create(std::string_view root_name) {
-  edits_.reset();
-  content_ = std::make_unique<xml::Document>("<?xml version='1.0' encoding='UTF-8'?>\n<" +
-                                             std::string(root_name) + "/>\n");
-  edits_ = std::make_unique<xml::Editor>(*content_);
-  failure_ = {};
+  Clear();
+  document_.emplace(BytesOfNewDocument(root_name));
+  is_new_ = true;
 }
 
-Element Document::Root() const { return content_ ? Element(this, content_->Root()) : Element(); }
-
-template <class Call>
-auto Document::Checked(const Call& call) const {
+Element Document::Select(std::string_view path) {
   try {
-    return call();
+    if (document_) return Element(this, xml::SelectFirst(*document_, path));
+    // Whether a path is well-formed does not depend on there being a document.
+    xml::SelectFirst(xml::Document("<none/>"), path);
+    return Element();
   } catch (const xml::Error& error) {
-    throw ComError(E_FAIL, file_ + ": " + error.what());
+    throw ComError(E_FAIL, ToUtf8(file_) + ": selecting \"" + std::string(path) +
+                               "\" failed: " + error.what());
   }
 }
 
-Element Document::Select(std::string_view path) const {
-  return Checked([&]() -> Element {
-    if (content_) return {this, xml::SelectFirst(*content_, path)};
-    // An empty document selects nothing, but a path that is none is still refused.
-    if (path.empty() || !xml::IsChildSteps(path)) {
-      xml::SelectFirst(xml::Document("<empty/>"), path);
-    }
-    return {};
-  });
+xml::Editor& Document::Editor() {
+  if (!editor_) editor_.emplace(*document_);
+  return *editor_;
 }
-
-Element Document::Select(TextView path) const { return Select(std::string_view(ToUtf8(path))); }
 
 void Document::Save(TextView file) {
-  if (!content_) {
-    if (failure_.is_missing) return;
-    throw ComError(kDocumentNotLoaded, failure_.Describe() + " The file was left as it is.");
+  if (!document_) {
+    RefuseToOverwrite(file, failure_);
+    return;
   }
-  const std::string bytes = Checked([this] { return edits_->Serialise(); });
-  ReplaceFileBytes(file, bytes);
+  const bool is_changed = is_new_ || (editor_ && !editor_->IsEmpty());
+  if (is_changed || file != file_) SaveEdits(Editor(), file);
 }
 
 }  // namespace sab::backend

@@ -3,13 +3,13 @@
 // The DOM of POSIX builds: our own strict reader. common/config_document.h documents the meaning of
 // what stands here; platform/msxml holds the same classes over MSXML.
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/text.h"
+#include "platform/document_edits.h"
 #include "platform/load_failure.h"
 #include "xml/document.h"
 #include "xml/edit.h"
@@ -21,44 +21,44 @@ class Document;
 class Element {
  public:
   Element() = default;
-  Element(const Document* document, xml::NodeIndex node) : document_(document), node_(node) {}
+  Element(Document* document, xml::NodeIndex node) : document_(document), node_(node) {}
 
-  explicit operator bool() const { return node_ != xml::kNoNode || added_; }
+  explicit operator bool() const { return node_ != xml::kNoNode; }
 
-  inline bool HasLocalName(std::string_view name) const;
-  inline bool HasNodeName(std::string_view name) const;
+  bool HasLocalName(std::string_view name) const;
+  bool HasNodeName(std::string_view name) const;
   TextView ReadLocalName(Text& scratch) const;
-  inline TextView ReadText(Text& scratch) const;
+  TextView ReadText(Text& scratch) const;
   bool ReadAttribute(std::string_view name, Text& value) const;
   TextPosition Position() const;
-
-  inline Element FirstChild() const;
-  inline void MoveToNextSibling();
-
+  Element FirstChild() const;
+  void MoveToNextSibling();
   template <class Visit>
   void ForEachChildText(Text& scratch, const Visit& visit) const;
 
-  Element Append(std::string_view name, TextView text);
+  AppendedElement Append(std::string_view name, TextView text);
   void SetText(TextView text);
   void Remove();
 
  private:
-  explicit Element(xml::NewElement* added) : added_(added) {}
+  const xml::Document& Xml() const;
 
-  const Document* document_ = nullptr;
+  Document* document_ = nullptr;
   xml::NodeIndex node_ = xml::kNoNode;
-  xml::NewElement* added_ = nullptr;
 };
 
 class Nodes {
  public:
-  Nodes(const Document* document, TextView node_path);
+  Nodes(Document* document, TextView node_path);
 
   Element First(std::string_view key) const;
 
  private:
-  const Document* document_;
-  std::string path_;  // where keys cannot be looked up below prepared nodes
+  Document* document_;
+  std::string path_;  // UTF-8
+  // The nodes themselves if the path is only child steps; kNoNode stands for the document. Joining
+  // a key to another path can change the meaning of the whole ("a | b"), so that is evaluated anew
+  // with each key.
   std::optional<std::vector<xml::NodeIndex>> parents_;
 };
 
@@ -69,61 +69,60 @@ class Document {
   Document& operator=(const Document&) = delete;
 
   bool Load(TextView file);
-  const LoadFailure& Failure() const { return failure_; }
   void Create(std::string_view root_name);
-  Element Root() const;
-  Element Select(TextView path) const;
-  Element Select(std::string_view ascii_path) const;
-  Nodes SelectAll(TextView node_path) const { return Nodes(this, node_path); }
+  const LoadFailure& Failure() const { return failure_; }
+  Element Root() { return document_ ? Element(this, document_->Root()) : Element(); }
+  Element Select(TextView path) { return Select(std::string_view(ToUtf8(path))); }
+  Element Select(std::string_view path);
+  Nodes SelectAll(TextView node_path) { return Nodes(this, node_path); }
   void Save(TextView file);
 
-  /// Null while the document is empty.
-  const xml::Document* Content() const { return content_.get(); }
-  xml::Editor& Edits() const { return *edits_; }
-  /// Runs a call of the XML layer; its errors become ComError with the file's name.
-  template <class Call>
-  auto Checked(const Call& call) const;
+  bool IsLoaded() const { return document_.has_value(); }
+  /// The loaded document; there must be one.
+  const xml::Document& Xml() const { return *document_; }
+  xml::Editor& Editor();
 
  private:
-  std::string file_;
+  void Clear();
+
+  std::optional<xml::Document> document_;
+  std::optional<xml::Editor> editor_;
+  Text file_;
+  bool is_new_ = false;
   LoadFailure failure_;
-  std::unique_ptr<xml::Document> content_;
-  std::unique_ptr<xml::Editor> edits_;
 };
 
+inline const xml::Document& Element::Xml() const { return document_->Xml(); }
+
 inline bool Element::HasLocalName(std::string_view name) const {
-  return document_->Content()->HasLocalName(node_, name);
+  return Xml().HasLocalName(node_, name);
 }
 
 inline bool Element::HasNodeName(std::string_view name) const {
-  return document_->Content()->NameOf(node_) == name;
+  return Xml().NameOf(node_) == name;
 }
 
 inline TextView Element::ReadText(Text& scratch) const {
   scratch.clear();
-  document_->Content()->AppendText(node_, scratch);
+  Xml().AppendText(node_, scratch);
   return scratch;
 }
 
 inline Element Element::FirstChild() const {
-  return {document_, document_->Content()->FirstChildElement(node_)};
+  return Element(document_, Xml().FirstChildElement(node_));
 }
 
-inline void Element::MoveToNextSibling() { node_ = document_->Content()->NextElement(node_); }
+inline void Element::MoveToNextSibling() { node_ = Xml().NextElement(node_); }
 
 template <class Visit>
 void Element::ForEachChildText(Text& scratch, const Visit& visit) const {
-  const xml::Document& content = *document_->Content();
-  if (content.HasOnlyText(node_)) {
+  if (Xml().HasOnlyText(node_)) {
     visit(ReadText(scratch));
     return;
   }
-  for (xml::NodeIndex child = content.FirstChild(node_); child != xml::kNoNode;
-       child = content.NextSibling(child)) {
-    scratch.clear();
-    content.AppendText(child, scratch);
-    visit(TextView(scratch));
-  }
+  for (xml::NodeIndex child = Xml().FirstChild(node_); child != xml::kNoNode;
+       child = Xml().NextSibling(child))
+    visit(Element(document_, child).ReadText(scratch));
 }
 
 }  // namespace sab::backend

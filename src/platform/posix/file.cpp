@@ -10,8 +10,8 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
-#include <cstring>
 #include <system_error>
+#include <utility>
 
 #include "base/com_error.h"
 #include "file_calls.h"
@@ -22,6 +22,7 @@ namespace {
 
 constexpr int kMostLinks = 40;
 constexpr int kMostNames = 1000;
+constexpr std::size_t kRoom = 4096;
 
 std::string Words(int error) { return std::generic_category().message(error); }
 
@@ -219,8 +220,8 @@ FileCalls& CurrentFileCalls() {
   return calls;
 }
 
-std::optional<FileBytes> ReadFileBytes(TextView name, std::string& reason) {
-  const auto refuse = [&reason](std::string why) {
+std::optional<std::string> ReadFileBytes(TextView name, std::string& reason) {
+  const auto refuse = [&reason](std::string why) -> std::optional<std::string> {
     reason = std::move(why);
     return std::nullopt;
   };
@@ -233,28 +234,24 @@ std::optional<FileBytes> ReadFileBytes(TextView name, std::string& reason) {
   if (S_ISDIR(status.st_mode)) return refuse(Words(EISDIR));
   if (!S_ISREG(status.st_mode)) return refuse("not a regular file");
 
-  // One byte more than the file has shows its end without another allocation; the size of some
-  // files (those of /proc) is only known at their end.
-  std::size_t capacity = std::max<std::size_t>(static_cast<std::size_t>(status.st_size), 4095) + 1;
-  if (capacity > kLargestFile) return refuse(Words(EFBIG));
-  auto data = std::make_unique_for_overwrite<char[]>(capacity);
+  // Room behind the end shows where it is without another allocation; the size of some files
+  // (those of /proc) is only known there.
+  if (status.st_size > static_cast<off_t>(kLargestFile)) return refuse(Words(EFBIG));
+  std::string bytes(static_cast<std::size_t>(status.st_size) + kRoom, '\0');
   std::size_t size = 0;
   for (;;) {
-    const ssize_t count = read(file.Get(), data.get() + size, capacity - size);
+    const ssize_t count = read(file.Get(), bytes.data() + size, bytes.size() - size);
     if (count == 0) break;
     if (count < 0) {
       if (errno == EINTR) continue;
       return refuse(Words(errno));
     }
     size += static_cast<std::size_t>(count);
-    if (size < capacity) continue;
-    if (capacity > kLargestFile / 2) return refuse(Words(EFBIG));
-    capacity *= 2;
-    auto larger = std::make_unique_for_overwrite<char[]>(capacity);
-    std::memcpy(larger.get(), data.get(), size);
-    data = std::move(larger);
+    if (size > kLargestFile) return refuse(Words(EFBIG));
+    if (bytes.size() - size < kRoom / 2) bytes.resize(bytes.size() * 2);
   }
-  return FileBytes(std::move(data), size);
+  bytes.resize(size);
+  return bytes;
 }
 
 bool FileExists(TextView name) { return !ReasonAgainstName(name) && Exists(PathOf(name)); }

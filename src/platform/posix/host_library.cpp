@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include <initializer_list>
+
 namespace sab {
 namespace {
 

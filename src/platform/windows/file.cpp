@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <cstdio>
+#include <utility>
 
 #include "base/com_error.h"
 #include "platform/file_name.h"
@@ -12,6 +13,7 @@ namespace sab {
 namespace {
 
 constexpr int kMostNames = 1000;
+constexpr std::size_t kRoom = 16;
 constexpr DWORD kLargestStep = 1U << 26;
 
 std::string Words(DWORD error) {
@@ -142,8 +144,8 @@ DWORD Replace(Text path, std::string_view bytes) {
 
 }  // namespace
 
-std::optional<FileBytes> ReadFileBytes(TextView name, std::string& reason) {
-  const auto refuse = [&reason](std::string why) {
+std::optional<std::string> ReadFileBytes(TextView name, std::string& reason) {
+  const auto refuse = [&reason](std::string why) -> std::optional<std::string> {
     reason = std::move(why);
     return std::nullopt;
   };
@@ -158,17 +160,20 @@ std::optional<FileBytes> ReadFileBytes(TextView name, std::string& reason) {
   if (file_size.QuadPart > static_cast<LONGLONG>(kLargestFile))
     return refuse(Words(ERROR_FILE_TOO_LARGE));
   const auto capacity = static_cast<std::size_t>(file_size.QuadPart);
-  auto data = std::make_unique_for_overwrite<char[]>(capacity);
+  std::string bytes;
+  bytes.reserve(capacity + kRoom);
+  bytes.resize(capacity);
   std::size_t size = 0;
   while (size < capacity) {
     const auto step = static_cast<DWORD>(std::min<std::size_t>(capacity - size, kLargestStep));
     DWORD count = 0;
-    if (!ReadFile(file.Get(), data.get() + size, step, &count, nullptr))
+    if (!ReadFile(file.Get(), bytes.data() + size, step, &count, nullptr))
       return refuse(Words(GetLastError()));
     if (count == 0) break;
     size += count;
   }
-  return FileBytes(std::move(data), size);
+  bytes.resize(size);
+  return bytes;
 }
 
 bool FileExists(TextView name) {

@@ -1,0 +1,301 @@
+#include "document_backend.h"
+
+#include <cstdio>
+#include <vector>
+
+#include "base/com_error.h"
+#include "platform/file.h"
+#include "platform/file_name.h"
+#include "xml/error.h"
+
+namespace sab::backend {
+namespace {
+
+// The identifier of DOMDocument60, which the headers of mingw-w64 lack.
+constexpr CLSID kDomDocument60 = {
+    0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+
+Text FromAscii(std::string_view ascii) { return Text(ascii.begin(), ascii.end()); }
+
+std::string HexText(HRESULT result) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(result));
+  return text;
+}
+
+// What the failing call itself had to say; asking for it also clears it, so that a host does not
+// take it for the cause of a later failure.
+std::string DescriptionOfFailure() {
+  ComPtr<IErrorInfo> info;
+  Bstr description;
+  if (GetErrorInfo(0, info.Put()) != S_OK || FAILED(info->GetDescription(description.Put())))
+    return {};
+  return ToUtf8(description.View());
+}
+
+std::string Trimmed(std::string text) {
+  while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
+  return text;
+}
+
+ComPtr<IXMLDOMDocument> CreateDocument(HRESULT& result) {
+  ComPtr<IXMLDOMDocument> document;
+  ComPtr<IUnknown> created;
+  constexpr DWORD kAnywhere =
+      CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
+  result = CoCreateInstance(kDomDocument60, nullptr, kAnywhere, IID_IUnknown, created.PutVoid());
+  if (SUCCEEDED(result)) result = OleRun(created.Get());
+  if (SUCCEEDED(result)) result = created->QueryInterface(IID_IXMLDOMDocument, document.PutVoid());
+  return document;
+}
+
+bool IsElement(IXMLDOMNode* node) {
+  DOMNodeType type = NODE_INVALID;
+  return SUCCEEDED(node->get_nodeType(&type)) && type == NODE_ELEMENT;
+}
+
+LoadFailure FailureOf(IXMLDOMDocument* document) {
+  LoadFailure failure;
+  ComPtr<IXMLDOMParseError> error;
+  if (FAILED(document->get_parseError(error.Put())) || !error) return failure;
+  LONG code = 0;
+  LONG line = 0;
+  LONG column = 0;
+  Bstr reason;
+  error->get_errorCode(&code);
+  error->get_line(&line);
+  error->get_linepos(&column);
+  error->get_reason(reason.Put());
+  failure.position = {static_cast<unsigned>(line), static_cast<unsigned>(column)};
+  failure.reason = Trimmed(ToUtf8(reason.View())) + " (" + HexText(code) + ")";
+  return failure;
+}
+
+}  // namespace
+
+// --- Element ---
+
+TextView Element::LocalName() const {
+  if (local_name_.IsNull())
+    document_->CheckCall(node_->get_baseName(local_name_.Put()), "reading an element's name");
+  return local_name_.View();
+}
+
+bool Element::HasLocalName(std::string_view name) const { return EqualsAscii(LocalName(), name); }
+
+bool Element::HasNodeName(std::string_view name) const {
+  Bstr own;
+  document_->CheckCall(node_->get_nodeName(own.Put()), "reading an element's name");
+  return EqualsAscii(own.View(), name);
+}
+
+TextView Element::ReadLocalName(Text& scratch) const { return scratch.assign(LocalName()); }
+
+TextView Element::ReadText(Text& scratch) const { return TextOf(node_, scratch); }
+
+TextView Element::TextOf(const ComPtr<IXMLDOMNode>& node, Text& scratch) const {
+  Bstr text;
+  document_->CheckCall(node->get_text(text.Put()), "reading a text");
+  return scratch.assign(text.View());
+}
+
+bool Element::ReadAttribute(std::string_view name, Text& value) const {
+  ComPtr<IXMLDOMElement> element;
+  document_->CheckCall(node_->QueryInterface(IID_IXMLDOMElement, element.PutVoid()),
+                       "reading an attribute");
+  VARIANT variant;
+  VariantInit(&variant);
+  const Bstr own_name(FromAscii(name));
+  document_->CheckCall(element->getAttribute(own_name.Get(), &variant), "reading an attribute");
+  const bool found = V_VT(&variant) == VT_BSTR;
+  Bstr text;
+  if (found)
+    text.Attach(V_BSTR(&variant));
+  else
+    VariantClear(&variant);
+  if (found) value.assign(text.View());
+  return found;
+}
+
+ComPtr<IXMLDOMNode> Element::FirstNode() const {
+  ComPtr<IXMLDOMNode> child;
+  document_->CheckCall(node_->get_firstChild(child.Put()), "reading child nodes");
+  return child;
+}
+
+ComPtr<IXMLDOMNode> Element::NextNode(const ComPtr<IXMLDOMNode>& node) const {
+  ComPtr<IXMLDOMNode> next;
+  document_->CheckCall(node->get_nextSibling(next.Put()), "reading child nodes");
+  return next;
+}
+
+Element Element::FirstChild() const {
+  ComPtr<IXMLDOMNode> child = FirstNode();
+  while (child && !IsElement(child.Get())) child = NextNode(child);
+  return Element(document_, std::move(child));
+}
+
+void Element::MoveToNextSibling() {
+  local_name_ = Bstr();
+  do {
+    node_ = NextNode(node_);
+  } while (node_ && !IsElement(node_.Get()));
+}
+
+xml::NodeIndex Element::PlaceInBytes() const {
+  constexpr std::string_view kOperation = "finding an element in the file";
+  // How many elements stand before it, and before each of its ancestors, under the same parent.
+  std::vector<unsigned> places;
+  for (ComPtr<IXMLDOMNode> node = node_; node && IsElement(node.Get());) {
+    places.push_back(0);
+    ComPtr<IXMLDOMNode> sibling = node;
+    for (;;) {
+      ComPtr<IXMLDOMNode> previous;
+      document_->CheckCall(sibling->get_previousSibling(previous.Put()), kOperation);
+      if (!previous) break;
+      if (IsElement(previous.Get())) ++places.back();
+      sibling = std::move(previous);
+    }
+    ComPtr<IXMLDOMNode> parent;
+    document_->CheckCall(node->get_parentNode(parent.Put()), kOperation);
+    node = std::move(parent);
+  }
+  const xml::Document& bytes = document_->Bytes();
+  xml::NodeIndex found = xml::kNoNode;
+  for (auto place = places.rbegin(); place != places.rend(); ++place) {
+    found = bytes.FirstChildElement(found);
+    for (unsigned i = 0; i < *place && found != xml::kNoNode; ++i) found = bytes.NextElement(found);
+    if (found == xml::kNoNode) break;
+  }
+  if (found == xml::kNoNode || !HasNodeName(bytes.NameOf(found)))
+    document_->CheckCall(E_FAIL,
+                         "finding an element again, because the file has changed since it "
+                         "was loaded,");
+  return found;
+}
+
+AppendedElement Element::Append(std::string_view name, TextView text) {
+  return AppendTo(document_->Editor(), PlaceInBytes(), name, text);
+}
+
+void Element::SetText(TextView text) { SetTextOf(document_->Editor(), PlaceInBytes(), text); }
+
+void Element::Remove() { document_->Editor().Remove(PlaceInBytes()); }
+
+// --- Nodes and Document ---
+
+Element Nodes::First(std::string_view key) const {
+  Text path = path_;
+  path.push_back(L'/');
+  AppendAscii(path, key);
+  return document_->Select(path);
+}
+
+void Document::CheckCall(HRESULT result, std::string_view operation) const {
+  if (SUCCEEDED(result)) return;
+  std::string message = ToUtf8(file_) + ": " + std::string(operation) + " failed";
+  const std::string description = Trimmed(DescriptionOfFailure());
+  message += description.empty() ? " (" + HexText(result) + ")" : ": " + description;
+  throw ComError(result, message);
+}
+
+void Document::Clear(TextView file) {
+  editor_.reset();
+  bytes_.reset();
+  file_ = file;
+  failure_ = {};
+  is_loaded_ = is_new_ = false;
+  HRESULT result = S_OK;
+  document_ = CreateDocument(result);
+  if (!document_)
+    throw ComError(E_POINTER, ToUtf8(file) +
+                                  ": MSXML 6, which reads XML files, cannot be created (" +
+                                  HexText(result) + ")");
+}
+
+bool Document::Load(TextView file) {
+  Clear(file);
+  const char* const refusal = ReasonAgainstName(file);
+  if (!refusal) {
+    const Bstr name(file);
+    VARIANT source;
+    VariantInit(&source);
+    V_VT(&source) = VT_BSTR;
+    V_BSTR(&source) = name.Get();
+    VARIANT_BOOL success = VARIANT_FALSE;
+    CheckCall(document_->load(source, &success), "loading");
+    is_loaded_ = success != VARIANT_FALSE;
+  }
+  if (is_loaded_) return true;
+  if (!refusal) failure_ = FailureOf(document_.Get());
+  if (refusal) failure_.reason = refusal;
+  failure_.file = ToUtf8(file);
+  failure_.is_missing = !FileExists(file);
+  return false;
+}
+
+void Document::Create(std::string_view root_name) {
+  Clear({});
+  bytes_.emplace(BytesOfNewDocument(root_name));
+  const Bstr xml(FromAscii("<" + std::string(root_name) + "/>"));
+  VARIANT_BOOL success = VARIANT_FALSE;
+  CheckCall(document_->loadXML(xml.Get(), &success), "starting a document");
+  is_loaded_ = is_new_ = true;
+}
+
+Element Document::Root() {
+  ComPtr<IXMLDOMElement> root;
+  if (document_)
+    CheckCall(document_->get_documentElement(root.Put()), "reading the document element");
+  return Element(this, ComPtr<IXMLDOMNode>(root.Get()));
+}
+
+Element Document::Select(TextView path) {
+  if (!document_) return Element();
+  const Bstr own_path(path);
+  const std::string operation = "selecting \"" + ToUtf8(path) + "\"";
+  ComPtr<IXMLDOMNode> node;
+  CheckCall(path.empty() ? E_FAIL : document_->selectSingleNode(own_path.Get(), node.Put()),
+            operation);
+  if (!node || IsElement(node.Get())) return Element(this, std::move(node));
+  // The path leads to other nodes as well; the first element among them is meant.
+  ComPtr<IXMLDOMNodeList> list;
+  CheckCall(document_->selectNodes(own_path.Get(), list.Put()), operation);
+  do {
+    CheckCall(list->nextNode(node.Put()), operation);
+  } while (node && !IsElement(node.Get()));
+  return Element(this, std::move(node));
+}
+
+Element Document::Select(std::string_view ascii_path) {
+  return Select(TextView(FromAscii(ascii_path)));
+}
+
+const xml::Document& Document::Bytes() {
+  if (bytes_) return *bytes_;
+  std::string reason;
+  auto bytes = ReadFileBytes(file_, reason);
+  try {
+    if (bytes) bytes_.emplace(*std::move(bytes));
+  } catch (const xml::Error& error) {
+    reason = error.what();
+  }
+  if (!bytes_) throw ComError(kDocumentNotLoaded, ToUtf8(file_) + " is left as it is: " + reason);
+  return *bytes_;
+}
+
+xml::Editor& Document::Editor() {
+  if (!editor_) editor_.emplace(Bytes());
+  return *editor_;
+}
+
+void Document::Save(TextView file) {
+  if (!is_loaded_) {
+    RefuseToOverwrite(file, failure_);
+    return;
+  }
+  const bool is_changed = is_new_ || (editor_ && !editor_->IsEmpty());
+  if (is_changed || file != file_) SaveEdits(Editor(), file);
+}
+
+}  // namespace sab::backend

@@ -1,0 +1,174 @@
+// Edits and saving: every byte outside the edits stays, or the file stays as it was.
+
+#include <gtest/gtest.h>
+
+#include "base/com_error.h"
+#include "common/config_document.h"
+#include "config/temporary_folder.h"
+
+namespace sab {
+namespace {
+
+class ConfigSaveTest : public testing::Test {
+ protected:
+  void Load(const std::string& bytes) {
+    folder_.Write("t.xml", bytes);
+    ASSERT_TRUE(document_.Load(name_)) << document_.Failure().Describe();
+  }
+  std::string Saved() {
+    document_.Save(name_);
+    return folder_.Read("t.xml");
+  }
+
+  TemporaryFolder folder_;
+  Text name_ = folder_.Name("t.xml");
+  ConfigDocument document_;
+};
+
+std::string Utf16(std::string_view utf8, bool big_endian) {
+  std::string bytes = big_endian ? "\xFE\xFF" : "\xFF\xFE";
+  for (const OLECHAR unit : FromUtf8(utf8)) {
+    const char low = static_cast<char>(unit & 0xFF);
+    const char high = static_cast<char>(unit >> 8);
+    bytes += big_endian ? high : low;
+    bytes += big_endian ? low : high;
+  }
+  return bytes;
+}
+
+TEST_F(ConfigSaveTest, AppendedElementsLookLikeTheirNeighbours) {
+  const struct {
+    const char* before;
+    const char* after;
+  } rows[] = {
+      {"<?xml version='1.0'?>\r\n<!-- c -->\r\n<r>\r\n\t<G a = 'x' >\r\n\t\t<A>&#49;</A>\r\n\t</G >"
+       "\r\n\r\n</r>\r\n<!-- end -->",
+       "<?xml version='1.0'?>\r\n<!-- c -->\r\n<r>\r\n\t<G a = 'x' >\r\n\t\t<A>&#49;</A>\r\n"
+       "\t\t<New>a&lt;b</New>\r\n\t\t<List>\r\n\t\t\t<Item>1</Item>\r\n\t\t\t<Item>2</Item>\r\n"
+       "\t\t</List>\r\n\t</G >\r\n\r\n</r>\r\n<!-- end -->"},
+      {"\xEF\xBB\xBF<r><G><A>1</A></G></r>",
+       "\xEF\xBB\xBF<r><G><A>1</A><New>a&lt;b</New><List><Item>1</Item><Item>2</Item></List></G>"
+       "</r>"},
+  };
+  for (const auto& row : rows) {
+    Load(row.before);
+    ConfigElement group = document_.Select("/r/G");
+    group.Append("New", OLESTR("a<b"));
+    AppendedElement list = group.Append("List");
+    list.Append("Item", OLESTR("1"));
+    list.Append("Item", OLESTR("2"));
+    EXPECT_EQ(Saved(), row.after);
+  }
+}
+
+TEST_F(ConfigSaveTest, EmptyElementsOpenForTheirFirstChild) {
+  for (const char* empty : {"<G/>", "<G />", "<G></G>"}) {
+    Load(std::string("<r>") + empty + "</r>");
+    document_.Select("/r/G").Append("A", OLESTR("1"));
+    EXPECT_TRUE(Saved().starts_with("<r><G")) << empty;
+    ASSERT_TRUE(document_.Load(name_)) << empty;
+    Text text;
+    EXPECT_EQ(ToUtf8(document_.Select("/r/G/A").ReadText(text)), "1") << empty;
+  }
+}
+
+TEST_F(ConfigSaveTest, SavingTwiceKeepsBothAndTheFirstIsRead) {
+  Load("<r><G/></r>");
+  for (const OLECHAR* value : {OLESTR("first"), OLESTR("second")}) {
+    ASSERT_TRUE(document_.Load(name_));
+    document_.Select("/r/G").Append("Key", value);
+    // What was appended shows in the file and not in the loaded document.
+    EXPECT_EQ(document_.Select("/r/G/Key").operator bool(), value[0] == OLECHAR('s'));
+    document_.Save(name_);
+  }
+  ASSERT_TRUE(document_.Load(name_));
+  Text text;
+  EXPECT_EQ(ToUtf8(document_.Select("/r/G/Key").ReadText(text)), "first");
+  EXPECT_EQ(ToUtf8(document_.Select("/r/G/Key[2]").ReadText(text)), "second");
+}
+
+TEST_F(ConfigSaveTest, TextIsReplacedAndElementsAreRemovedInPlace) {
+  const std::string before =
+      "<r>\n  <A>1<!-- old --></A>\n  <B/>\n  <C>3</C>\n  <D>4</D><E/>\n</r>\n";
+  Load(before);
+  document_.Select("/r/A").SetText(OLESTR("x & y"));
+  document_.Select("/r/B").SetText(OLESTR("2"));
+  document_.Select("/r/C").Remove();
+  document_.Select("/r/D").Remove();
+  EXPECT_EQ(Saved(), "<r>\n  <A>x &amp; y</A>\n  <B>2</B>\n  <E/>\n</r>\n");
+}
+
+TEST_F(ConfigSaveTest, EncodingIsKept) {
+  const std::string content = "<r>\r\n <A>\u4E2D</A>\r\n</r>";
+  for (const bool big_endian : {false, true}) {
+    Load(Utf16("<?xml version=\"1.0\"?>" + content, big_endian));
+    document_.Select("/r").Append("B", FromUtf8("\u6587\U0001F600"));
+    EXPECT_EQ(Saved(),
+              Utf16("<?xml version=\"1.0\"?><r>\r\n <A>\u4E2D</A>\r\n <B>\u6587\U0001F600</B>"
+                    "\r\n</r>",
+                    big_endian));
+  }
+}
+
+TEST_F(ConfigSaveTest, WithoutAnEditTheFileIsLeftAlone) {
+  const std::string bytes =
+      "\xEF\xBB\xBF<?xml version='1.0' ?>\r\n<r a='1'  b=\"2\" >\n&#65;\r</r >\n";
+  Load(bytes);
+  EXPECT_FALSE(document_.Select("/r/None"));
+  const auto written = std::filesystem::last_write_time(folder_.Path("t.xml"));
+  EXPECT_EQ(Saved(), bytes);
+  EXPECT_EQ(std::filesystem::last_write_time(folder_.Path("t.xml")), written);
+  // Under another name it is a copy.
+  document_.Save(folder_.Name("copy.xml"));
+  EXPECT_EQ(folder_.Read("copy.xml"), bytes);
+}
+
+TEST_F(ConfigSaveTest, MissingFileIsNotMade) {
+  EXPECT_FALSE(document_.Load(name_));
+  document_.Save(name_);
+  EXPECT_TRUE(folder_.Entries().empty());
+}
+
+TEST_F(ConfigSaveTest, WhatCouldNotBeReadIsNeverOverwritten) {
+  folder_.Write("t.xml", "<r><A></r>");
+  EXPECT_FALSE(document_.Load(name_));
+  std::string message;
+  EXPECT_EQ(ResultOf([&] { document_.Save(name_); }, &message), kDocumentNotLoaded);
+  EXPECT_NE(message.find("t.xml"), std::string::npos) << message;
+  EXPECT_EQ(folder_.Read("t.xml"), "<r><A></r>");
+  EXPECT_EQ(folder_.Entries().size(), 1U);
+
+  EXPECT_FALSE(document_.Load(OLESTR("http://127.0.0.1:9/t.xml")));
+  EXPECT_EQ(ResultOf([&] { document_.Save(OLESTR("http://127.0.0.1:9/t.xml")); }), E_INVALIDARG);
+}
+
+TEST_F(ConfigSaveTest, NewDocumentHasADeclaration) {
+  document_.Create("History");
+  document_.Root().Append("Entry", FromUtf8("C:\\\u56FE & <1>"));
+  const std::string saved = Saved();
+  EXPECT_TRUE(saved.starts_with("<?xml version='1.0' encoding='UTF-8'?>")) << saved;
+  ASSERT_TRUE(document_.Load(name_)) << saved;
+  Text text;
+  EXPECT_EQ(ToUtf8(document_.Select("/History/Entry").ReadText(text)), "C:\\\u56FE & <1>");
+}
+
+TEST_F(ConfigSaveTest, NamesAndTextsThatXmlForbidsAreRefused) {
+  const std::string bytes = "<r><A>1</A></r>";
+  Load(bytes);
+  const char* const names[] = {"", "a b", "1a", "<", "a>", "a:b", "\x80", "a\u3000"};
+  for (const char* name : names)
+    EXPECT_EQ(ResultOf([&] { document_.Select("/r").Append(name, OLESTR("x")); }), E_INVALIDARG)
+        << name;
+  for (const char* text : {"\x01", "\uFFFE"}) {
+    Load(bytes);
+    document_.Select("/r").Append("B", FromUtf8(text));
+    EXPECT_EQ(ResultOf([&] { document_.Save(name_); }), E_INVALIDARG);
+    Load(bytes);
+    document_.Select("/r/A").SetText(FromUtf8(text));
+    EXPECT_EQ(ResultOf([&] { document_.Save(name_); }), E_INVALIDARG);
+  }
+  EXPECT_EQ(folder_.Read("t.xml"), bytes);
+}
+
+}  // namespace
+}  // namespace sab

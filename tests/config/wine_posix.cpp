@@ -1,0 +1,3 @@
+#include "config/wine.h"
+
+bool sab::RunsUnderWine() { return false; }
