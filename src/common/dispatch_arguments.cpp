@@ -14,6 +14,11 @@ const VARIANTARG& Dereferenced(const VARIANTARG& argument) {
   return *value;
 }
 
+// Some headers of the platform take the source as if they changed it.
+HRESULT Convert(VARIANT& converted, const VARIANTARG& value, VARTYPE type) {
+  return VariantChangeType(&converted, const_cast<VARIANTARG*>(&value), 0, type);
+}
+
 bool IsMissing(const VARIANTARG& argument) {
   return argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND;
 }
@@ -165,7 +170,7 @@ HRESULT DispatchArguments::Read(const ParameterInfo& parameter, const VARIANTARG
   }
   // An identifier travels as its text.
   VARIANT text{};
-  const HRESULT result = VariantChangeType(&text, &value, 0, VT_BSTR);
+  const HRESULT result = Convert(text, value, VT_BSTR);
   if (FAILED(result)) return result;
   const bool parsed = text.bstrVal && SUCCEEDED(IIDFromString(text.bstrVal, &slots_[index].guid));
   VariantClear(&text);
@@ -180,7 +185,7 @@ HRESULT DispatchArguments::ReadNumberOrText(VARTYPE type, const VARIANTARG& valu
     return S_OK;
   }
   VARIANT converted{};
-  const HRESULT result = VariantChangeType(&converted, &value, 0, type);
+  const HRESULT result = Convert(converted, value, type);
   if (FAILED(result)) return result;
   slot.int64 = converted.llVal;  // every other member of the slot lies in these eight bytes
   is_owned_[index] = type == VT_BSTR;

@@ -7,7 +7,7 @@ namespace sab {
 HRESULT RegisterTypeLibraryOf(const Text& module) noexcept {
   ComPtr<ITypeLib> library;
   const HRESULT result = LoadTypeLibEx(module.c_str(), REGKIND_NONE, library.Put());
-  return SUCCEEDED(result) ? RegisterTypeLib(library.Get(), module.c_str(), nullptr) : result;
+  return SUCCEEDED(result) ? RegisterTypeLib(library.Get(), Text(module).data(), nullptr) : result;
 }
 
 HRESULT UnregisterTypeLibraryOf(const Text& module) noexcept {
