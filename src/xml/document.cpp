@@ -54,6 +54,34 @@ void Document::AppendPiece(std::string_view piece, bool needs_decoding, std::u16
   }
 }
 
+bool Document::HasBlankBehind(NodeIndex node) const {
+  const NodeIndex next = NextSibling(node);
+  if (next != kNoNode && TypeOf(next) == NodeType::kText) return false;
+  std::size_t behind = nodes_[node].end;
+  switch (TypeOf(node)) {
+    case NodeType::kElement:
+      behind = ElementEnd(node);
+      break;
+    case NodeType::kComment:
+    case NodeType::kCData:
+      behind += 3;
+      break;
+    case NodeType::kInstruction:
+      behind += 2;
+      break;
+    default:
+      return false;
+  }
+  return Has(text_[behind], kSpace);
+}
+
+bool Document::StartsWithBlank(NodeIndex element) const {
+  if ((nodes_[element].flags & (kIsEmptyTag | kHasOnlyText)) != 0) return false;
+  const NodeIndex child = FirstChild(element);
+  if (child != kNoNode && TypeOf(child) == NodeType::kText) return false;
+  return Has(text_[ContentStart(element)], kSpace);
+}
+
 void Document::AppendText(NodeIndex start, std::u16string& out) const {
   const std::size_t had = out.size();
   bool is_first = true;
@@ -80,8 +108,26 @@ void Document::AppendText(NodeIndex start, std::u16string& out) const {
   }
   const bool is_container = whole.type == NodeType::kElement || whole.type == NodeType::kDocument;
   const NodeIndex end = is_container ? EndOf(start) : start + 1;
+  // White space alone between tags is no node, but texts on both sides of it are kept apart by one
+  // blank, as MSXML does.
+  bool has_blank = false;
+  NodeIndex last_text = kNoNode;
   for (NodeIndex i = start; i < end; ++i) {
     const Node& node = nodes_[i];
+    if (i > start) {
+      // What closed since the node before this one: that node, and its parents up to this one's.
+      for (NodeIndex closed = i - 1; closed != node.parent; closed = nodes_[closed].parent) {
+        has_blank = has_blank || HasBlankBehind(closed) ||
+                    (IsElement(closed) && last_text < closed && StartsWithBlank(closed));
+      }
+      const bool is_text = node.type == NodeType::kText || node.type == NodeType::kCData ||
+                           (node.flags & kHasOnlyText) != 0;
+      if (is_text) {
+        if (has_blank && out.size() > had) out.push_back(u' ');
+        has_blank = false;
+        last_text = i;
+      }
+    }
     const std::string_view text(text_ + node.start, node.end - node.start);
     const bool preserves = (node.flags & kPreservesSpace) != 0;
     const bool needs_decoding = (node.flags & kNeedsDecoding) != 0;

@@ -49,7 +49,8 @@ class Document {
   }
 
   /// Appends the text of a node: that of all text below it, joined. White space at the ends is left
-  /// out, except in CDATA sections and under xml:space="preserve".
+  /// out, except in CDATA sections and under xml:space="preserve"; white space alone between two
+  /// tags counts as one blank.
   void AppendText(NodeIndex node, std::u16string& out) const;
   /// Appends the text of a leaf that needs no node of its own; see HasOnlyText.
   bool HasOnlyText(NodeIndex element) const { return (nodes_[element].flags & kHasOnlyText) != 0; }
@@ -74,6 +75,9 @@ class Document {
     while (node != kNoNode && !IsElement(node)) node = NextSibling(node);
     return node;
   }
+  // Whether white space that is no node follows a node, or stands first in an element.
+  bool HasBlankBehind(NodeIndex node) const;
+  bool StartsWithBlank(NodeIndex element) const;
   void AppendPiece(std::string_view piece, bool needs_decoding, std::u16string& out) const;
 
   std::string bytes_;  // as they stand in the file, and zeros behind them

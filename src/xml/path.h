@@ -10,7 +10,7 @@ namespace sab::xml {
 /// All elements that a location path selects, seen from the document, in document order. Names
 /// without a prefix mean elements in no namespace. A path that is only child steps ("a/b", "/a/b")
 /// is walked; any other XPath 1.0 expression is evaluated as such. Raises Error for a path that is
-/// empty, not well-formed, or selects what is no element.
+/// empty, not well-formed, gives a value instead of nodes, or uses a prefix (none is declared).
 std::vector<NodeIndex> SelectAll(const Document& document, std::string_view path);
 
 /// The first of them; kNoNode if there is none.

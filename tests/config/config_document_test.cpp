@@ -56,6 +56,12 @@ TEST_F(ConfigDocumentTest, TextOfAnElement) {
       {"<A>a <b>x</b> <c> </c> <d>y</d> </A>", "a x y"},
       {"<A>y<b> <c>x</c> </b>y</A>", "yx y"},
       {"<A>a<b> </b>c</A>", "a c"},
+      {"<A>a<b> <!-- q --></b>c</A>", "a c"},
+      {"<A>a<b/> <c></c><d>z</d></A>", "a z"},
+      {"<A><b/> <c/> x </A>", "x"},
+      {"<A><b>x</b><!-- q -->  <?p q?>y</A>", "x y"},
+      {"<A><b>x</b> <![CDATA[y]]></A>", "x y"},
+      {"<A><b/> <![CDATA[y]]> </A>", "y"},
       {"<A xml:space='preserve'><b>x</b>  <c>y</c> </A>", "x  y "},
       {"<A xml:space='preserve'>  <b xml:space='default'> q </b> </A>", "   q  "},
   };
@@ -91,6 +97,11 @@ TEST_F(ConfigDocumentTest, SelectingGivesTheFirstElementInDocumentOrder) {
       {"/r/A/B/C", "<none>"},
       {"/r/D", "<none>"},  // in a namespace
       {"/r/D/B", "<none>"},
+      {"//D", "<none>"},
+      {"//D/B | //C", "4"},
+      {"//*[local-name()='D']/*", "5"},
+      {"//A[.='x:y'] | r/A[1]", "1"},
+      {"/r/A[1]/following-sibling::A/B", "2"},
       {"/r/A/@k", "<none>"},  // selects, but no element
       {"/", "<none>"},
   };
@@ -100,9 +111,9 @@ TEST_F(ConfigDocumentTest, SelectingGivesTheFirstElementInDocumentOrder) {
 TEST_F(ConfigDocumentTest, MalformedPathsFailAndAreNamed) {
   folder_.Write("t.xml", "<r><A/></r>");
   const char* const files[] = {"t.xml", "none.xml"};
-  const char* const paths[] = {"/a[[",  "",          "/r/",       "//",      "/r//",
-                               "/r/A[", "1+1",       "count(/r)", "true()",  "string(/r)",
-                               "/x:r",  "nosuch(1)", "$v",        "/r/A[1+]"};
+  const char* const paths[] = {"/a[[", "",          "/r/",    "//",           "/r//", "/r/A[",
+                               "1+1",  "count(/r)", "true()", "string(/r)",   "/x:r", "nosuch(1)",
+                               "$v",   "/r/A[1+]",  "//x:*",  "/r/A[x:y='1']"};
   for (const char* file : files) {
     document_.Load(folder_.Name(file));
     for (const char* path : paths) {
