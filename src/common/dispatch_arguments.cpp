@@ -1,5 +1,6 @@
 #include "common/dispatch_arguments.h"
 
+#include <limits>
 #include <utility>
 
 #include "base/com_ptr.h"
@@ -28,12 +29,47 @@ HRESULT Refuse(HRESULT code, UINT* bad_argument, int argument) {
   return code;
 }
 
+// Script engines know signed integers of up to 32 bits and doubles, and fail on other numbers:
+// VBScript cannot even compare a VT_I8. So a number is handed out in a type that they know,
+// exactly; positions and counts stay below 2^53 for this.
+void MakeScriptable(VARIANT& value) {
+  LONGLONG number = 0;
+  switch (value.vt) {
+    case VT_INT:
+      number = value.intVal;
+      break;
+    case VT_UI2:
+      number = value.uiVal;
+      break;
+    case VT_UI4:
+      number = value.ulVal;
+      break;
+    case VT_UI8:
+      if (value.llVal < 0) return;  // beyond 2^63
+      [[fallthrough]];
+    case VT_I8:
+      number = value.llVal;
+      break;
+    default:
+      return;
+  }
+  constexpr LONGLONG kExact = LONGLONG{1} << 53;
+  if (number >= std::numeric_limits<LONG>::min() && number <= std::numeric_limits<LONG>::max()) {
+    value.vt = VT_I4;
+    value.lVal = static_cast<LONG>(number);
+  } else if (number >= -kExact && number <= kExact) {
+    value.vt = VT_R8;
+    value.dblVal = static_cast<double>(number);
+  }
+}
+
 // Stores a value where a reference points to, in the type that is there; takes the value over.
 HRESULT StoreThrough(const VARIANTARG& reference, VARIANT& value) {
   if (reference.vt == (VT_BYREF | VT_VARIANT)) {
     VARIANT* const target = reference.pvarVal;
     if ((target->vt & VT_BYREF) != 0) return StoreThrough(*target, value);
     VariantClear(target);
+    MakeScriptable(value);
     *target = std::exchange(value, VARIANT{});
     return S_OK;
   }
@@ -224,7 +260,7 @@ void DispatchArguments::TakeResult(const ParameterInfo& parameter, std::size_t i
     value.bstrVal = SysAllocString(text);
     value.vt = VT_BSTR;
   } else {
-    value.vt = type.type == VT_INT ? static_cast<VARTYPE>(VT_I4) : type.type;
+    value.vt = type.type;
     value.llVal = slot.int64;
   }
 }
@@ -237,6 +273,7 @@ HRESULT DispatchArguments::Deliver(VARIANT* result, UINT* bad_argument) noexcept
       if (!result) continue;
       VariantInit(result);
       TakeResult(parameter, i, *result);
+      MakeScriptable(*result);
     } else if (argument_of_[i] != kNoArgument && !slots_[i].is_missing) {
       const VARIANTARG& argument = given_.rgvarg[argument_of_[i]];
       if ((argument.vt & VT_BYREF) == 0) continue;  // by value: the caller does not want it
