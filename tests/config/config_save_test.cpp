@@ -5,6 +5,7 @@
 #include "base/com_error.h"
 #include "common/config_document.h"
 #include "config/temporary_folder.h"
+#include "config/wine.h"
 
 namespace sab {
 namespace {
@@ -108,6 +109,15 @@ TEST_F(ConfigSaveTest, EncodingIsKept) {
                     "\r\n</r>",
                     big_endian));
   }
+}
+
+TEST_F(ConfigSaveTest, CharactersThatTheEncodingLacksBecomeReferences) {
+  if (RunsUnderWine()) GTEST_SKIP() << "Wine's MSXML knows no Chinese encodings";
+  const std::string start =
+      "<?xml version=\"1.0\" encoding=\"GB2312\"?>\r\n<r>\r\n <A>\xD6\xD0</A>\r\n";
+  Load(start + "</r>");
+  document_.Select("/r").Append("B", FromUtf8("\u6587\U0001F600"));
+  EXPECT_EQ(Saved(), start + " <B>\xCE\xC4&#128512;</B>\r\n</r>");
 }
 
 TEST_F(ConfigSaveTest, WithoutAnEditTheFileIsLeftAlone) {
