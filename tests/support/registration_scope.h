@@ -1,0 +1,15 @@
+#pragma once
+
+namespace sab::testing {
+
+/// The registration that the tests run with. Elsewhere than on Windows it is made in a registry of
+/// the tests' own, and gone with it; on Windows the library is registered before the tests start.
+class RegistrationScope {
+ public:
+  RegistrationScope();
+  RegistrationScope(const RegistrationScope&) = delete;
+  RegistrationScope& operator=(const RegistrationScope&) = delete;
+  ~RegistrationScope();
+};
+
+}  // namespace sab::testing
