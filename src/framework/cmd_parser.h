@@ -1,0 +1,33 @@
+#pragma once
+
+#include "common/component.h"
+#include "common/config_document.h"
+#include "framework/text_getters.h"
+
+namespace sab {
+
+struct CmdParserFields {
+  Bstr ConfigurationPath;
+};
+
+/// Reads a command descriptor: the commands that an environment offers, in groups, as one flat
+/// list.
+class CVeCmdParser : public Component<coclass::VeCmdParser, CmdParserFields> {
+ public:
+  CVeCmdParser();
+
+  HRESULT STDMETHODCALLTYPE GenerateCmd() override;
+
+  HRESULT STDMETHODCALLTYPE GetCmdFileID(BSTR* pID) override {
+    return CopyText(command_file_id_, pID);
+  }
+  HRESULT STDMETHODCALLTYPE GetCommands(IVePrsCommandColl** o_ppCommands) override {
+    return GetField(commands_, o_ppCommands);
+  }
+
+ private:
+  Bstr command_file_id_;
+  ComPtr<IVePrsCommandColl> commands_;
+};
+
+}  // namespace sab
