@@ -71,6 +71,23 @@ LoadFailure FailureOf(IXMLDOMDocument* document) {
   return failure;
 }
 
+// Our own reader tells the place and the reason of what is not well-formed, and why a file cannot be
+// read, where the DOM says little.
+void Explain(TextView file, LoadFailure& failure) {
+  std::string reason;
+  std::optional<std::string> bytes = ReadFileBytes(file, reason);
+  if (!bytes) {
+    failure.reason = reason;
+    return;
+  }
+  try {
+    const xml::Document document(std::move(*bytes));
+  } catch (const xml::Error& error) {
+    failure.position = {error.Line(), error.Column()};
+    failure.reason = error.what();
+  }
+}
+
 }  // namespace
 
 // --- Element ---
@@ -227,8 +244,12 @@ bool Document::Load(TextView file) {
     is_loaded_ = success != VARIANT_FALSE;
   }
   if (is_loaded_) return true;
-  if (!refusal) failure_ = FailureOf(document_.Get());
-  if (refusal) failure_.reason = refusal;
+  if (refusal) {
+    failure_.reason = refusal;
+  } else {
+    failure_ = FailureOf(document_.Get());
+    Explain(file, failure_);
+  }
   failure_.file = ToUtf8(file);
   failure_.is_missing = !FileExists(file);
   return false;

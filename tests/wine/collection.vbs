@@ -1,0 +1,28 @@
+' A collection of accelerators, filled and walked by position.
+' expect: 3 False
+' expect: F1 F2 F3
+' expect: F2 again
+' expect: after removing: F1 F3
+
+Set accels = CreateObject("SabXmlParser.VePrsAccelColl")
+For number = 1 To 3
+  Set accel = CreateObject("SabXmlParser.VePrsAccel")
+  accel.Key = "F" & number
+  accels.AddTail accel
+Next
+WScript.Echo accels.GetCount & " " & accels.IsEmpty
+
+Function Keys
+  Dim position, text
+  position = accels.GetHeadPosition
+  Do While position <> 0
+    text = text & " " & accels.GetNext(position).Key
+  Loop
+  Keys = Mid(text, 2)
+End Function
+
+WScript.Echo Keys
+middle = accels.FindIndex(1)
+WScript.Echo accels.GetAt(middle).Key & " again"
+accels.RemoveAt middle
+WScript.Echo "after removing: " & Keys

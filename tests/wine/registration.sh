@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Registering and unregistering leaves the registry as it was, and registering writes what it should.
+#
+#   registration.sh SabXmlParser.dll SCRATCH_FOLDER
+set -euo pipefail
+library=$1
+scratch=$2
+mkdir -p "$scratch"
+
+# regedit writes UTF-16; the time stamps of Wine's own text files are not in it.
+export_registry() {
+  for root in 'HKEY_LOCAL_MACHINE\Software\Classes' 'HKEY_CURRENT_USER\Software\Classes'; do
+    wine reg export "$root" "z:$scratch/export.reg" /y >/dev/null 2>&1 || continue
+    iconv -f UTF-16 -t UTF-8 "$scratch/export.reg" | tr -d '\r'
+  done
+}
+
+export_registry >"$scratch/before.txt"
+wine regsvr32 /s "$library"
+export_registry >"$scratch/registered.txt"
+wine regsvr32 /s /u "$library"
+export_registry >"$scratch/after.txt"
+
+failed=0
+expect() {
+  if ! grep -qiF -- "$1" "$scratch/registered.txt"; then
+    echo "not registered: $1"
+    failed=1
+  fi
+}
+expect '\SabXmlParser.VeAutoUpdateAdminCfgPars.1\CLSID]'
+expect '\SabXmlParser.VeAutoUpdateAdminCfgParser\CurVer]'
+expect '@="SabXmlParser.VeAutoUpdateAdminCfgPars.1"'
+expect '@="VeAppParser Class"'
+expect '"ThreadingModel"="Apartment"'
+expect '\AppID\SabXmlParser.DLL]'
+expect '\Programmable]'
+if ! diff "$scratch/before.txt" "$scratch/after.txt" >"$scratch/difference.txt"; then
+  echo "the registry is not as it was:"
+  head -40 "$scratch/difference.txt"
+  failed=1
+fi
+[ -s "$scratch/before.txt" ] || { echo "nothing was exported"; failed=1; }
+exit $failed

@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Runs a command under Wine in a prefix of the build's own, made at the first use.
+#
+#   with_wine.sh PREFIX COMMAND...
+set -euo pipefail
+export WINEPREFIX=$1
+shift
+export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
+if [ ! -f "$WINEPREFIX/ready" ]; then
+  mkdir -p "$WINEPREFIX"
+  wineboot -i >/dev/null 2>&1
+  # No display is needed then.
+  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
+  wineserver -w
+  touch "$WINEPREFIX/ready"
+fi
+exec "$@"

@@ -1,0 +1,23 @@
+# Installs what is missing on a Debian 12. Sourced by the other tools.
+#
+#   need_packages PACKAGE...   does nothing where all of them are installed
+
+need_packages() {
+  local missing=()
+  local package
+  for package in "$@"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q ' installed$' ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  echo "Installing ${missing[*]}" >&2
+  local as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  "${as_root[@]}" apt-get update -qq >&2
+  DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}" >&2
+}
+
+build_packages=(g++ cmake ninja-build ccache python3 libpugixml-dev libcli11-dev nlohmann-json3-dev)
+test_packages=(libgtest-dev googletest libxml2-dev libexpat1-dev libbenchmark-dev)
+windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64-tools wine wine64 wine64-tools libwine-dev)
