@@ -160,8 +160,21 @@ ULONG TableTypeInfo::Release() {
   return left;
 }
 
-std::span<const MemberInfo> TableTypeInfo::Members() const {
-  return type_.interface_ ? type_.interface_->members : std::span<const MemberInfo>();
+std::size_t TableTypeInfo::MemberCount() const {
+  std::size_t count = 0;
+  for (const InterfaceInfo* level = type_.interface_; level; level = level->base) {
+    count += level->members.size();
+  }
+  return count;
+}
+
+const MemberInfo* TableTypeInfo::MemberAt(std::size_t index) const {
+  std::size_t end = MemberCount();
+  for (const InterfaceInfo* level = type_.interface_; level; level = level->base) {
+    end -= level->members.size();
+    if (index >= end) return &level->members[index - end];
+  }
+  return nullptr;
 }
 
 const MemberInfo* TableTypeInfo::FindMember(MEMBERID id) const {
@@ -187,7 +200,7 @@ HRESULT TableTypeInfo::GetTypeAttr(TYPEATTR** attributes) {
   out.typekind = type_.Kind();
   out.wMajorVerNum = library.major_version;
   out.wMinorVerNum = library.minor_version;
-  out.cFuncs = static_cast<WORD>(Members().size());
+  out.cFuncs = static_cast<WORD>(MemberCount());
   if (type_.enumeration) out.cVars = static_cast<WORD>(type_.enumeration->values.size());
   out.cImplTypes = type_.enumeration ? 0 : 1;
   if (type_.interface_) {
@@ -203,8 +216,8 @@ HRESULT TableTypeInfo::GetTypeAttr(TYPEATTR** attributes) {
 HRESULT TableTypeInfo::GetFuncDesc(UINT index, FUNCDESC** description) try {
   if (!description) return E_INVALIDARG;
   *description = nullptr;
-  if (index >= Members().size()) return TYPE_E_ELEMENTNOTFOUND;
-  const MemberInfo& member = Members()[index];
+  if (index >= MemberCount()) return TYPE_E_ELEMENTNOTFOUND;
+  const MemberInfo& member = *MemberAt(index);
   auto owned = std::make_unique<OwnedFunction>();
   for (const ParameterInfo& parameter : member.parameters) {
     owned->types.emplace_back(parameter);

@@ -60,7 +60,9 @@ class TableTypeInfo final : public ITypeInfo {
   // clang-format on
 
  private:
-  std::span<const MemberInfo> Members() const;
+  // As a dispatch interface has them: those of the interfaces that it derives from come first.
+  std::size_t MemberCount() const;
+  const MemberInfo* MemberAt(std::size_t index) const;
   const MemberInfo* FindMember(MEMBERID member) const;
 
   UINT index_;

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "object_tree.h"
+#include "server.h"
+
+namespace sabxml::cli {
+
+/// A kind of file that the server reads as a whole: known by its document element.
+struct DescriptorKind {
+  const char* root;
+  const char* class_name;
+  const char* generate;
+};
+
+/// The kind of a file. Raises Failure for a file that cannot be read or is of no known kind.
+const DescriptorKind& RecogniseDescriptor(const std::string& file);
+
+/// Loads a descriptor through the server. Raises Failure with file, line, column and reason.
+Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
+                                    const std::string& file);
+
+}  // namespace sabxml::cli

@@ -1,0 +1,90 @@
+#include <dlfcn.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "automation.h"
+#include "platform.h"
+
+namespace sabxml::cli {
+namespace {
+
+std::string RegistryPath() {
+  if (const char* const given = std::getenv("SABCOM_REGISTRY"); given && *given) return given;
+  if (const char* const data = std::getenv("XDG_DATA_HOME"); data && *data == '/') {
+    return std::string(data) + "/sabcom/registry.reg";
+  }
+  const char* const home = std::getenv("HOME");
+  return std::string(home ? home : "") + "/.local/share/sabcom/registry.reg";
+}
+
+// Removed when the program ends.
+struct ScratchFolder {
+  std::string path;
+  ~ScratchFolder() {
+    std::error_code ignored;
+    if (!path.empty()) std::filesystem::remove_all(path, ignored);
+  }
+} scratch;
+
+}  // namespace
+
+std::vector<std::string> Arguments(int argc, char** argv) { return {argv, argv + argc}; }
+
+std::string FolderOfProgram() {
+  char path[PATH_MAX];
+  const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+  const std::string program(path, length > 0 ? static_cast<std::size_t>(length) : 0);
+  return program.substr(0, program.rfind('/') + 1);
+}
+
+std::string ServerFileName() { return "libSabXmlParser.so"; }
+
+bool OutputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
+
+void PrepareOutput() { signal(SIGPIPE, SIG_DFL); }
+
+void* LoadServerLibrary(const std::string& path) {
+  void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!library) {
+    throw Failure("the server cannot be loaded: " + std::string(dlerror()) +
+                  "\nName it with --server, or register it.");
+  }
+  return library;
+}
+
+void* FunctionOf(void* library, const char* name) { return dlsym(library, name); }
+
+bool UseScratchRegistry() {
+  std::string name = (std::filesystem::temp_directory_path() / "sabxml-XXXXXX").string();
+  if (!mkdtemp(name.data())) throw Failure("no scratch folder can be made in the temporary folder");
+  scratch.path = name;
+  std::error_code missing;
+  std::filesystem::copy_file(RegistryPath(), name + "/registry.reg", missing);
+  UseRegistryFile(name + "/registry.reg");
+  return true;
+}
+
+std::vector<std::string> RegistryLines() {
+  std::vector<std::string> lines;
+  std::ifstream file(RegistryPath());
+  std::string key;
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line.starts_with("Windows Registry")) continue;
+    if (line.front() == '[') {
+      key = line;
+      lines.push_back(key);
+    } else {
+      lines.push_back(key + " " + line);
+    }
+  }
+  return lines;
+}
+
+void UseRegistryFile(const std::string& path) { setenv("SABCOM_REGISTRY", path.c_str(), 1); }
+
+}  // namespace sabxml::cli

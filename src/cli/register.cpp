@@ -1,0 +1,57 @@
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+#include <memory>
+
+#include "commands.h"
+#include "platform.h"
+
+namespace sabxml::cli {
+namespace {
+
+void PrintDifference(std::vector<std::string> before, std::vector<std::string> after) {
+  std::sort(before.begin(), before.end());
+  std::sort(after.begin(), after.end());
+  std::vector<std::string> gone;
+  std::vector<std::string> added;
+  std::set_difference(before.begin(), before.end(), after.begin(), after.end(),
+                      std::back_inserter(gone));
+  std::set_difference(after.begin(), after.end(), before.begin(), before.end(),
+                      std::back_inserter(added));
+  for (const std::string& line : gone) std::cout << "- " << line << '\n';
+  for (const std::string& line : added) std::cout << "+ " << line << '\n';
+  if (gone.empty() && added.empty()) std::cout << "Nothing would change.\n";
+}
+
+void Run(const Settings& settings, const char* entry_point, bool is_dry, const char* done) {
+  Server server(settings.server);
+  if (is_dry) {
+    if (!UseScratchRegistry()) throw Failure("--dry-run is for systems whose registry is a file");
+    const std::vector<std::string> before = RegistryLines();
+    server.RunEntryPoint(entry_point);
+    PrintDifference(before, RegistryLines());
+    return;
+  }
+  server.RunEntryPoint(entry_point);
+  std::cout << server.LibraryPath() << done << '\n';
+}
+
+void AddOne(CLI::App& program, const Settings& settings, const char* name, const char* help,
+            const char* entry_point, const char* done) {
+  auto is_dry = std::make_shared<bool>(false);
+  CLI::App* const command = program.add_subcommand(name, help);
+  command->add_flag("--dry-run", *is_dry, "Print what would change and change nothing");
+  command->callback(
+      [&settings, is_dry, entry_point, done] { Run(settings, entry_point, *is_dry, done); });
+}
+
+}  // namespace
+
+void AddRegister(CLI::App& program, const Settings& settings) {
+  AddOne(program, settings, "register", "Enter the server's classes in the registry",
+         "DllRegisterServer", " is registered");
+  AddOne(program, settings, "unregister", "Remove the server's classes from the registry",
+         "DllUnregisterServer", " is no longer registered");
+}
+
+}  // namespace sabxml::cli

@@ -1,0 +1,102 @@
+#include "server.h"
+
+#include <SabXmlParser.h>
+
+#include <cstdlib>
+
+#include "platform.h"
+
+namespace sabxml::cli {
+namespace {
+
+using GetClassObjectFunction = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
+using EntryPointFunction = HRESULT(STDMETHODCALLTYPE*)();
+
+}  // namespace
+
+std::string Server::LibraryPath() const {
+  if (!library_path_.empty()) return library_path_;
+  if (const char* const given = std::getenv("SABXML_SERVER"); given && *given) return given;
+  return FolderOfProgram() + ServerFileName();
+}
+
+void* Server::Library() {
+  if (!library_) library_ = LoadServerLibrary(LibraryPath());
+  return library_;
+}
+
+Reference<IDispatch> Server::CreateFromLibrary(REFCLSID clsid) {
+  const auto get_class_object =
+      reinterpret_cast<GetClassObjectFunction>(FunctionOf(Library(), "DllGetClassObject"));
+  if (!get_class_object) throw Failure(LibraryPath() + " is no component server");
+  Reference<IClassFactory> factory;
+  HRESULT result = get_class_object(clsid, IID_IClassFactory, factory.PutVoid());
+  Reference<IDispatch> object;
+  if (SUCCEEDED(result)) {
+    result = factory->CreateInstance(nullptr, IID_IDispatch, object.PutVoid());
+  }
+  if (FAILED(result)) Fail(result, "creating the object");
+  return object;
+}
+
+Reference<ITypeLib> Server::TypeLibrary() {
+  // Any object leads there; this class is always present.
+  Reference<IDispatch> object;
+  if (library_path_.empty()) {
+    CoCreateInstance(CLSID_VeAppParser, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                     object.PutVoid());
+  }
+  if (!object) object = CreateFromLibrary(CLSID_VeAppParser);
+  Reference<ITypeInfo> info;
+  Reference<ITypeLib> library;
+  HRESULT result = object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put());
+  if (SUCCEEDED(result)) result = info->GetContainingTypeLib(library.Put(), nullptr);
+  if (FAILED(result)) Fail(result, "reading the type information");
+  return library;
+}
+
+CLSID Server::ClassNamed(const std::string& class_name) {
+  const std::string prefix = "SabXmlParser.";
+  const bool is_prog_id = class_name.starts_with(prefix);
+  std::string name = is_prog_id ? class_name.substr(prefix.size()) : class_name;
+  if (name.ends_with(".1")) name.resize(name.size() - 2);
+  CLSID clsid;
+  if (is_prog_id && SUCCEEDED(CLSIDFromProgID(FromUtf8(class_name).c_str(), &clsid))) return clsid;
+
+  const Reference<ITypeLib> library = TypeLibrary();
+  std::basic_string<OLECHAR> wide = FromUtf8(name);
+  ITypeInfo* found[1] = {};
+  MEMBERID members[1] = {};
+  USHORT count = 1;
+  if (SUCCEEDED(library->FindName(wide.data(), 0, found, members, &count)) && count > 0) {
+    const Reference<ITypeInfo> info(found[0]);
+    TYPEATTR* attributes = nullptr;
+    if (SUCCEEDED(info->GetTypeAttr(&attributes))) {
+      clsid = attributes->guid;
+      const bool is_class = attributes->typekind == TKIND_COCLASS;
+      info->ReleaseTypeAttr(attributes);
+      if (is_class) return clsid;
+    }
+  }
+  throw Failure("the server has no class named " + class_name +
+                "; \"sabxml classes\" lists those that it has");
+}
+
+Reference<IDispatch> Server::Create(const std::string& class_name) {
+  const CLSID clsid = ClassNamed(class_name);
+  Reference<IDispatch> object;
+  if (library_path_.empty() && SUCCEEDED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER,
+                                                          IID_IDispatch, object.PutVoid()))) {
+    return object;
+  }
+  return CreateFromLibrary(clsid);
+}
+
+void Server::RunEntryPoint(const char* name) {
+  const auto entry_point = reinterpret_cast<EntryPointFunction>(FunctionOf(Library(), name));
+  if (!entry_point) throw Failure(LibraryPath() + " is no component server");
+  const HRESULT result = entry_point();
+  if (FAILED(result)) Fail(result, name);
+}
+
+}  // namespace sabxml::cli

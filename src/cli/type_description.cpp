@@ -1,0 +1,162 @@
+#include "type_description.h"
+
+#include <array>
+
+namespace sabxml::cli {
+namespace {
+
+struct Documentation {
+  std::string name;
+  std::string help;
+};
+
+Documentation DocumentationOf(ITypeInfo& info, MEMBERID member) {
+  BSTR name = nullptr;
+  BSTR help = nullptr;
+  info.GetDocumentation(member, &name, &help, nullptr, nullptr);
+  Documentation documentation{ToUtf8(name), ToUtf8(help)};
+  SysFreeString(name);
+  SysFreeString(help);
+  return documentation;
+}
+
+// A type as the definition of the interface writes it.
+std::string TypeText(ITypeInfo& info, const TYPEDESC& type) {
+  switch (type.vt) {
+    case VT_PTR:
+      return TypeText(info, *type.lptdesc) + "*";
+    case VT_SAFEARRAY:
+      return "SAFEARRAY(" + TypeText(info, *type.lptdesc) + ")";
+    case VT_USERDEFINED: {
+      Reference<ITypeInfo> referred;
+      if (FAILED(info.GetRefTypeInfo(type.hreftype, referred.Put()))) return "GUID";
+      return DocumentationOf(*referred.Get(), MEMBERID_NIL).name;
+    }
+    default:
+      break;
+  }
+  static constexpr struct {
+    VARTYPE type;
+    const char* text;
+  } kTypes[] = {{VT_BSTR, "BSTR"},
+                {VT_BOOL, "VARIANT_BOOL"},
+                {VT_I2, "short"},
+                {VT_I4, "long"},
+                {VT_INT, "int"},
+                {VT_UI2, "unsigned short"},
+                {VT_UI4, "unsigned long"},
+                {VT_I8, "LONG_PTR"},
+                {VT_UI8, "ULONG_PTR"},
+                {VT_R4, "float"},
+                {VT_R8, "double"},
+                {VT_VARIANT, "VARIANT"},
+                {VT_DISPATCH, "IDispatch*"},
+                {VT_UNKNOWN, "IUnknown*"}};
+  for (const auto& known : kTypes) {
+    if (known.type == type.vt) return known.text;
+  }
+  return "type " + std::to_string(type.vt);
+}
+
+MemberDescription DescribeMember(ITypeInfo& info, const FUNCDESC& function) {
+  MemberDescription member;
+  member.id = function.memid;
+  member.kind = function.invkind == INVOKE_FUNC          ? "method"
+                : function.invkind == INVOKE_PROPERTYGET ? "get"
+                                                         : "put";
+  const Documentation documentation = DocumentationOf(info, function.memid);
+  member.name = documentation.name;
+  member.help = documentation.help;
+  if (function.elemdescFunc.tdesc.vt != VT_VOID) {
+    member.result = TypeText(info, function.elemdescFunc.tdesc);
+  }
+  std::array<BSTR, 16> names{};
+  UINT count = 0;
+  info.GetNames(function.memid, names.data(), static_cast<UINT>(names.size()), &count);
+  for (SHORT i = 0; i < function.cParams; ++i) {
+    const ELEMDESC& element = function.lprgelemdescParam[i];
+    const USHORT flags = element.paramdesc.wParamFlags;
+    const auto index = static_cast<UINT>(i) + 1;
+    member.parameters.push_back({index < count ? ToUtf8(names[index]) : "value",
+                                 TypeText(info, element.tdesc), (flags & PARAMFLAG_FIN) != 0,
+                                 (flags & PARAMFLAG_FOUT) != 0, (flags & PARAMFLAG_FOPT) != 0});
+  }
+  for (UINT i = 0; i < count; ++i) SysFreeString(names[i]);
+  return member;
+}
+
+}  // namespace
+
+std::string MemberDescription::Signature() const {
+  std::string text = name;
+  if (kind == "method") {
+    text += '(';
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+      const ParameterDescription& parameter = parameters[i];
+      text += i ? ", [" : "[";
+      text += parameter.is_in ? (parameter.is_out ? "in, out" : "in") : "out";
+      text += parameter.is_optional ? ", optional] " : "] ";
+      text += parameter.type + " " + parameter.name;
+    }
+    text += ')';
+  }
+  const std::string type = kind == "put" ? parameters.front().type : result;
+  return type.empty() ? text : text + ": " + type;
+}
+
+bool MemberDescription::IsReadable() const {
+  return !result.empty() && parameters.empty() &&
+         (kind == "get" || (kind == "method" && name.starts_with("Get")));
+}
+
+std::vector<MemberDescription> DescribeMembers(ITypeInfo& info) {
+  TYPEATTR* attributes = nullptr;
+  const HRESULT result = info.GetTypeAttr(&attributes);
+  if (FAILED(result)) Fail(result, "reading the type information");
+  const WORD count = attributes->cFuncs;
+  info.ReleaseTypeAttr(attributes);
+  std::vector<MemberDescription> members;
+  for (UINT i = 0; i < count; ++i) {
+    FUNCDESC* function = nullptr;
+    if (FAILED(info.GetFuncDesc(i, &function))) continue;
+    // The members of IUnknown and IDispatch stand at these identifiers.
+    const bool is_inherited = (static_cast<unsigned>(function->memid) & 0xFFFE0000U) == 0x60000000U;
+    if (!is_inherited) members.push_back(DescribeMember(info, *function));
+    info.ReleaseFuncDesc(function);
+  }
+  return members;
+}
+
+std::vector<ClassDescription> DescribeClasses(ITypeLib& library) {
+  std::vector<ClassDescription> classes;
+  for (UINT i = 0; i < library.GetTypeInfoCount(); ++i) {
+    TYPEKIND kind = TKIND_MAX;
+    Reference<ITypeInfo> info;
+    if (FAILED(library.GetTypeInfoType(i, &kind)) || kind != TKIND_COCLASS ||
+        FAILED(library.GetTypeInfo(i, info.Put()))) {
+      continue;
+    }
+    ClassDescription description;
+    const Documentation documentation = DocumentationOf(*info.Get(), MEMBERID_NIL);
+    description.name = documentation.name;
+    description.help = documentation.help;
+    TYPEATTR* attributes = nullptr;
+    if (SUCCEEDED(info->GetTypeAttr(&attributes))) {
+      OLECHAR text[40];
+      StringFromGUID2(attributes->guid, text, 40);
+      description.clsid = ToUtf8(std::basic_string_view<OLECHAR>(text));
+      info->ReleaseTypeAttr(attributes);
+    }
+    HREFTYPE reference = 0;
+    Reference<ITypeInfo> interface_;
+    if (SUCCEEDED(info->GetRefTypeOfImplType(0, &reference)) &&
+        SUCCEEDED(info->GetRefTypeInfo(reference, interface_.Put()))) {
+      description.interface_name = DocumentationOf(*interface_.Get(), MEMBERID_NIL).name;
+      description.members = DescribeMembers(*interface_.Get());
+    }
+    classes.push_back(std::move(description));
+  }
+  return classes;
+}
+
+}  // namespace sabxml::cli

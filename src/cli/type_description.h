@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "automation.h"
+
+namespace sabxml::cli {
+
+struct ParameterDescription {
+  std::string name;
+  std::string type;
+  bool is_in = false;
+  bool is_out = false;
+  bool is_optional = false;
+};
+
+struct MemberDescription {
+  DISPID id = 0;
+  std::string kind;  ///< "method", "get", "put"
+  std::string name;
+  std::string help;
+  std::string result;  ///< type; empty if there is none
+  std::vector<ParameterDescription> parameters;
+
+  std::string Signature() const;
+  /// Whether reading it needs nothing and changes nothing, by its kind and name.
+  bool IsReadable() const;
+};
+
+struct ClassDescription {
+  std::string name;
+  std::string clsid;
+  std::string help;
+  std::string interface_name;
+  std::vector<MemberDescription> members;
+};
+
+/// The members of an interface without those of IUnknown and IDispatch. Raises Failure.
+std::vector<MemberDescription> DescribeMembers(ITypeInfo& info);
+
+/// Every class of a type library, in its order. Raises Failure.
+std::vector<ClassDescription> DescribeClasses(ITypeLib& library);
+
+}  // namespace sabxml::cli
