@@ -123,4 +123,31 @@ inline const char* SkipPlainText(const char* p) {
   }
 }
 
+/// Whether two runs of bytes are the same. Up to seven bytes behind either are looked at.
+inline bool IsSame(const char* a, const char* b, std::size_t size) {
+  for (;; a += 8, b += 8, size -= 8) {
+    std::uint64_t x;
+    std::uint64_t y;
+    std::memcpy(&x, a, 8);
+    std::memcpy(&y, b, 8);
+    if (size <= 8) return size == 0 || (x ^ y) << (64 - 8 * size) == 0;
+    if (x != y) return false;
+  }
+}
+
+/// First byte that is not white space. Indentation goes eight bytes at a time.
+inline const char* SkipWhiteSpace(const char* p) {
+  constexpr std::uint64_t kEightSpaces = 0x2020202020202020;
+  for (;;) {
+    if (!Has(*p, kSpace)) return p;
+    ++p;
+    std::uint64_t word;
+    std::memcpy(&word, p, 8);
+    while (word == kEightSpaces) {
+      p += 8;
+      std::memcpy(&word, p, 8);
+    }
+  }
+}
+
 }  // namespace sab::xml

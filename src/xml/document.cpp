@@ -8,9 +8,6 @@
 namespace sab::xml {
 namespace {
 
-// What the reader may look ahead to.
-constexpr std::size_t kZerosBehind = 8;
-
 std::string_view TrimmedStart(std::string_view text) {
   while (!text.empty() && Has(text.front(), kSpace)) text.remove_prefix(1);
   return text;
@@ -26,6 +23,7 @@ std::string_view TrimmedEnd(std::string_view text) {
 Document::Document(std::string bytes)
     : bytes_(std::move(bytes)), size_(bytes_.size()), encoding_(bytes_) {
   if (encoding_.IsUtf8()) {
+    bytes_.reserve(size_ + kZerosBehind);  // exactly, where appending would double it
     bytes_.append(kZerosBehind, '\0');
     text_ = bytes_.data() + encoding_.MarkLength();
     nodes_ = Read(text_, size_ - encoding_.MarkLength());

@@ -14,6 +14,9 @@ namespace sab::xml {
 /// kNoNode means none, and as a parent the document itself.
 class Document {
  public:
+  /// What the reader looks at behind the text. Bytes with so much capacity to spare are not copied.
+  static constexpr std::size_t kZerosBehind = 8;
+
   /// Reads a document in any known encoding. Raises Error; std::bad_alloc.
   explicit Document(std::string bytes);
 

@@ -57,9 +57,13 @@ class Reader {
     if (!StartsWith(expected)) Fail(reason);
     p_ += expected.size();
   }
+  // Whether the bytes at a place are those of a name; never looks further than the text and its zeros.
+  bool Matches(const char* p, const char* name, std::size_t size) const {
+    return static_cast<std::size_t>(end_ - p) > size && IsSame(p, name, size);
+  }
   bool SkipSpace() {
     const char* const start = p_;
-    while (Has(*p_, kSpace)) ++p_;
+    p_ = SkipWhiteSpace(p_);
     return p_ != start;
   }
 
@@ -317,8 +321,7 @@ class Reader {
     const char* const text = p_;
     const char* const stop = SkipPlainText(p_);
     if (stop == text || stop[0] != '<' || stop[1] != '/' || Has(*text, kSpace)) return;
-    if (std::strncmp(stop + 2, name.data(), name.size()) != 0 || stop[2 + name.size()] != '>')
-      return;
+    if (!Matches(stop + 2, name.data(), name.size()) || stop[2 + name.size()] != '>') return;
     nodes_[element].flags |= kHasOnlyText;
     p_ = stop + name.size() + 3;
     Close(stop);
@@ -337,7 +340,7 @@ class Reader {
     const Node& element = nodes_[open_];
     const char* const start = p_;
     const char* const name = text_ + element.start + 1;
-    if (std::strncmp(p_ + 2, name, element.name_length) != 0 ||
+    if (!Matches(p_ + 2, name, element.name_length) ||
         Has(p_[2 + element.name_length], kNameByte)) {
       p_ += 2;
       const std::string_view found = ReadName("the name of the end tag");
@@ -449,7 +452,7 @@ class Reader {
   void ReadText() {
     const char* const start = p_;
     // Space between tags is no node, unless it is to be kept.
-    while (Has(*p_, kSpace)) ++p_;
+    p_ = SkipWhiteSpace(p_);
     const bool preserves = (nodes_[open_].flags & kPreservesSpace) != 0;
     if (*p_ == '<' && p_ != start && !preserves) return;
     std::uint8_t flags = nodes_[open_].flags & kPreservesSpace;

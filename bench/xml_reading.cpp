@@ -1,0 +1,73 @@
+// Reading a document in memory: our strict reader beside a lenient and two strict ones.
+
+#include <benchmark/benchmark.h>
+#include <expat.h>
+#include <libxml/parser.h>
+
+#include <pugixml.hpp>
+
+#include "samples.h"
+#include "xml/document.h"
+
+namespace {
+
+using sab::bench::UserInterfaceFile;
+
+constexpr std::size_t kTenMegabytes = 10 << 20;
+
+void Report(benchmark::State& state) {
+  state.SetBytesProcessed(static_cast<std::int64_t>(UserInterfaceFile(kTenMegabytes).size()) *
+                          state.iterations());
+}
+
+void ReadOurs(benchmark::State& state) {
+  for (auto _ : state) {
+    std::string bytes;  // as a file is read: with room behind it
+    bytes.reserve(UserInterfaceFile(kTenMegabytes).size() + sab::xml::Document::kZerosBehind);
+    bytes += UserInterfaceFile(kTenMegabytes);
+    const sab::xml::Document document(std::move(bytes));
+    benchmark::DoNotOptimize(document.Root());
+  }
+  Report(state);
+}
+BENCHMARK(ReadOurs)->Unit(benchmark::kMillisecond);
+
+void ReadPugixmlLenient(benchmark::State& state) {
+  const std::string& bytes = UserInterfaceFile(kTenMegabytes);
+  for (auto _ : state) {
+    pugi::xml_document document;
+    document.load_buffer(bytes.data(), bytes.size());
+    benchmark::DoNotOptimize(document.first_child());
+  }
+  Report(state);
+}
+BENCHMARK(ReadPugixmlLenient)->Unit(benchmark::kMillisecond);
+
+void ReadExpatEmptyHandlers(benchmark::State& state) {
+  const std::string& bytes = UserInterfaceFile(kTenMegabytes);
+  for (auto _ : state) {
+    XML_Parser parser = XML_ParserCreate(nullptr);
+    XML_SetElementHandler(
+        parser, [](void*, const XML_Char*, const XML_Char**) {}, [](void*, const XML_Char*) {});
+    XML_SetCharacterDataHandler(parser, [](void*, const XML_Char*, int) {});
+    benchmark::DoNotOptimize(
+        XML_Parse(parser, bytes.data(), static_cast<int>(bytes.size()), XML_TRUE));
+    XML_ParserFree(parser);
+  }
+  Report(state);
+}
+BENCHMARK(ReadExpatEmptyHandlers)->Unit(benchmark::kMillisecond);
+
+void ReadLibxmlTree(benchmark::State& state) {
+  const std::string& bytes = UserInterfaceFile(kTenMegabytes);
+  for (auto _ : state) {
+    xmlDocPtr document = xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr,
+                                       nullptr, XML_PARSE_NONET);
+    benchmark::DoNotOptimize(document);
+    xmlFreeDoc(document);
+  }
+  Report(state);
+}
+BENCHMARK(ReadLibxmlTree)->Unit(benchmark::kMillisecond);
+
+}  // namespace
