@@ -1,7 +1,6 @@
 #include "automation.h"
 
-#include <algorithm>
-#include <cstdio>
+#include "result_words.h"
 
 namespace sabxml::cli {
 namespace {
@@ -81,16 +80,15 @@ Text FromUtf8(std::string_view utf8) {
   return out;
 }
 
-std::string HexText(HRESULT code) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
-  return text;
+std::string Failure::Explanation() const {
+  if (SUCCEEDED(code_)) return what();
+  const std::string words = ResultWords(code_);
+  return what() + (" (" + ResultDigits(code_)) + (words.empty() ? "" : ": " + words) + ")";
 }
 
 void Fail(HRESULT code, const std::string& action) {
   const std::string description = TakeDescription();
-  throw Failure(description.empty() ? action + " failed with " + HexText(code)
-                                    : description + " (" + HexText(code) + ")");
+  throw Failure(description.empty() ? action + " failed" : description, code);
 }
 
 Value::Value(std::string_view text) {
@@ -126,17 +124,15 @@ Value Call(IDispatch& object, DISPID member, WORD flags, std::vector<Value> argu
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrHelpFile);
   const HRESULT code = outcome == DISP_E_EXCEPTION ? exception.scode : outcome;
-  throw Failure((description.empty() ? "the call failed" : description) + " (" + HexText(code) +
-                ")");
+  throw Failure(description.empty() ? "the call failed" : description, code);
 }
 
 Value Call(IDispatch& object, std::string_view name, WORD flags, std::vector<Value> arguments) {
   Text wide = FromUtf8(name);
   LPOLESTR names[] = {wide.data()};
   DISPID id = DISPID_UNKNOWN;
-  if (FAILED(object.GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
-    throw Failure("there is no member named " + std::string(name));
-  }
+  const HRESULT result = object.GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
+  if (FAILED(result)) throw Failure("there is no member named " + std::string(name), result);
   return Call(object, id, flags, std::move(arguments));
 }
 

@@ -14,15 +14,23 @@ namespace sabxml::cli {
 std::string ToUtf8(std::basic_string_view<OLECHAR> text);
 std::basic_string<OLECHAR> FromUtf8(std::string_view utf8);
 std::string ToUtf8(BSTR text);
-std::string HexText(HRESULT code);
 
 /// A failure that a person reads; the program then ends with the exit code 1.
 class Failure : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  /// @param code what the server or the system answered; S_OK if nobody was asked
+  explicit Failure(const std::string& reason, HRESULT code = S_OK)
+      : std::runtime_error(reason), code_(code) {}
+
+  HRESULT Code() const { return code_; }
+  /// The reason, and the code in digits and words where there is one.
+  std::string Explanation() const;
+
+ private:
+  HRESULT code_;
 };
 
-/// Raises Failure with the thread's error description where there is one, else with the code.
+/// Raises Failure with the thread's error description where there is one, else with the action.
 [[noreturn]] void Fail(HRESULT code, const std::string& action);
 
 /// One reference to an interface.

@@ -3,22 +3,27 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
+#include "automation.h"
 #include "server.h"
 
 namespace sabxml::cli {
 
 /// What holds for every command.
 struct Settings {
-  std::string server;    ///< path of the server's library; empty to look for it
+  std::string server;    ///< path of the server's library; empty for the registered one
   std::string registry;  ///< file that is the registry; empty for the usual one
   std::string colour = "auto";
 
   bool UsesColour() const;
 };
 
+/// Writes a failure to the standard error.
+void ReportFailure(const Failure& failure);
+
 // Each adds its commands to the program; what they do runs when they are chosen.
 void AddShow(CLI::App& program, const Settings& settings);
 void AddGet(CLI::App& program, const Settings& settings);
+void AddWalk(CLI::App& program, const Settings& settings);
 void AddDescribe(CLI::App& program, const Settings& settings);
 void AddRegister(CLI::App& program, const Settings& settings);
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "commands.h"
-#include "object_tree.h"
+#include "tree_sink.h"
 #include "type_description.h"
 
 namespace sabxml::cli {

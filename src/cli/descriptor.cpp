@@ -1,62 +1,51 @@
 #include "descriptor.h"
 
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
+#include <stdexcept>
+
+#include "document_element.h"
 
 namespace sabxml::cli {
 namespace {
 
-constexpr DescriptorKind kKinds[] = {
-    {"Application", "VeAppParser", "GenerateApp"},  {"Template", "VeTmplParser", "GenerateTmpl"},
-    {"Module", "VeModuleParser", "GenerateModule"}, {"Environment", "VeEnvParser", "GenerateEnv"},
-    {"Cmd", "VeCmdParser", "GenerateCmd"},
-};
+constexpr HRESULT kDocumentNotLoaded = static_cast<HRESULT>(0x84000C06);
 
-// The start of a file as ASCII, whatever its encoding: names of document elements are ASCII, and
-// what is not is of no interest here.
-std::string StartOf(const std::string& file) {
-  std::ifstream stream(std::filesystem::path(std::u8string(file.begin(), file.end())),
-                       std::ios::binary);
-  if (!stream) throw Failure(file + ": " + std::strerror(errno));
-  std::string bytes(65536, '\0');
-  stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  bytes.resize(static_cast<std::size_t>(stream.gcount()));
-  std::string ascii;
-  for (const char c : bytes) {
-    if (c != '\0' && static_cast<unsigned char>(c) < 0x80) ascii += c;
-  }
-  return ascii;
-}
-
-// The name of the document element; empty where there is none in sight.
-std::string RootNameIn(const std::string& text) {
-  for (std::size_t at = text.find('<'); at != std::string::npos; at = text.find('<', at)) {
-    if (text.compare(at, 4, "<!--") == 0) {
-      at = text.find("-->", at);
-    } else if (text.compare(at, 2, "<?") == 0 || text.compare(at, 2, "<!") == 0) {
-      at = text.find('>', at);
-    } else {
-      const std::size_t end = text.find_first_of(" \t\r\n/>", at);
-      std::string name = text.substr(at + 1, end == std::string::npos ? end : end - at - 1);
-      return name.substr(name.find(':') == std::string::npos ? 0 : name.find(':') + 1);
-    }
-    if (at == std::string::npos) break;
-  }
-  return {};
+const std::vector<DescriptorKind>& Kinds() {
+  static const std::vector<DescriptorKind> kinds = {
+      {"Application",
+       "application",
+       "VeAppParser",
+       "GenerateApp",
+       {{"GetTmplatePaths", "Template"}}},
+      {"Template", "template", "VeTmplParser", "GenerateTmpl", {{"GetModulePaths", "Module"}}},
+      {"Module", "module", "VeModuleParser", "GenerateModule", {{"GetEnvPaths", "Environment"}}},
+      {"Environment",
+       "environment",
+       "VeEnvParser",
+       "GenerateEnv",
+       {{"GetUiPath", "UI"}, {"GetCmdPaths", "Cmd"}}},
+      {"Cmd", "commands", "VeCmdParser", "GenerateCmd", {}},
+      {"UI", "user interface", "VeUiParser", "GenerateUI", {}},
+  };
+  return kinds;
 }
 
 }  // namespace
 
+const DescriptorKind& DescriptorKindOf(const std::string& root) {
+  for (const DescriptorKind& kind : Kinds()) {
+    if (root == kind.root) return kind;
+  }
+  throw std::out_of_range(root);
+}
+
 const DescriptorKind& RecogniseDescriptor(const std::string& file) {
-  const std::string root = RootNameIn(StartOf(file));
+  const std::string root = DocumentElementOf(file);
   std::string known;
-  for (const DescriptorKind& kind : kKinds) {
+  for (const DescriptorKind& kind : Kinds()) {
     if (root == kind.root) return kind;
     known += std::string(known.empty() ? "" : ", ") + kind.root;
   }
-  if (root.empty()) throw Failure(file + ": this is no XML file");
+  if (root.empty()) throw Failure(file + ": this is no XML file: it has no document element");
   throw Failure(file + ": the document element " + root + " is that of no descriptor (" + known +
                 ").\nSettings are read with: sabxml get CLASS FILE NODEPATH");
 }
@@ -69,6 +58,15 @@ Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
   Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, std::move(path));
   Call(*parser.Get(), kind.generate, DISPATCH_METHOD);
   return parser;
+}
+
+void CheckDocument(Server& server, const std::string& file) {
+  try {
+    // Any descriptor's parser says what is wrong with a document, and that it is another's.
+    LoadDescriptor(server, Kinds().front(), file);
+  } catch (const Failure& failure) {
+    if (failure.Code() == kDocumentNotLoaded) throw;
+  }
 }
 
 }  // namespace sabxml::cli

@@ -1,18 +1,29 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "object_tree.h"
 #include "server.h"
 
 namespace sabxml::cli {
 
-/// A kind of file that the server reads as a whole: known by its document element.
+/// A kind of file that the server reads as a whole, and the way from it to the next files.
 struct DescriptorKind {
-  const char* root;
+  /// Other files that a descriptor names.
+  struct Link {
+    const char* getter;  ///< gives a path or an array of paths
+    const char* root;    ///< kind of those files
+  };
+
+  const char* root;  ///< name of its document element
+  const char* words;
   const char* class_name;
-  const char* generate;
+  const char* generate;  ///< method that reads the file
+  std::vector<Link> links;
 };
+
+/// The kind whose document element has this name. Raises std::out_of_range.
+const DescriptorKind& DescriptorKindOf(const std::string& root);
 
 /// The kind of a file. Raises Failure for a file that cannot be read or is of no known kind.
 const DescriptorKind& RecogniseDescriptor(const std::string& file);
@@ -20,5 +31,9 @@ const DescriptorKind& RecogniseDescriptor(const std::string& file);
 /// Loads a descriptor through the server. Raises Failure with file, line, column and reason.
 Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
                                     const std::string& file);
+
+/// Raises Failure, with line, column and reason, for a file that is missing or not well-formed,
+/// which settings objects take for a file without values.
+void CheckDocument(Server& server, const std::string& file);
 
 }  // namespace sabxml::cli

@@ -1,7 +1,6 @@
 // sabxml: the command-line host of the component server, for people who write and maintain the
 // files that it reads.
 
-#include <cstdlib>
 #include <iostream>
 
 #include "commands.h"
@@ -11,47 +10,54 @@ namespace sabxml::cli {
 
 bool Settings::UsesColour() const {
   if (colour != "auto") return colour == "always";
-  const char* const no_colour = std::getenv("NO_COLOR");
-  return OutputIsTerminal() && !(no_colour && *no_colour);
+  return EnvironmentVariable("NO_COLOR").empty() && OutputIsTerminal();
+}
+
+void ReportFailure(const Failure& failure) {
+  std::cout.flush();
+  std::cerr << "sabxml: " << failure.Explanation() << '\n';
 }
 
 namespace {
 
 constexpr char kFooter[] =
     "Examples:\n"
-    "  sabxml show application.xml\n"
-    "  sabxml show --json template.xml module.xml\n"
-    "  sabxml get VeAutoUpdateAdminCfgParser settings.xml /Settings/Update Interval\n"
-    "  sabxml describe VeAppParser\n"
-    "  sabxml register --dry-run\n"
+    "  sabxml show application.xml               what a host gets from a descriptor\n"
+    "  sabxml walk application.xml               all files that an application leads to\n"
+    "  sabxml get VeAutoUpdateAdminCfgParser settings.xml /Settings/Update\n"
+    "  sabxml describe VeAppParser               the members of a class\n"
+    "  sabxml register --dry-run                 what registering would write\n"
+    "  sabxml COMMAND --help                     more about one command\n"
     "\n"
-    "Exit codes: 0 done; 1 a file or the server said no, and why stands on the standard error;\n"
-    "2 the command line is not understood.\n";
+    "Environment:\n"
+    "  SABXML_SERVER    library of the server, as with --server\n"
+    "  SABCOM_REGISTRY  file that is the registry, as with --registry\n"
+    "  NO_COLOR         no colours unless --colour always is given\n"
+    "\n"
+    "Exit codes:\n"
+    "  0  done\n"
+    "  1  a file or the server said no; why stands on the standard error\n"
+    "  2  the command line is not understood\n";
 
-int Run(int argc, char** argv) {
-  CLI::App program("Reads drafting configuration files through the SabXmlParser component server.",
-                   "sabxml");
-  program.footer(kFooter);
-  program.set_version_flag("--version", "sabxml " SABXML_VERSION);
-  program.require_subcommand(1);
-  Settings settings;
+std::string UsageError(const CLI::App*, const CLI::Error& error) {
+  return std::string("sabxml: ") + error.what() + "\nTry: sabxml --help\n";
+}
+
+void AddSettings(CLI::App& program, Settings& settings) {
   program.add_option("--server", settings.server,
-                     "Library of the server; by default the registered one, or the one that "
-                     "SABXML_SERVER names, or the one beside this program");
+                     "Library of the server; by default the registered one, else the one beside "
+                     "this program");
   program.add_option("--registry", settings.registry,
                      "File to use as the registry, where the registry is a file");
-  program.add_option("--colour", settings.colour, "Colours: auto, always or never")
+  program
+      .add_option("--colour,--color", settings.colour,
+                  "Colours: auto, always or never; auto is for a terminal only")
       ->check(CLI::IsMember({"auto", "always", "never"}));
-  // The registry must be chosen before a command runs.
-  program.parse_complete_callback([&settings] {
-    if (!settings.registry.empty()) UseRegistryFile(settings.registry);
-  });
-  AddShow(program, settings);
-  AddGet(program, settings);
-  AddDescribe(program, settings);
-  AddRegister(program, settings);
+}
+
+// What a command says to the command line is its own business; what it does can fail.
+int RunCommand(CLI::App& program, std::vector<std::string> arguments) {
   try {
-    std::vector<std::string> arguments = Arguments(argc, argv);
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend() - 1);
     program.parse(reversed);
     return 0;
@@ -60,13 +66,36 @@ int Run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? 0 : 2;
   } catch (const Failure& failure) {
-    std::cout.flush();
-    std::cerr << "sabxml: " << failure.what() << '\n';
-    return 1;
+    ReportFailure(failure);
   } catch (const std::bad_alloc&) {
     std::cerr << "sabxml: there is not enough memory\n";
-    return 1;
   }
+  return 1;
+}
+
+int Run(int argc, char** argv) {
+  CLI::App program("Reads drafting configuration files through the SabXmlParser component server.",
+                   "sabxml");
+  program.footer(kFooter);
+  program.set_version_flag("--version", "sabxml " SABXML_VERSION);
+  program.failure_message(UsageError);
+  program.require_subcommand(1);
+  program.fallthrough();
+  Settings settings;
+  AddSettings(program, settings);
+  // The registry must be chosen before a command runs.
+  program.parse_complete_callback([&settings] {
+    if (!settings.registry.empty()) UseRegistryFile(settings.registry);
+  });
+  AddShow(program, settings);
+  AddWalk(program, settings);
+  AddGet(program, settings);
+  AddDescribe(program, settings);
+  AddRegister(program, settings);
+  const int result = RunCommand(program, Arguments(argc, argv));
+  if (std::cout.flush()) return result;
+  std::cerr << "sabxml: the output could not be written\n";
+  return 1;
 }
 
 }  // namespace

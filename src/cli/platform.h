@@ -9,8 +9,10 @@ namespace sabxml::cli {
 
 std::vector<std::string> Arguments(int argc, char** argv);  ///< in UTF-8
 std::string FolderOfProgram();
-std::string ServerFileName();  ///< as the build names it
-bool OutputIsTerminal();
+std::string ServerFileName();                       ///< as the build names it
+std::string EnvironmentVariable(const char* name);  ///< in UTF-8; empty if there is none
+bool OutputIsTerminal();                            ///< and obeys the usual sequences for colours
+bool ErrorsAreOnTerminal();
 void PrepareOutput();  ///< UTF-8; a closed pipe ends the program without a word
 
 /// A library of a server that is not registered; stays loaded.

@@ -13,13 +13,13 @@
 namespace sabxml::cli {
 namespace {
 
+// As the component runtime looks for it.
 std::string RegistryPath() {
-  if (const char* const given = std::getenv("SABCOM_REGISTRY"); given && *given) return given;
-  if (const char* const data = std::getenv("XDG_DATA_HOME"); data && *data == '/') {
-    return std::string(data) + "/sabcom/registry.reg";
-  }
-  const char* const home = std::getenv("HOME");
-  return std::string(home ? home : "") + "/.local/share/sabcom/registry.reg";
+  std::string path = EnvironmentVariable("SABCOM_REGISTRY");
+  if (!path.empty()) return path;
+  path = EnvironmentVariable("XDG_DATA_HOME");
+  if (!path.starts_with('/')) path = EnvironmentVariable("HOME") + "/.local/share";
+  return path + "/sabcom/registry.reg";
 }
 
 // Removed when the program ends.
@@ -44,14 +44,21 @@ std::string FolderOfProgram() {
 
 std::string ServerFileName() { return "libSabXmlParser.so"; }
 
+std::string EnvironmentVariable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value ? value : "";
+}
+
 bool OutputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
+
+bool ErrorsAreOnTerminal() { return isatty(STDERR_FILENO) == 1; }
 
 void PrepareOutput() { signal(SIGPIPE, SIG_DFL); }
 
 void* LoadServerLibrary(const std::string& path) {
   void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!library) {
-    throw Failure("the server cannot be loaded: " + std::string(dlerror()) +
+    throw Failure("the server's library cannot be loaded: " + std::string(dlerror()) +
                   "\nName it with --server, or register it.");
   }
   return library;

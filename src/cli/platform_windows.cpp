@@ -4,10 +4,24 @@
 #include <shellapi.h>
 #include <stdio.h>
 
+#include <cstdlib>
+
 #include "automation.h"
 #include "platform.h"
 
 namespace sabxml::cli {
+namespace {
+
+std::string ErrorText(DWORD code) {
+  wchar_t text[256];
+  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                code, 0, text, 256, nullptr);
+  while (length > 0 && (text[length - 1] <= L' ' || text[length - 1] == L'.')) --length;
+  return length > 0 ? ToUtf8(std::basic_string_view<OLECHAR>(text, length))
+                    : "error " + std::to_string(code);
+}
+
+}  // namespace
 
 std::vector<std::string> Arguments(int, char**) {
   int count = 0;
@@ -29,9 +43,24 @@ std::string FolderOfProgram() {
 
 std::string ServerFileName() { return "SabXmlParser.dll"; }
 
-bool OutputIsTerminal() { return _isatty(_fileno(stdout)) != 0; }
+std::string EnvironmentVariable(const char* name) {
+  const wchar_t* const value = _wgetenv(FromUtf8(name).c_str());
+  return value ? ToUtf8(std::basic_string_view<OLECHAR>(value)) : std::string();
+}
+
+bool OutputIsTerminal() {
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  DWORD mode = 0;
+  return GetConsoleMode(output, &mode) &&
+         SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+bool ErrorsAreOnTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
 void PrepareOutput() {
+  // The console belongs to the shell, which goes on after this program.
+  static const UINT code_page = GetConsoleOutputCP();
+  if (code_page != 0) std::atexit([] { SetConsoleOutputCP(code_page); });
   SetConsoleOutputCP(CP_UTF8);
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stderr), _O_BINARY);
@@ -40,8 +69,9 @@ void PrepareOutput() {
 void* LoadServerLibrary(const std::string& path) {
   const HMODULE library = LoadLibraryW(FromUtf8(path).c_str());
   if (!library) {
-    throw Failure("the server cannot be loaded: " + path + ": error " +
-                  std::to_string(GetLastError()) + "\nName it with --server, or register it.");
+    const DWORD code = GetLastError();
+    throw Failure("the server's library cannot be loaded: " + path + ": " + ErrorText(code) +
+                  "\nName it with --server, or register it.");
   }
   return library;
 }

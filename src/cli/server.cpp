@@ -2,9 +2,8 @@
 
 #include <SabXmlParser.h>
 
-#include <cstdlib>
-
 #include "platform.h"
+#include "result_words.h"
 
 namespace sabxml::cli {
 namespace {
@@ -14,10 +13,12 @@ using EntryPointFunction = HRESULT(STDMETHODCALLTYPE*)();
 
 }  // namespace
 
+Server::Server(const std::string& library) : named_library_(library) {
+  if (named_library_.empty()) named_library_ = EnvironmentVariable("SABXML_SERVER");
+}
+
 std::string Server::LibraryPath() const {
-  if (!library_path_.empty()) return library_path_;
-  if (const char* const given = std::getenv("SABXML_SERVER"); given && *given) return given;
-  return FolderOfProgram() + ServerFileName();
+  return named_library_.empty() ? FolderOfProgram() + ServerFileName() : named_library_;
 }
 
 void* Server::Library() {
@@ -39,14 +40,27 @@ Reference<IDispatch> Server::CreateFromLibrary(REFCLSID clsid) {
   return object;
 }
 
+Reference<IDispatch> Server::CreateClass(REFCLSID clsid) {
+  HRESULT registered = REGDB_E_CLASSNOTREG;
+  if (named_library_.empty()) {
+    Reference<IDispatch> object;
+    registered =
+        CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.PutVoid());
+    if (SUCCEEDED(registered)) return object;
+  }
+  try {
+    return CreateFromLibrary(clsid);
+  } catch (const Failure& failure) {
+    if (registered == REGDB_E_CLASSNOTREG) throw;
+    throw Failure(std::string("the registered server cannot be used (") + ResultDigits(registered) +
+                      " " + ResultWords(registered) + "), and without it " + failure.what(),
+                  failure.Code());
+  }
+}
+
 Reference<ITypeLib> Server::TypeLibrary() {
   // Any object leads there; this class is always present.
-  Reference<IDispatch> object;
-  if (library_path_.empty()) {
-    CoCreateInstance(CLSID_VeAppParser, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                     object.PutVoid());
-  }
-  if (!object) object = CreateFromLibrary(CLSID_VeAppParser);
+  const Reference<IDispatch> object = CreateClass(CLSID_VeAppParser);
   Reference<ITypeInfo> info;
   Reference<ITypeLib> library;
   HRESULT result = object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put());
@@ -83,13 +97,7 @@ CLSID Server::ClassNamed(const std::string& class_name) {
 }
 
 Reference<IDispatch> Server::Create(const std::string& class_name) {
-  const CLSID clsid = ClassNamed(class_name);
-  Reference<IDispatch> object;
-  if (library_path_.empty() && SUCCEEDED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER,
-                                                          IID_IDispatch, object.PutVoid()))) {
-    return object;
-  }
-  return CreateFromLibrary(clsid);
+  return CreateClass(ClassNamed(class_name));
 }
 
 void Server::RunEntryPoint(const char* name) {

@@ -7,11 +7,11 @@
 namespace sabxml::cli {
 
 /// The component server as a host reaches it: through its registration, or, without one, through
-/// the library beside the program.
+/// the library beside the program. A library that is named is taken instead of both.
 class Server {
  public:
-  /// @param library the server's library; empty to look for it
-  explicit Server(const std::string& library) : library_path_(library) {}
+  /// @param library path of the library; empty for what SABXML_SERVER names, if anything
+  explicit Server(const std::string& library);
 
   /// A new object of a class by its name ("VeAppParser") or ProgID. Raises Failure.
   Reference<IDispatch> Create(const std::string& class_name);
@@ -26,12 +26,13 @@ class Server {
 
  private:
   void* Library();
+  Reference<IDispatch> CreateClass(REFCLSID clsid);
   Reference<IDispatch> CreateFromLibrary(REFCLSID clsid);
   /// The identifier of one of the server's classes. Raises Failure for a name that it does not
   /// know.
   CLSID ClassNamed(const std::string& class_name);
 
-  std::string library_path_;
+  std::string named_library_;
   void* library_ = nullptr;
 };
 

@@ -1,35 +1,76 @@
-#include <algorithm>
-#include <fstream>
 #include <iostream>
 #include <memory>
 
 #include "commands.h"
 #include "descriptor.h"
-#include "object_tree.h"
+#include "display_text.h"
+#include "object_reader.h"
+#include "tree_printers.h"
 
 namespace sabxml::cli {
 namespace {
+
+constexpr char kShowHelp[] =
+    "The kind of a file is known by its document element: Application, Template, Module,\n"
+    "Environment, Cmd or UI. The server reads the file; what is printed is what a host gets from\n"
+    "the objects: every property and every Get method, lists element by element.\n"
+    "\n"
+    "Examples:\n"
+    "  sabxml show application.xml\n"
+    "  sabxml show --json templates/*.xml\n"
+    "  sabxml show ui.xml --json | jq .VeUiParser.UI.RibbonBar\n"
+    "\n"
+    "With --json there is one document a file, one after the other.\n";
+
+constexpr char kGetHelp[] =
+    "CLASS is one of the server's classes for settings; \"sabxml describe CLASS\" lists its "
+    "values.\n"
+    "NODEPATH is the path of the element that holds them: one file may hold several blocks.\n"
+    "A value that the file does not have is shown with its default.\n"
+    "\n"
+    "Examples:\n"
+    "  sabxml get VeAutoUpdateAdminCfgParser settings.xml /Settings/Update\n"
+    "  sabxml get VeAutoUpdateAdminCfgParser settings.xml /Settings/Update Interval Server\n";
+
+std::unique_ptr<TreeSink> PrinterFor(const Settings& settings, bool as_json) {
+  if (as_json) return std::make_unique<JsonPrinter>(std::cout);
+  return std::make_unique<TextTreePrinter>(std::cout, settings.UsesColour());
+}
+
+// What an object refused stands in the tree; it is also a failure of the command.
+void CheckRefusals(const ObjectReader& reader, const std::string& file) {
+  if (reader.Refusals().empty()) return;
+  std::string all;
+  for (const std::string& refusal : reader.Refusals()) {
+    all += (all.empty() ? "" : "\n") + file + ": " + refusal;
+  }
+  throw Failure(all);
+}
 
 struct ShowOptions {
   std::vector<std::string> files;
   bool as_json = false;
 };
 
+void ShowFile(const Settings& settings, Server& server, const std::string& file, bool as_json) {
+  const DescriptorKind& kind = RecogniseDescriptor(file);
+  const Reference<IDispatch> parser = LoadDescriptor(server, kind, file);
+  const std::unique_ptr<TreeSink> printer = PrinterFor(settings, as_json);
+  ObjectReader reader(*printer);
+  printer->BeginObject({}, {}, 0);
+  reader.Read(*parser.Get(), kind.class_name);
+  printer->End();
+  CheckRefusals(reader, file);
+}
+
 void Show(const Settings& settings, const ShowOptions& options) {
   Server server(settings.server);
   bool all_shown = true;
   for (const std::string& file : options.files) {
     try {
-      const DescriptorKind& kind = RecogniseDescriptor(file);
-      const Reference<IDispatch> parser = LoadDescriptor(server, kind, file);
-      const Json tree{{kind.class_name, ReadObject(*parser.Get())}};
-      if (options.as_json) {
-        std::cout << tree.dump(2) << '\n';
-      } else {
-        PrintTree(std::cout, tree, settings.UsesColour());
-      }
+      ShowFile(settings, server, file, options.as_json);
     } catch (const Failure& failure) {
-      std::cerr << "sabxml: " << failure.what() << '\n';
+      ReportFailure(failure);
       all_shown = false;
     }
   }
@@ -45,27 +86,22 @@ struct GetOptions {
 };
 
 void Get(const Settings& settings, const GetOptions& options) {
-  // A settings object takes a missing file for one without values; a person wants to know.
-  if (!std::ifstream(options.file)) throw Failure(options.file + ": the file cannot be read");
   Server server(settings.server);
   const Reference<IDispatch> object = server.Create(options.class_name);
+  CheckDocument(server, options.file);
   std::vector<Value> arguments;
   arguments.emplace_back(std::string_view(options.file));
   arguments.emplace_back(std::string_view(options.node_path));
-  Call(*object.Get(), "Load", DISPATCH_METHOD, std::move(arguments));
-  const Json values = ReadObject(*object.Get(), options.keys);
-  for (const std::string& key : options.keys) {
-    const bool is_known =
-        std::any_of(values.items().begin(), values.items().end(), [&key](auto& item) {
-          return CLI::detail::to_lower(item.key()) == CLI::detail::to_lower(key);
-        });
-    if (!is_known) throw Failure(options.class_name + " has no value named " + key);
+  try {
+    Call(*object.Get(), "Load", DISPATCH_METHOD, std::move(arguments));
+  } catch (const Failure& failure) {
+    if (failure.Code() != DISP_E_UNKNOWNNAME) throw;
+    throw Failure(options.class_name + " is no class for settings: it cannot load a node path");
   }
-  if (options.as_json) {
-    std::cout << values.dump(2) << '\n';
-  } else {
-    PrintTree(std::cout, values, settings.UsesColour());
-  }
+  const std::unique_ptr<TreeSink> printer = PrinterFor(settings, options.as_json);
+  ObjectReader reader(*printer);
+  reader.Read(*object.Get(), {}, options.keys);
+  CheckRefusals(reader, options.file);
 }
 
 }  // namespace
@@ -74,8 +110,8 @@ void AddShow(CLI::App& program, const Settings& settings) {
   auto options = std::make_shared<ShowOptions>();
   CLI::App* const command =
       program.add_subcommand("show", "Print every value, list and element of descriptor files");
-  command->add_option("FILE", options->files, "Descriptor files, known by their document elements")
-      ->required();
+  command->footer(kShowHelp);
+  command->add_option("FILE", options->files, "Descriptor files")->required();
   command->add_flag("--json", options->as_json, "Print JSON instead of a tree");
   command->callback([&settings, options] { Show(settings, *options); });
 }
@@ -84,13 +120,10 @@ void AddGet(CLI::App& program, const Settings& settings) {
   auto options = std::make_shared<GetOptions>();
   CLI::App* const command =
       program.add_subcommand("get", "Print the values of a settings group of a file");
-  command
-      ->add_option("CLASS", options->class_name, "Class of the group: VeAutoUpdateAdminCfgParser")
-      ->required();
+  command->footer(kGetHelp);
+  command->add_option("CLASS", options->class_name, "Class of the group")->required();
   command->add_option("FILE", options->file, "Settings file")->required();
-  command
-      ->add_option("NODEPATH", options->node_path,
-                   "Path of the element that holds the values: /Settings/Update")
+  command->add_option("NODEPATH", options->node_path, "Path of the element with the values")
       ->required();
   command->add_option("KEY", options->keys, "Names of values; all of them if none is given");
   command->add_flag("--json", options->as_json, "Print JSON instead of a tree");

@@ -30,7 +30,7 @@ std::string TypeText(ITypeInfo& info, const TYPEDESC& type) {
     case VT_USERDEFINED: {
       Reference<ITypeInfo> referred;
       if (FAILED(info.GetRefTypeInfo(type.hreftype, referred.Put()))) return "GUID";
-      return DocumentationOf(*referred.Get(), MEMBERID_NIL).name;
+      return NameOf(*referred.Get());
     }
     default:
       break;
@@ -109,6 +109,8 @@ bool MemberDescription::IsReadable() const {
          (kind == "get" || (kind == "method" && name.starts_with("Get")));
 }
 
+std::string NameOf(ITypeInfo& info) { return DocumentationOf(info, MEMBERID_NIL).name; }
+
 std::vector<MemberDescription> DescribeMembers(ITypeInfo& info) {
   TYPEATTR* attributes = nullptr;
   const HRESULT result = info.GetTypeAttr(&attributes);
@@ -151,7 +153,7 @@ std::vector<ClassDescription> DescribeClasses(ITypeLib& library) {
     Reference<ITypeInfo> interface_;
     if (SUCCEEDED(info->GetRefTypeOfImplType(0, &reference)) &&
         SUCCEEDED(info->GetRefTypeInfo(reference, interface_.Put()))) {
-      description.interface_name = DocumentationOf(*interface_.Get(), MEMBERID_NIL).name;
+      description.interface_name = NameOf(*interface_.Get());
       description.members = DescribeMembers(*interface_.Get());
     }
     classes.push_back(std::move(description));

@@ -36,6 +36,9 @@ struct ClassDescription {
   std::vector<MemberDescription> members;
 };
 
+/// The name of an interface or class.
+std::string NameOf(ITypeInfo& info);
+
 /// The members of an interface without those of IUnknown and IDispatch. Raises Failure.
 std::vector<MemberDescription> DescribeMembers(ITypeInfo& info);
 

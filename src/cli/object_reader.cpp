@@ -1,0 +1,220 @@
+#include "object_reader.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "letter_case.h"
+#include "type_description.h"
+
+namespace sabxml::cli {
+namespace {
+
+bool IsCollection(const std::vector<MemberDescription>& members) {
+  const auto has = [&members](const char* name) {
+    return std::any_of(members.begin(), members.end(),
+                       [name](const MemberDescription& member) { return member.name == name; });
+  };
+  return has("GetHeadPosition") && has("GetNext") && has("AddTailColl");
+}
+
+LONGLONG NumberOf(const VARIANT& value) {
+  VARIANT number;
+  VARIANT source = value;
+  VariantInit(&number);
+  return SUCCEEDED(VariantChangeType(&number, &source, 0, VT_I8)) ? number.llVal : 0;
+}
+
+Json ScalarOf(const VARIANT& value) {
+  switch (value.vt) {
+    case VT_BSTR:
+      return ToUtf8(value.bstrVal);
+    case VT_BOOL:
+      // Files carry other numbers than -1 for true, and settings keep them.
+      if (value.boolVal == VARIANT_TRUE || value.boolVal == VARIANT_FALSE) {
+        return value.boolVal == VARIANT_TRUE;
+      }
+      return value.boolVal;
+    case VT_R4:
+      return value.fltVal;
+    case VT_R8:
+      return value.dblVal;
+    case VT_EMPTY:
+    case VT_NULL:
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+      return nullptr;
+    default:
+      return NumberOf(value);
+  }
+}
+
+std::vector<Json> ElementsOf(SAFEARRAY* array) {
+  std::vector<Json> elements;
+  LONG lower = 0;
+  LONG upper = -1;
+  VARTYPE type = VT_EMPTY;
+  if (!array || FAILED(SafeArrayGetLBound(array, 1, &lower)) ||
+      FAILED(SafeArrayGetUBound(array, 1, &upper)) || FAILED(SafeArrayGetVartype(array, &type))) {
+    return elements;
+  }
+  for (LONG i = lower; i <= upper; ++i) {
+    Value element;
+    VARIANT& variant = element.Get();
+    // An array of variants fills the whole variant, any other the value in it.
+    void* const place = type == VT_VARIANT ? static_cast<void*>(&variant) : &variant.llVal;
+    if (FAILED(SafeArrayGetElement(array, &i, place))) continue;
+    if (type != VT_VARIANT) variant.vt = type;
+    elements.push_back(ScalarOf(variant));
+  }
+  return elements;
+}
+
+}  // namespace
+
+const ObjectReader::Shape& ObjectReader::ShapeOf(IDispatch& object) {
+  Reference<ITypeInfo> info;
+  HRESULT result = object.GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put());
+  TYPEATTR* attributes = nullptr;
+  if (SUCCEEDED(result)) result = info->GetTypeAttr(&attributes);
+  if (FAILED(result)) Fail(result, "reading the type information");
+  const std::string identifier(reinterpret_cast<const char*>(&attributes->guid), sizeof(GUID));
+  info->ReleaseTypeAttr(attributes);
+  const auto known = shapes_.find(identifier);
+  if (known != shapes_.end()) return known->second;
+
+  Shape shape;
+  shape.type = NameOf(*info.Get());
+  const std::vector<MemberDescription> members = DescribeMembers(*info.Get());
+  shape.is_collection = IsCollection(members);
+  for (const MemberDescription& member : members) {
+    if (shape.is_collection || !member.IsReadable()) continue;
+    const bool is_method = member.kind == "method";
+    const WORD flags = is_method ? DISPATCH_METHOD : DISPATCH_PROPERTYGET;
+    shape.members.push_back({member.name.substr(is_method ? 3 : 0), member.id, flags});
+    shape.name_width = std::max(shape.name_width, shape.members.back().name.size());
+  }
+  return shapes_.emplace(identifier, std::move(shape)).first->second;
+}
+
+void ObjectReader::Enter(IDispatch& object, std::string_view name) {
+  const Shape& shape = ShapeOf(object);
+  Frame frame;
+  object.AddRef();
+  frame.object = Reference<IDispatch>(&object);
+  frame.shape = &shape;
+  if (shape.is_collection) {
+    frame.position = Call(object, "GetHeadPosition", DISPATCH_METHOD);
+    sink_.BeginList(name);
+  } else {
+    sink_.BeginObject(name, shape.type, shape.name_width);
+  }
+  frames_.push_back(std::move(frame));
+}
+
+void ObjectReader::Refuse(std::string_view name, const Failure& failure) {
+  sink_.BeginObject(name, {}, 5);
+  sink_.AddValue("error", failure.Explanation());
+  sink_.End();
+  refusals_.push_back((name.empty() ? "an element" : std::string(name)) + ": " +
+                      failure.Explanation());
+}
+
+void ObjectReader::Take(const Value& value, std::string_view name) {
+  const VARIANT& variant = value.Get();
+  if ((variant.vt & VT_ARRAY) != 0) {
+    sink_.BeginList(name);
+    for (const Json& element : ElementsOf(variant.parray)) sink_.AddValue({}, element);
+    sink_.End();
+  } else if (variant.vt == VT_DISPATCH && variant.pdispVal) {
+    Enter(*variant.pdispVal, name);
+  } else {
+    sink_.AddValue(name, ScalarOf(variant));
+  }
+}
+
+void ObjectReader::StepMember(Frame& frame) {
+  const std::vector<Member>& members = frame.has_selection ? frame.selected : frame.shape->members;
+  if (frame.next == members.size()) {
+    sink_.End();
+    frames_.pop_back();
+    return;
+  }
+  // Taking the value may move the frames.
+  const Member member = members[frame.next++];
+  try {
+    Take(Call(*frame.object.Get(), member.id, member.flags), member.name);
+  } catch (const Failure& failure) {
+    Refuse(member.name, failure);
+  }
+}
+
+void ObjectReader::StepElement(Frame& frame) {
+  VARIANT& position = frame.position.Get();
+  if (NumberOf(position) == 0) {
+    sink_.End();
+    frames_.pop_back();
+    return;
+  }
+  // A variable of the caller's that the method moves on, as scripts pass it.
+  Value reference;
+  reference.Get().vt = VT_BYREF | VT_VARIANT;
+  reference.Get().pvarVal = &position;
+  std::vector<Value> arguments;
+  arguments.push_back(std::move(reference));
+  try {
+    Take(Call(*frame.object.Get(), "GetNext", DISPATCH_METHOD, std::move(arguments)), {});
+  } catch (const Failure& failure) {
+    Refuse({}, failure);
+    frame.position = Value();  // the way on is lost
+  }
+}
+
+void ObjectReader::Step() {
+  Frame& frame = frames_.back();
+  if (frame.shape->is_collection) {
+    StepElement(frame);
+  } else {
+    StepMember(frame);
+  }
+}
+
+std::vector<ObjectReader::Member> ObjectReader::Select(const Shape& shape,
+                                                       const std::vector<std::string>& names) {
+  std::vector<Member> selected;
+  for (const std::string& name : names) {
+    const auto found =
+        std::find_if(shape.members.begin(), shape.members.end(),
+                     [&name](const Member& member) { return EqualNames(member.name, name); });
+    if (found == shape.members.end()) {
+      throw Failure(shape.type.substr(shape.type.starts_with('I') ? 1 : 0) +
+                    " has no value named " + name);
+    }
+    selected.push_back(*found);
+  }
+  return selected;
+}
+
+void ObjectReader::Read(IDispatch& object, std::string_view name,
+                        const std::vector<std::string>& only) {
+  std::vector<Member> selected = Select(ShapeOf(object), only);
+  Enter(object, name);
+  frames_.back().has_selection = !only.empty();
+  frames_.back().selected = std::move(selected);
+  while (!frames_.empty()) Step();
+}
+
+std::vector<std::string> ReadTexts(IDispatch& object, std::string_view member) {
+  const Value value = Call(object, member, DISPATCH_METHOD | DISPATCH_PROPERTYGET);
+  const VARIANT& variant = value.Get();
+  std::vector<std::string> texts;
+  if ((variant.vt & VT_ARRAY) == 0) {
+    texts.push_back(ToUtf8(variant.vt == VT_BSTR ? variant.bstrVal : nullptr));
+    return texts;
+  }
+  for (const Json& element : ElementsOf(variant.parray)) {
+    if (element.is_string()) texts.push_back(element.get<std::string>());
+  }
+  return texts;
+}
+
+}  // namespace sabxml::cli
