@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace sab::xml {
 
@@ -15,6 +16,7 @@ enum CharacterClass : std::uint8_t {
   kNameByte = 2,     // the same for the rest of a name
   kSpace = 4,        // space, tab, CR, LF
   kPlainText = 8,    // ASCII that means nothing special in text: neither <, & nor ]
+  kPlainName = 32,   // ASCII that goes on in a name, except the colon
   kPlainValue = 16,  // ASCII that means nothing special in an attribute's value
 };
 
@@ -29,6 +31,10 @@ inline constexpr std::array<std::uint8_t, 256> kClasses = [] {
   add(':', ':', kNameStart | kNameByte);
   add('0', '9', kNameByte);
   add('-', '.', kNameByte);
+  for (const auto& [from, to] :
+       {std::pair('A', 'Z'), {'a', 'z'}, {'0', '9'}, {'_', '_'}, {'-', '.'}}) {
+    add(static_cast<unsigned char>(from), static_cast<unsigned char>(to), kPlainName);
+  }
   add(0x80, 0xFF, kNameStart | kNameByte);
   for (const unsigned c : {0x20U, 0x09U, 0x0DU, 0x0AU}) add(c, c, kSpace);
   add(0x20, 0x7F, kPlainText | kPlainValue);

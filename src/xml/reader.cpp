@@ -57,7 +57,8 @@ class Reader {
     if (!StartsWith(expected)) Fail(reason);
     p_ += expected.size();
   }
-  // Whether the bytes at a place are those of a name; never looks further than the text and its zeros.
+  // Whether the bytes at a place are those of a name; never looks further than the text and its
+  // zeros.
   bool Matches(const char* p, const char* name, std::size_t size) const {
     return static_cast<std::size_t>(end_ - p) > size && IsSame(p, name, size);
   }
@@ -134,11 +135,16 @@ class Reader {
   std::string_view ReadName(const char* what) {
     const char* const start = p_;
     if (!Has(*p_, kNameStart)) Fail(std::string(what) + " is expected");
-    for (bool is_first = true; Has(*p_, kNameByte); is_first = false) {
-      if (static_cast<unsigned char>(*p_) < 0x80) {
+    colon_ = nullptr;
+    for (;;) {
+      while (Has(*p_, kPlainName)) ++p_;
+      if (*p_ == ':') {
+        if (!colon_) colon_ = p_;
         ++p_;
         continue;
       }
+      if (static_cast<unsigned char>(*p_) < 0x80) break;
+      const bool is_first = p_ == start;
       const Decoded decoded = Decode(p_);
       if (decoded.length == 0) Fail("the bytes are not UTF-8");
       if (!(is_first ? IsNameStart(decoded.code) : IsNameCharacter(decoded.code))) {
@@ -151,10 +157,11 @@ class Reader {
     return name;
   }
 
-  // Length of the prefix without the colon; refuses a name of more than two parts.
+  // Length of the prefix, without the colon, of the name that was just read; refuses a name of more
+  // than two parts.
   std::size_t PrefixOf(std::string_view name) const {
-    const std::size_t colon = name.find(':');
-    if (colon == std::string_view::npos) return 0;
+    if (!colon_) return 0;
+    const auto colon = static_cast<std::size_t>(colon_ - name.data());
     const char* const local = name.data() + colon + 1;
     if (colon == 0 || colon + 1 == name.size() || name.find(':', colon + 1) != name.npos ||
         !IsNameStart(Decode(local).code)) {
@@ -250,7 +257,7 @@ class Reader {
         (target[2] | 0x20) == 'l') {
       FailAt(start, "an XML declaration may stand only at the very start");
     }
-    if (target.find(':') != target.npos) FailAt(start, "a target may have no colon");
+    if (colon_) FailAt(start, "a target may have no colon");
     if (!StartsWith("?>") && !SkipSpace()) Fail("a space is expected behind the target");
     const char* const data = p_;
     while (!StartsWith("?>")) {
@@ -295,6 +302,7 @@ class Reader {
     const char* const start = p_++;
     attributes_.clear();
     const std::string_view name = ReadName("an element's name");
+    const std::size_t prefix_length = PrefixOf(name);
     const std::uint8_t inherited = nodes_[open_].flags & kPreservesSpace;
     const NodeIndex element = Append(NodeType::kElement, start, start, inherited);
     nodes_[element].name_length = static_cast<std::uint16_t>(name.size());
@@ -302,7 +310,7 @@ class Reader {
     previous_ = kNoNode;
     ++depth_;
     if (*p_ != '>' && *p_ != '/') ReadAttributes();
-    ResolveName(element, name);
+    ResolveName(element, name.substr(0, prefix_length));
     if (*p_ == '/') {
       ++p_;
       if (*p_ != '>') Fail("> is expected behind /");
@@ -433,14 +441,12 @@ class Reader {
     }
   }
 
-  void ResolveName(NodeIndex element, std::string_view name) {
-    const std::size_t prefix_length = PrefixOf(name);
-    if (prefix_length > 0) {
-      const std::string_view prefix = name.substr(0, prefix_length);
+  void ResolveName(NodeIndex element, std::string_view prefix) {
+    if (!prefix.empty()) {
       if (prefix == "xmlns" || !namespaces_.Find(prefix)) {
-        FailAt(name.data(), "the prefix " + std::string(prefix) + " is not declared");
+        FailAt(prefix.data(), "the prefix " + std::string(prefix) + " is not declared");
       }
-      nodes_[element].prefix_length = static_cast<std::uint16_t>(prefix_length + 1);
+      nodes_[element].prefix_length = static_cast<std::uint16_t>(prefix.size() + 1);
       nodes_[element].flags |= kInNamespace;
     } else if (namespaces_.IsUsed() && namespaces_.Find({}).value_or("") != "") {
       nodes_[element].flags |= kInNamespace;
@@ -494,6 +500,7 @@ class Reader {
   const char* const text_;
   const char* const end_;
   const char* p_;
+  const char* colon_ = nullptr;  // the first one of the name that was read last
   NodeArray nodes_;
   NodeIndex open_ = kNoNode;      // the element whose content is being read
   NodeIndex previous_ = kNoNode;  // its last child so far
