@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cstring>
-#include <optional>
 
 #include "base/text.h"
 #include "server/registrar_lexer.h"
@@ -145,21 +144,17 @@ class Interpreter {
 
   Value ReadValue() {
     const Token type = token_;
-    if (type.kind == Kind::kWord && type.text.size() == 1) {
-      Advance();
-      const Token at = token_;
-      if (!at.IsName()) lexer_.Fail(at, "a value is expected");
-      std::optional<Value> value;
-      if (type.IsWord("s")) value = TextValue(at.text);
-      if (type.IsWord("d")) value = NumberValue(at);
-      if (type.IsWord("b")) value = BytesValue(at);
-      if (type.IsWord("m")) value = TextsValue(at.text);
-      if (value) {
-        Advance();
-        return *value;
-      }
-    }
-    lexer_.Fail(type, "the type of a value is expected: s, d, b or m");
+    const bool is_known =
+        type.IsWord("s") || type.IsWord("d") || type.IsWord("b") || type.IsWord("m");
+    if (!is_known) lexer_.Fail(type, "the type of a value is expected: s, d, b or m");
+    Advance();
+    const Token at = token_;
+    if (!at.IsName()) lexer_.Fail(at, "a value is expected");
+    Advance();
+    if (type.IsWord("s")) return TextValue(at.text);
+    if (type.IsWord("d")) return NumberValue(at);
+    if (type.IsWord("b")) return BytesValue(at);
+    return TextsValue(at.text);
   }
 
   static Value TextValue(const std::string& text) {

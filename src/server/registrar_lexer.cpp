@@ -53,7 +53,7 @@ RegistrarToken RegistrarLexer::Next() {
   if (first != '\'') {
     token.kind = Kind::kWord;
     while (at_ < script_.text.size() && !IsSpace(Peek()) && Peek() != '{' && Peek() != '}' &&
-           Peek() != '=') {
+           Peek() != '=' && Peek() != '\'') {
       token.text += Take();
     }
   } else {

@@ -1,0 +1,180 @@
+#include "server/registrar.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "base/com_error.h"
+#include "base/text.h"
+
+namespace sab {
+namespace {
+
+// Writes down what the registrar asks for.
+class Recorder final : public RegistryTarget {
+ public:
+  void CreateKey(const RegistryPath& path) override { Note("create " + path.key); }
+  void SetValue(const RegistryPath& path, const std::string& name, DWORD type,
+                const std::vector<BYTE>& data) override {
+    std::string text;
+    if (type == REG_SZ || type == REG_MULTI_SZ) {
+      Text wide(data.size() / sizeof(OLECHAR), 0);
+      std::copy(data.begin(), data.end(), reinterpret_cast<BYTE*>(wide.data()));
+      for (const OLECHAR c : wide) text += c == 0 ? std::string("|") : ToUtf8(TextView(&c, 1));
+    } else {
+      for (const BYTE byte : data) text += std::to_string(byte) + " ";
+    }
+    Note("set " + path.key + "@" + name + " " + std::to_string(type) + ":" + text);
+  }
+  void DeleteValue(const RegistryPath& path, const std::string& name) override {
+    Note("unset " + path.key + "@" + name);
+  }
+  void DeleteTree(const RegistryPath& path) override { Note("remove " + path.key); }
+  void DeleteKeyIfEmpty(const RegistryPath& path) override { Note("remove if empty " + path.key); }
+
+  std::string log;
+
+ private:
+  void Note(const std::string& what) { log += what + "\n"; }
+};
+
+const Replacements kReplacements = {{"NAME", "Lathe"}, {"PERCENT", "100%"}};
+
+std::string Write(std::string_view script) {
+  Recorder recorder;
+  RunRegistrarScript({"t.rgs", script}, kReplacements, recorder);
+  return recorder.log;
+}
+
+std::string Undo(std::string_view script) {
+  Recorder recorder;
+  UndoRegistrarScript({"t.rgs", script}, kReplacements, recorder);
+  return recorder.log;
+}
+
+TEST(Registrar, WritesAndTakesBackWhatTheScriptSays) {
+  const struct {
+    const char* name;
+    const char* script;
+    const char* written;
+    const char* undone;
+  } rows[] = {
+      {"a key", "HKCR { A }", "create A\n", "remove if empty A\n"},
+      {"a default value", "hkey_classes_root{A=s'x'}", "create A\nset A@ 1:x|\n",
+       "unset A@\nremove if empty A\n"},
+      {"nested keys", "HKLM { A { 'B c' = s 'it''s' } }",
+       "create A\ncreate A\\B c\nset A\\B c@ 1:it's|\n",
+       "unset A\\B c@\nremove if empty A\\B c\nremove if empty A\n"},
+      {"every type",
+       "HKCU { A { val s = s '' val d = d '258' val h = d '&h10' val b = b '0aFF' val m = m "
+       "'a\\0b' } }",
+       "create A\nset A@s 1:|\nset A@d 4:2 1 0 0 \nset A@h 4:16 0 0 0 \nset A@b 3:10 255 \nset A@m "
+       "7:a|b||\n",
+       "unset A@s\nunset A@d\nunset A@h\nunset A@b\nunset A@m\nremove if empty A\n"},
+      {"NoRemove", "HKCR { NoRemove A { B } }", "create A\ncreate A\\B\n",
+       "remove if empty A\\B\n"},
+      {"ForceRemove", "HKCR { ForceRemove A = s 'x' { B } }",
+       "remove A\ncreate A\nset A@ 1:x|\ncreate A\\B\n",
+       "unset A@\nremove if empty A\\B\nremove A\n"},
+      {"Delete", "HKCR { Delete A }", "remove A\n", "remove A\n"},
+      {"replacements", "HKCR { '%NAME%' = s '%NAME% %% %PERCENT%' }",
+       "create Lathe\nset Lathe@ 1:Lathe % 100%|\n", "unset Lathe@\nremove if empty Lathe\n"},
+      {"two roots", "HKCR { A } HKLM { B }", "create A\ncreate B\n",
+       "remove if empty A\nremove if empty B\n"},
+      {"Chinese", "HKCR { A = s '制图' }", "create A\nset A@ 1:制图|\n",
+       "unset A@\nremove if empty A\n"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(row.written, Write(row.script)) << row.name;
+    EXPECT_EQ(row.undone, Undo(row.script)) << row.name;
+  }
+}
+
+TEST(Registrar, RefusesWithThePlaceAndTheReason) {
+  const struct {
+    const char* script;
+    const char* message;
+  } rows[] = {
+      {"HKXX { A }", "t.rgs:1:1: a root key is expected"},
+      {"HKCR A", "t.rgs:1:6: { is expected"},
+      {"HKCR { A", "t.rgs:1:9: } is missing"},
+      {"HKCR\n{\n  A = s 'open\n}", "t.rgs:3:9: the quote is not closed"},
+      {"HKCR { A = x '1' }", "t.rgs:1:12: the type of a value is expected"},
+      {"HKCR { A = s }", "t.rgs:1:14: a value is expected"},
+      {"HKCR { A = d 'ten' }", "t.rgs:1:14: a number"},
+      {"HKCR { A = d '4294967296' }", "t.rgs:1:14: a number"},
+      {"HKCR { A = b '0' }", "t.rgs:1:14: bytes"},
+      {"HKCR { A = b 'zz' }", "t.rgs:1:14: bytes"},
+      {"HKCR { val = s 'x' }", "t.rgs:1:12: the name of a value is expected"},
+      {"HKCR { A { val x s 'y' } }", "t.rgs:1:18: = is expected"},
+      {"HKCR { '%NOPE%' }", "t.rgs:1:8: the replacement %NOPE% is not known"},
+      {"HKCR { 'half%' }", "t.rgs:1:8: a % without its partner"},
+      {"HKCR { 'A\\B' }", "t.rgs:1:8: the name of a key has no backslash"},
+      {"HKCR { Delete A { B } }", "t.rgs:1:17: a key that is deleted has no content"},
+      {"HKCR { '中' = q }", "t.rgs:1:14: the type of a value is expected"},
+  };
+  for (const auto& row : rows) {
+    try {
+      Write(row.script);
+      ADD_FAILURE() << row.script << " was taken";
+    } catch (const ComError& error) {
+      EXPECT_EQ(0U, std::string(error.what()).find(row.message)) << error.what();
+    }
+  }
+}
+
+// A registry that remembers: what random scripts write, undoing them takes back to the last key.
+class Memory final : public RegistryTarget {
+ public:
+  void CreateKey(const RegistryPath& path) override { keys[path.key]; }
+  void SetValue(const RegistryPath& path, const std::string& name, DWORD,
+                const std::vector<BYTE>& data) override {
+    keys.at(path.key)[name] = data;
+  }
+  void DeleteValue(const RegistryPath& path, const std::string& name) override {
+    if (keys.contains(path.key)) keys[path.key].erase(name);
+  }
+  void DeleteTree(const RegistryPath& path) override {
+    std::erase_if(keys, [&](const auto& entry) {
+      return entry.first == path.key || entry.first.starts_with(path.key + "\\");
+    });
+  }
+  void DeleteKeyIfEmpty(const RegistryPath& path) override {
+    const bool has_subkeys = std::any_of(keys.begin(), keys.end(), [&](const auto& entry) {
+      return entry.first.starts_with(path.key + "\\");
+    });
+    if (!has_subkeys && keys.contains(path.key) && keys[path.key].empty()) keys.erase(path.key);
+  }
+
+  std::map<std::string, std::map<std::string, std::vector<BYTE>>> keys;
+};
+
+TEST(Registrar, UndoingLeavesWhatOthersWrote) {
+  std::mt19937 random(5);
+  for (int round = 0; round < 200; ++round) {
+    Memory registry;
+    registry.keys["K0"]["theirs"] = {1};
+    registry.keys["K1\\Theirs"] = {};
+    registry.keys["K1"] = {};
+    const auto before = registry.keys;
+    std::string script = "HKCR {";
+    for (int key = 0; key < 4; ++key) {
+      // Keys that others use too are never forced away.
+      if (key >= 2 && random() % 2) script += " ForceRemove";
+      script += " K" + std::to_string(key);
+      if (key >= 2 && random() % 2) script += " = s 'v'";
+      script += " { val a" + std::to_string(random() % 3) + " = d '1'";
+      if (random() % 2) script += " S { val b = s 'x' }";
+      script += " }";
+    }
+    script += " }";
+    RunRegistrarScript({"random", script}, {}, registry);
+    EXPECT_NE(before, registry.keys);
+    UndoRegistrarScript({"random", script}, {}, registry);
+    EXPECT_EQ(before, registry.keys) << script;
+  }
+}
+
+}  // namespace
+}  // namespace sab
