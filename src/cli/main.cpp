@@ -94,7 +94,8 @@ int Run(int argc, char** argv) {
   AddRegister(program, settings);
   const int result = RunCommand(program, Arguments(argc, argv));
   if (std::cout.flush()) return result;
-  std::cerr << "sabxml: the output could not be written\n";
+  // Who closes a pipe has read enough.
+  if (!OutputIsPipe()) std::cerr << "sabxml: the output could not be written\n";
   return 1;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,8 @@ std::string ServerFileName();                       ///< as the build names it
 std::string EnvironmentVariable(const char* name);  ///< in UTF-8; empty if there is none
 bool OutputIsTerminal();                            ///< and obeys the usual sequences for colours
 bool ErrorsAreOnTerminal();
-void PrepareOutput();  ///< UTF-8; a closed pipe ends the program without a word
+bool OutputIsPipe();
+void PrepareOutput();  ///< UTF-8; where the system can, a closed pipe ends the program
 
 /// A library of a server that is not registered; stays loaded.
 /// Raises Failure with the loader's reason.
@@ -21,10 +23,17 @@ void* LoadServerLibrary(const std::string& path);
 /// An exported function; null if there is none.
 void* FunctionOf(void* library, const char* name);
 
-/// The registry as text for comparing, one key or value a line, and a scratch copy of it that
-/// stands in its place until the program ends. Empty where the system offers no such thing.
-bool UseScratchRegistry();
-std::vector<std::string> RegistryLines();
+/// What is in the registry before and after a change: a line for each key and each value.
+struct RegistryChange {
+  std::vector<std::string> before;
+  std::vector<std::string> after;
+};
+
+/// Runs a change of the registry on a scratch copy, so that nothing is changed.
+/// @param enter enters all that the change could concern
+RegistryChange TryOnScratchRegistry(const std::function<void()>& change,
+                                    const std::function<void()>& enter);
+
 /// The file that is the registry, from the command line.
 void UseRegistryFile(const std::string& path);
 

@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <climits>
@@ -22,14 +23,40 @@ std::string RegistryPath() {
   return path + "/sabcom/registry.reg";
 }
 
-// Removed when the program ends.
-struct ScratchFolder {
-  std::string path;
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    path_ = (std::filesystem::temp_directory_path() / "sabxml-XXXXXX").string();
+    if (!mkdtemp(path_.data())) throw Failure(path_ + ": no such folder can be made");
+  }
   ~ScratchFolder() {
     std::error_code ignored;
-    if (!path.empty()) std::filesystem::remove_all(path, ignored);
+    std::filesystem::remove_all(path_, ignored);
   }
-} scratch;
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+  const std::string& Path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+std::vector<std::string> RegistryLines() {
+  std::vector<std::string> lines;
+  std::ifstream file(RegistryPath());
+  std::string key;
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line.starts_with("Windows Registry")) continue;
+    if (line.front() == '[') {
+      key = line;
+      lines.push_back(key);
+    } else {
+      lines.push_back(key + " " + line);
+    }
+  }
+  return lines;
+}
 
 }  // namespace
 
@@ -51,6 +78,11 @@ std::string EnvironmentVariable(const char* name) {
 
 bool OutputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
 
+bool OutputIsPipe() {
+  struct stat status {};
+  return fstat(STDOUT_FILENO, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
 bool ErrorsAreOnTerminal() { return isatty(STDERR_FILENO) == 1; }
 
 void PrepareOutput() { signal(SIGPIPE, SIG_DFL); }
@@ -66,30 +98,18 @@ void* LoadServerLibrary(const std::string& path) {
 
 void* FunctionOf(void* library, const char* name) { return dlsym(library, name); }
 
-bool UseScratchRegistry() {
-  std::string name = (std::filesystem::temp_directory_path() / "sabxml-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw Failure("no scratch folder can be made in the temporary folder");
-  scratch.path = name;
+RegistryChange TryOnScratchRegistry(const std::function<void()>& change,
+                                    const std::function<void()>&) {
+  const ScratchFolder scratch;
+  const std::string copy = scratch.Path() + "/registry.reg";
   std::error_code missing;
-  std::filesystem::copy_file(RegistryPath(), name + "/registry.reg", missing);
-  UseRegistryFile(name + "/registry.reg");
-  return true;
-}
-
-std::vector<std::string> RegistryLines() {
-  std::vector<std::string> lines;
-  std::ifstream file(RegistryPath());
-  std::string key;
-  for (std::string line; std::getline(file, line);) {
-    if (line.empty() || line.starts_with("Windows Registry")) continue;
-    if (line.front() == '[') {
-      key = line;
-      lines.push_back(key);
-    } else {
-      lines.push_back(key + " " + line);
-    }
-  }
-  return lines;
+  std::filesystem::copy_file(RegistryPath(), copy, missing);
+  UseRegistryFile(copy);
+  RegistryChange result;
+  result.before = RegistryLines();
+  change();
+  result.after = RegistryLines();
+  return result;
 }
 
 void UseRegistryFile(const std::string& path) { setenv("SABCOM_REGISTRY", path.c_str(), 1); }

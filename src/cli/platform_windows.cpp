@@ -55,6 +55,8 @@ bool OutputIsTerminal() {
          SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
+bool OutputIsPipe() { return GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) == FILE_TYPE_PIPE; }
+
 bool ErrorsAreOnTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
 void PrepareOutput() {
@@ -79,10 +81,6 @@ void* LoadServerLibrary(const std::string& path) {
 void* FunctionOf(void* library, const char* name) {
   return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
 }
-
-bool UseScratchRegistry() { return false; }
-
-std::vector<std::string> RegistryLines() { return {}; }
 
 void UseRegistryFile(const std::string&) {
   throw Failure("--registry is for systems whose registry is a file");

@@ -9,6 +9,19 @@
 namespace sabxml::cli {
 namespace {
 
+constexpr char kHelp[] =
+    "The library is the one that --server or SABXML_SERVER names, else the one beside this "
+    "program.\n"
+    "Unregistering removes what registering wrote and nothing else.\n"
+    "\n"
+    "Examples:\n"
+    "  sabxml register --dry-run                 + is what would be added, - what would go\n"
+    "  sabxml register --registry /tmp/test.reg  where the registry is a file\n"
+    "  sabxml unregister\n"
+    "\n"
+    "Where the registry is a file, it is the one that --registry or SABCOM_REGISTRY names, else\n"
+    "sabcom/registry.reg in $XDG_DATA_HOME or ~/.local/share.\n";
+
 void PrintDifference(std::vector<std::string> before, std::vector<std::string> after) {
   std::sort(before.begin(), before.end());
   std::sort(after.begin(), after.end());
@@ -26,10 +39,10 @@ void PrintDifference(std::vector<std::string> before, std::vector<std::string> a
 void Run(const Settings& settings, const char* entry_point, bool is_dry, const char* done) {
   Server server(settings.server);
   if (is_dry) {
-    if (!UseScratchRegistry()) throw Failure("--dry-run is for systems whose registry is a file");
-    const std::vector<std::string> before = RegistryLines();
-    server.RunEntryPoint(entry_point);
-    PrintDifference(before, RegistryLines());
+    const RegistryChange change =
+        TryOnScratchRegistry([&] { server.RunEntryPoint(entry_point); },
+                             [&] { server.RunEntryPoint("DllRegisterServer"); });
+    PrintDifference(change.before, change.after);
     return;
   }
   server.RunEntryPoint(entry_point);
@@ -40,6 +53,7 @@ void AddOne(CLI::App& program, const Settings& settings, const char* name, const
             const char* entry_point, const char* done) {
   auto is_dry = std::make_shared<bool>(false);
   CLI::App* const command = program.add_subcommand(name, help);
+  command->footer(kHelp);
   command->add_flag("--dry-run", *is_dry, "Print what would change and change nothing");
   command->callback(
       [&settings, is_dry, entry_point, done] { Run(settings, entry_point, *is_dry, done); });

@@ -1,5 +1,6 @@
 #include "walk.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "element_counter.h"
@@ -93,12 +94,17 @@ void Walk::Visit(std::string_view name, const Mention& mention, const Descriptor
   --depth_;
 }
 
+std::size_t Walk::FailedFileCount() const {
+  return static_cast<std::size_t>(std::count_if(
+      seen_.begin(), seen_.end(), [](const auto& file) { return file.second.has_value(); }));
+}
+
 void Walk::Run(const std::string& file) {
   if (json_) json_->BeginObject({}, {}, 0);
   Visit("application", {file, {}, {}}, DescriptorKindOf("Application"));
   if (!json_) return;
   json_->AddValue("files", seen_.size());
-  json_->AddValue("failures", failures_.size());
+  json_->AddValue("failed_files", FailedFileCount());
   json_->BeginList("warnings");
   for (const std::string& warning : warnings_) json_->AddValue({}, warning);
   json_->End();

@@ -37,7 +37,9 @@ class Walk {
 
   const std::vector<Line>& Lines() const { return lines_; }
   std::size_t FileCount() const { return seen_.size(); }
+  std::size_t FailedFileCount() const;
   const std::vector<std::string>& Warnings() const { return warnings_; }
+  /// One for each time that a file is named which is missing or refused.
   const std::vector<Failure>& Failures() const { return failures_; }
 
  private:

@@ -66,7 +66,7 @@ void Run(const Settings& settings, const WalkOptions& options) {
   if (!options.as_json) {
     PrintOutline(walk.Lines(), settings.UsesColour());
     std::cout << walk.FileCount() << (walk.FileCount() == 1 ? " file" : " files");
-    if (!walk.Failures().empty()) std::cout << ", " << walk.Failures().size() << " failed";
+    if (walk.FailedFileCount() > 0) std::cout << ", " << walk.FailedFileCount() << " failed";
     std::cout << '\n';
   }
   std::cout.flush();

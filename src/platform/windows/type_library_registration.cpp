@@ -1,5 +1,6 @@
 #include "platform/type_library_registration.h"
 
+#include "base/bstr.h"
 #include "base/com_ptr.h"
 
 namespace sab {
@@ -17,10 +18,15 @@ HRESULT UnregisterTypeLibraryOf(const Text& module) noexcept {
   TLIBATTR* attributes = nullptr;
   result = library->GetLibAttr(&attributes);
   if (FAILED(result)) return result;
-  result = UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum, attributes->wMinorVerNum,
-                             attributes->lcid, attributes->syskind);
+  // Systems differ in the code for a type library that is not registered, so that is asked first.
+  Bstr path;
+  if (SUCCEEDED(QueryPathOfRegTypeLib(attributes->guid, attributes->wMajorVerNum,
+                                      attributes->wMinorVerNum, attributes->lcid, path.Put()))) {
+    result = UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum,
+                               attributes->wMinorVerNum, attributes->lcid, attributes->syskind);
+  }
   library->ReleaseTLibAttr(attributes);
-  return result == TYPE_E_REGISTRYACCESS || result == TYPE_E_LIBNOTREGISTERED ? S_OK : result;
+  return result;
 }
 
 }  // namespace sab
