@@ -29,10 +29,9 @@ struct RegistryChange {
   std::vector<std::string> after;
 };
 
-/// Runs a change of the registry on a scratch copy, so that nothing is changed.
-/// @param enter enters all that the change could concern
-RegistryChange TryOnScratchRegistry(const std::function<void()>& change,
-                                    const std::function<void()>& enter);
+/// Runs a change of the registry on a scratch copy, so that nothing is changed. Raises Failure
+/// where the system offers no such thing.
+RegistryChange TryOnScratchRegistry(const std::function<void()>& change);
 
 /// The file that is the registry, from the command line.
 void UseRegistryFile(const std::string& path);

@@ -98,8 +98,7 @@ void* LoadServerLibrary(const std::string& path) {
 
 void* FunctionOf(void* library, const char* name) { return dlsym(library, name); }
 
-RegistryChange TryOnScratchRegistry(const std::function<void()>& change,
-                                    const std::function<void()>&) {
+RegistryChange TryOnScratchRegistry(const std::function<void()>& change) {
   const ScratchFolder scratch;
   const std::string copy = scratch.Path() + "/registry.reg";
   std::error_code missing;

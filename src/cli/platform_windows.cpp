@@ -82,6 +82,11 @@ void* FunctionOf(void* library, const char* name) {
   return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
 }
 
+// RegOverridePredefKey does not divert all of it: entries for 32-bit programs can still be written.
+RegistryChange TryOnScratchRegistry(const std::function<void()>&) {
+  throw Failure("--dry-run is for systems whose registry is a file; nothing was changed");
+}
+
 void UseRegistryFile(const std::string&) {
   throw Failure("--registry is for systems whose registry is a file");
 }

@@ -19,8 +19,9 @@ constexpr char kHelp[] =
     "  sabxml register --registry /tmp/test.reg  where the registry is a file\n"
     "  sabxml unregister\n"
     "\n"
-    "Where the registry is a file, it is the one that --registry or SABCOM_REGISTRY names, else\n"
-    "sabcom/registry.reg in $XDG_DATA_HOME or ~/.local/share.\n";
+    "A dry run needs a registry that is a file, as everywhere but on Windows: the one that "
+    "--registry\n"
+    "or SABCOM_REGISTRY names, else sabcom/registry.reg in $XDG_DATA_HOME or ~/.local/share.\n";
 
 void PrintDifference(std::vector<std::string> before, std::vector<std::string> after) {
   std::sort(before.begin(), before.end());
@@ -39,9 +40,7 @@ void PrintDifference(std::vector<std::string> before, std::vector<std::string> a
 void Run(const Settings& settings, const char* entry_point, bool is_dry, const char* done) {
   Server server(settings.server);
   if (is_dry) {
-    const RegistryChange change =
-        TryOnScratchRegistry([&] { server.RunEntryPoint(entry_point); },
-                             [&] { server.RunEntryPoint("DllRegisterServer"); });
+    const RegistryChange change = TryOnScratchRegistry([&] { server.RunEntryPoint(entry_point); });
     PrintDifference(change.before, change.after);
     return;
   }

@@ -22,8 +22,8 @@ HRESULT UnregisterTypeLibraryOf(const Text& module) noexcept {
   Bstr path;
   if (SUCCEEDED(QueryPathOfRegTypeLib(attributes->guid, attributes->wMajorVerNum,
                                       attributes->wMinorVerNum, attributes->lcid, path.Put()))) {
-    result = UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum,
-                               attributes->wMinorVerNum, attributes->lcid, attributes->syskind);
+    result = UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum, attributes->wMinorVerNum,
+                               attributes->lcid, attributes->syskind);
   }
   library->ReleaseTLibAttr(attributes);
   return result;
