@@ -5,6 +5,8 @@
 #include "framework/env_parser.h"
 #include "framework/module_parser.h"
 #include "framework/tmpl_parser.h"
+#include "framework/user_interface/element_objects.h"
+#include "framework/user_interface/ui_parser.h"
 #include "server/class_entry.h"
 #include "settings/auto_update_admin_cfg_parser.h"
 
@@ -22,17 +24,36 @@ constexpr ClassEntry AutoUpdateAdminRow() {
   return row;
 }
 
+// It was new with a capital I.
+constexpr ClassEntry UiRow() {
+  ClassEntry row = Row<CVeUiParser>(Registration::kWithProgIds);
+  row.registered_description = "VeUIParser Class";
+  row.registered_prog_id = "SabXmlParser.VeUIParser.1";
+  row.registered_version_independent_prog_id = "SabXmlParser.VeUIParser";
+  return row;
+}
+
 using enum Registration;
 
 // In the order in which the classes are registered.
 constexpr ClassEntry kClasses[] = {
     // clang-format off
     Row<CVeTmplParser>(kWithProgIds),
+    UiRow(),
+    Row<CVePrsUI>(kWithProgIds),
+    Row<CVePrsMainMenu>(kWithProgIds),
     Row<CVePrsAccel>(kWithProgIds),
+    Row<CVePrsCustomWnd>(kWithProgIds),
+    Row<CVePrsInstruction>(kWithProgIds),
+    Row<CVePrsMenuItem>(kWithProgIds),
+    Row<CVePrsPrompt>(kWithProgIds),
+    Row<CVePrsStatusBar>(kWithProgIds),
+    Row<CVePrsToolBar>(kWithProgIds),
     Row<CVeAppParser>(kWithProgIds),
     Row<CVeModuleParser>(kWithProgIds),
     Row<CVeEnvParser>(kWithProgIds),
     Row<CVeCmdParser>(kWithProgIds),
+    Row<CVePrsAccelGroup>(kWithProgIds),
     Row<CVePrsConfigColl>(kWithProgIds),
     Row<CVePrsConfig>(kWithProgIds),
     Row<CVePrsOpenFileType>(kWithProgIds),
@@ -41,8 +62,29 @@ constexpr ClassEntry kClasses[] = {
     Row<CVePrsEditObjColl>(kWithProgIds),
     Row<CVePrsCommand>(kWithProgIds),
     Row<CVePrsCommandColl>(kWithProgIds),
+    Row<CVePrsMainButton>(kWithProgIds),
+    Row<CVePrsQuickAccessTool>(kWithProgIds),
+    Row<CVePrsRibbonBar>(kWithProgIds),
+    Row<CVePrsRibbonTab>(kWithProgIds),
+    Row<CVePrsRibbonTabColl>(kWithProgIds),
+    Row<CVePrsRibbonPanel>(kWithProgIds),
+    Row<CVePrsRibbonPanelColl>(kWithProgIds),
+    Row<CVePrsHiddenButtons>(kWithProgIds),
+    Row<CVePrsRibbonButton>(kWithProgIds),
+    Row<CVePrsRibbonButtonColl>(kWithProgIds),
     Row<CVePrsAccelColl>(kWithProgIds),
+    Row<CVePrsAccelGroupColl>(kWithProgIds),
+    Row<CVePrsToolBarButton>(kWithProgIds),
+    Row<CVePrsToolBarButtonColl>(kWithProgIds),
+    Row<CVePrsCustomWndColl>(kWithProgIds),
+    Row<CVePrsInstructionColl>(kWithProgIds),
+    Row<CVePrsMenuItemColl>(kWithProgIds),
+    Row<CVePrsPromptColl>(kWithProgIds),
+    Row<CVePrsToolBarColl>(kWithProgIds),
+    Row<CVePrsCommandSearch>(kWithProgIds),
     AutoUpdateAdminRow(),
+    Row<CVePrsCommandImage>(kNone),
+    Row<CVePrsCommandImageColl>(kNone),
     // clang-format on
 };
 

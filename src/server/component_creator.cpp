@@ -12,6 +12,8 @@
 
 namespace sab {
 
+thread_local ComponentCreator* ComponentCreator::current_ = nullptr;
+
 ComponentCreator::ComponentCreator() { host_list_.Attach(HostClassFactoryList()); }
 
 HRESULT ComponentCreator::CreateInstance(REFCLSID clsid, IUnknown* outer, REFIID riid,

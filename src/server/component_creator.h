@@ -2,6 +2,7 @@
 
 #include <sabxml/com.h>
 
+#include <utility>
 #include <vector>
 
 #include "base/com_ptr.h"
@@ -20,6 +21,25 @@ namespace sab {
 class ComponentCreator {
  public:
   ComponentCreator();
+
+  /// Whether the host has a list, and may therefore see when an object is created.
+  bool HasHostList() const { return static_cast<bool>(host_list_); }
+
+  /// The one that serves the Generate or Load call now running on this thread; null outside of
+  /// such.
+  static ComponentCreator* Current() { return current_; }
+
+  /// Makes a creator the current one for as long as it lives.
+  class Scope {
+   public:
+    explicit Scope(ComponentCreator& creator) : outer_(std::exchange(current_, &creator)) {}
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+    ~Scope() { current_ = outer_; }
+
+   private:
+    ComponentCreator* outer_;
+  };
 
   /// The routine itself, for any class: a registered third party's as well as the server's.
   HRESULT CreateInstance(REFCLSID clsid, IUnknown* outer, REFIID riid, void** object) noexcept;
@@ -48,6 +68,9 @@ class ComponentCreator {
     CLSID clsid;
     ComPtr<IClassFactory> factory;
   };
+
+  // A plain pointer: the thread may outlive the library.
+  static thread_local ComponentCreator* current_;
 
   [[noreturn]] static void RaiseNotCreated(const char* class_name, HRESULT code);
   HRESULT CreateFromHost(REFCLSID clsid, IUnknown* outer, REFIID riid, void** object) noexcept;

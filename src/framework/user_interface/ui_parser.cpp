@@ -1,0 +1,31 @@
+#include "framework/user_interface/ui_parser.h"
+
+#include "base/com_error.h"
+#include "framework/descriptor_reader.h"
+#include "framework/user_interface/grammar.h"
+
+namespace sab {
+
+CVeUiParser::CVeUiParser() { fields.UI = ComponentCreator().TryCreate<coclass::VePrsUI>(); }
+
+HRESULT CVeUiParser::GenerateUI() {
+  return Guarded([this] {
+    DescriptorReader file(fields.ConfigurationPath);
+    const ConfigElement ui = file.Find("UI");
+    if (!ui) {
+      file.Fail(kInvalidUserInterface, "UI", "is not the document element: it must be <UI>");
+    }
+    if (!fields.UI) throw ComError(E_POINTER, "The root of the user interface was not created.");
+    ReadingContext context;
+    const ComponentCreator::Scope scope(context.creator);
+    ReadElements(context, ui, kUserInterfaceGrammar, *fields.UI);
+  });
+}
+
+HRESULT CVeUiParser::get_UI(IVePrsUI** o_ppUI) {
+  if (!o_ppUI || !fields.UI) return Fail(E_FAIL, "There is no user interface to hand out.");
+  fields.UI.CopyTo(o_ppUI);
+  return S_OK;
+}
+
+}  // namespace sab

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "common/component.h"
+
+namespace sab {
+
+struct UiParserFields {
+  Bstr ConfigurationPath;
+  ComPtr<IVePrsUI> UI;
+};
+
+/// Reads a user-interface file into a tree of element objects, in one call. The tree lives as long
+/// as anybody holds it; a second call adds to it.
+class CVeUiParser : public Component<coclass::VeUiParser, UiParserFields> {
+ public:
+  CVeUiParser();
+
+  HRESULT STDMETHODCALLTYPE GenerateUI() override;
+  /// @return E_FAIL for a null place or where the root could not be created
+  HRESULT STDMETHODCALLTYPE get_UI(IVePrsUI** o_ppUI) override;
+};
+
+}  // namespace sab
