@@ -22,7 +22,8 @@ std::string WordsOf(std::string_view class_name) {
     for (const auto& [given, meant] : kWords) {
       if (word == given) word = meant;
     }
-    words += (words.empty() ? "" : " ") + word;
+    // "tool bar" is one word.
+    words += (words.empty() || word == "bar" ? "" : " ") + word;
   }
   return words;
 }

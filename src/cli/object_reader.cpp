@@ -86,12 +86,9 @@ const ObjectReader::Shape& ObjectReader::ShapeOf(IDispatch& object) {
   shape.type = NameOf(*info.Get());
   const std::vector<MemberDescription> members = DescribeMembers(*info.Get());
   shape.is_collection = IsCollection(members);
-  for (const MemberDescription& member : members) {
-    if (shape.is_collection || !member.IsReadable()) continue;
-    const bool is_method = member.kind == "method";
-    const WORD flags = is_method ? DISPATCH_METHOD : DISPATCH_PROPERTYGET;
-    shape.members.push_back({member.name.substr(is_method ? 3 : 0), member.id, flags});
-    shape.name_width = std::max(shape.name_width, shape.members.back().name.size());
+  if (!shape.is_collection) shape.members = ReadableMembersOf(members);
+  for (const ReadableMember& member : shape.members) {
+    shape.name_width = std::max(shape.name_width, member.name.size());
   }
   return shapes_.emplace(identifier, std::move(shape)).first->second;
 }
@@ -102,6 +99,7 @@ void ObjectReader::Enter(IDispatch& object, std::string_view name) {
   object.AddRef();
   frame.object = Reference<IDispatch>(&object);
   frame.shape = &shape;
+  frame.members = &shape.members;
   if (shape.is_collection) {
     frame.position = Call(object, "GetHeadPosition", DISPATCH_METHOD);
     sink_.BeginList(name);
@@ -132,17 +130,79 @@ void ObjectReader::Take(const Value& value, std::string_view name) {
   }
 }
 
+// Elements of lists by index and named values are texts and numbers: no objects to enter.
+void ObjectReader::TakeCountedList(IDispatch& object, const ReadableMember& list) {
+  const LONGLONG count = NumberOf(cli::Read(object, list.member).front().Get());
+  std::vector<std::string> names;
+  std::size_t width = 0;
+  for (const ParameterDescription& parameter : list.element.parameters) {
+    if (parameter.is_in) continue;
+    names.push_back(parameter.name);
+    width = std::max(width, parameter.name.size());
+  }
+  std::vector<std::vector<Value>> elements;
+  for (LONGLONG i = 0; i < count; ++i) {
+    std::vector<Value> index;
+    index.emplace_back(i);
+    elements.push_back(cli::Read(object, list.element, std::move(index)));
+  }
+  sink_.BeginList(list.name);
+  for (const std::vector<Value>& values : elements) {
+    if (values.size() == 1) {
+      sink_.AddValue({}, ScalarOf(values.front().Get()));
+      continue;
+    }
+    sink_.BeginObject({}, {}, width);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      sink_.AddValue(names[i], ScalarOf(values[i].Get()));
+    }
+    sink_.End();
+  }
+  sink_.End();
+}
+
+void ObjectReader::TakeNamedValues(IDispatch& object, const ReadableMember& values) {
+  const LONGLONG count = NumberOf(cli::Read(object, values.member).front().Get());
+  std::vector<std::pair<std::string, Json>> found;
+  std::size_t width = 0;
+  for (LONGLONG i = 0; i < count; ++i) {
+    std::vector<Value> index;
+    index.emplace_back(i);
+    std::vector<Value> name = cli::Read(object, values.element_name, std::move(index));
+    found.emplace_back(ScalarOf(name.front().Get()).get<std::string>(), nullptr);
+    width = std::max(width, found.back().first.size());
+    found.back().second =
+        ScalarOf(cli::Read(object, values.element, std::move(name)).front().Get());
+  }
+  sink_.BeginObject(values.name, {}, width);
+  for (const auto& [name, value] : found) sink_.AddValue(name, value);
+  sink_.End();
+}
+
+void ObjectReader::TakeMember(IDispatch& object, const ReadableMember& member) {
+  switch (member.kind) {
+    case ReadableMember::Kind::kValue:
+      Take(cli::Read(object, member.member).front(), member.name);
+      return;
+    case ReadableMember::Kind::kCountedList:
+      TakeCountedList(object, member);
+      return;
+    case ReadableMember::Kind::kNamedValues:
+      TakeNamedValues(object, member);
+      return;
+  }
+}
+
 void ObjectReader::StepMember(Frame& frame) {
-  const std::vector<Member>& members = frame.has_selection ? frame.selected : frame.shape->members;
+  const std::vector<ReadableMember>& members = *frame.members;
   if (frame.next == members.size()) {
     sink_.End();
     frames_.pop_back();
     return;
   }
-  // Taking the value may move the frames.
-  const Member member = members[frame.next++];
+  const ReadableMember& member = members[frame.next++];
   try {
-    Take(Call(*frame.object.Get(), member.id, member.flags), member.name);
+    TakeMember(*frame.object.Get(), member);
   } catch (const Failure& failure) {
     Refuse(member.name, failure);
   }
@@ -178,13 +238,13 @@ void ObjectReader::Step() {
   }
 }
 
-std::vector<ObjectReader::Member> ObjectReader::Select(const Shape& shape,
-                                                       const std::vector<std::string>& names) {
-  std::vector<Member> selected;
+std::vector<ReadableMember> ObjectReader::Select(const Shape& shape,
+                                                 const std::vector<std::string>& names) {
+  std::vector<ReadableMember> selected;
   for (const std::string& name : names) {
-    const auto found =
-        std::find_if(shape.members.begin(), shape.members.end(),
-                     [&name](const Member& member) { return EqualNames(member.name, name); });
+    const auto found = std::find_if(
+        shape.members.begin(), shape.members.end(),
+        [&name](const ReadableMember& member) { return EqualNames(member.name, name); });
     if (found == shape.members.end()) {
       throw Failure(shape.type.substr(shape.type.starts_with('I') ? 1 : 0) +
                     " has no value named " + name);
@@ -196,10 +256,9 @@ std::vector<ObjectReader::Member> ObjectReader::Select(const Shape& shape,
 
 void ObjectReader::Read(IDispatch& object, std::string_view name,
                         const std::vector<std::string>& only) {
-  std::vector<Member> selected = Select(ShapeOf(object), only);
+  const std::vector<ReadableMember> selected = Select(ShapeOf(object), only);
   Enter(object, name);
-  frames_.back().has_selection = !only.empty();
-  frames_.back().selected = std::move(selected);
+  if (!only.empty()) frames_.back().members = &selected;
   while (!frames_.empty()) Step();
 }
 

@@ -5,13 +5,14 @@
 #include <vector>
 
 #include "automation.h"
+#include "readable_members.h"
 #include "tree_sink.h"
 
 namespace sabxml::cli {
 
-/// Reads all that objects tell, by reflection over their type information: each property and each
-/// Get method without arguments, string arrays, collections, and the objects found there in turn.
-/// Nesting is limited by memory alone.
+/// Reads all that objects tell, by reflection over their type information: properties and Get
+/// methods without arguments, arrays, lists by count and index, named values, collections, and the
+/// objects found there in turn. Nesting is limited by memory alone.
 class ObjectReader {
  public:
   /// @param sink gets a value {"error": …} for what the object refuses to give
@@ -26,31 +27,29 @@ class ObjectReader {
   const std::vector<std::string>& Refusals() const { return refusals_; }
 
  private:
-  struct Member {
-    std::string name;  // without Get
-    DISPID id;
-    WORD flags;
-  };
   struct Shape {
     std::string type;
     bool is_collection = false;
     std::size_t name_width = 0;
-    std::vector<Member> members;
+    std::vector<ReadableMember> members;
   };
   struct Frame {
     Reference<IDispatch> object;
     const Shape* shape;
-    std::vector<Member> selected;  // instead of the shape's members, for the outermost object
-    bool has_selection = false;
+    const std::vector<ReadableMember>* members;
     std::size_t next = 0;
     Value position;  // of a collection
   };
 
   const Shape& ShapeOf(IDispatch& object);
-  static std::vector<Member> Select(const Shape& shape, const std::vector<std::string>& names);
+  static std::vector<ReadableMember> Select(const Shape& shape,
+                                            const std::vector<std::string>& names);
   void Enter(IDispatch& object, std::string_view name);
   void Step();
   void StepMember(Frame& frame);
+  void TakeMember(IDispatch& object, const ReadableMember& member);
+  void TakeCountedList(IDispatch& object, const ReadableMember& list);
+  void TakeNamedValues(IDispatch& object, const ReadableMember& values);
   void StepElement(Frame& frame);
   void Take(const Value& value, std::string_view name);
   void Refuse(std::string_view name, const Failure& failure);

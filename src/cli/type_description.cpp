@@ -1,5 +1,6 @@
 #include "type_description.h"
 
+#include <algorithm>
 #include <array>
 
 namespace sabxml::cli {
@@ -104,9 +105,10 @@ std::string MemberDescription::Signature() const {
   return type.empty() ? text : text + ": " + type;
 }
 
-bool MemberDescription::IsReadable() const {
-  return !result.empty() && parameters.empty() &&
-         (kind == "get" || (kind == "method" && name.starts_with("Get")));
+std::size_t MemberDescription::InputCount() const {
+  return static_cast<std::size_t>(
+      std::count_if(parameters.begin(), parameters.end(),
+                    [](const ParameterDescription& parameter) { return parameter.is_in; }));
 }
 
 std::string NameOf(ITypeInfo& info) { return DocumentationOf(info, MEMBERID_NIL).name; }

@@ -24,8 +24,7 @@ struct MemberDescription {
   std::vector<ParameterDescription> parameters;
 
   std::string Signature() const;
-  /// Whether reading it needs nothing and changes nothing, by its kind and name.
-  bool IsReadable() const;
+  std::size_t InputCount() const;  ///< of parameters that the caller must give
 };
 
 struct ClassDescription {
