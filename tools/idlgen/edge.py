@@ -12,7 +12,8 @@ def write_properties(library, source):
         out.append("template <class Base>")
         out.append(f"class Properties<{interface.name}, Base> : public Base {{\n public:")
         for member in interface.members:
-            if member.kind == "method":
+            # A property with arguments is no plain value; its class implements it.
+            if member.kind == "method" or len(member.parameters) > 1:
                 continue
             out.append(f"  HRESULT STDMETHODCALLTYPE {member.function}({cpp.declaration(member)}) "
                        f"override {{")

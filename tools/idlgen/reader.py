@@ -245,10 +245,11 @@ class Reader:
         kind = next((k for k in ("propget", "propput") if k in known), "method")
         parameters = [self.parameter(text, line.place)
                       for text in split_outside(match.group("parameters"))]
-        if kind == "propget" and [p.directions for p in parameters] != [("out", "retval")]:
-            raise DefinitionError(line.place, "a propget takes one [out, retval] parameter")
-        if kind == "propput" and [p.directions for p in parameters] != [("in",)]:
-            raise DefinitionError(line.place, "a propput takes one [in] parameter")
+        directions = [p.directions for p in parameters]
+        last = {"propget": [("out", "retval")], "propput": [("in",)]}.get(kind)
+        if last and (directions[-1:] != last or not set(directions[:-1]) <= {("in",)}):
+            raise DefinitionError(line.place, f"a {kind} takes [in] parameters and, last, one "
+                                  f"[{', '.join(last[0])}]")
         if any(p.is_retval for p in parameters[:-1]):
             raise DefinitionError(line.place, "retval must be the last parameter")
         return Member(line.place, line.text, match.group("name"), int(known["id"], 0), kind,
