@@ -2,6 +2,7 @@
 
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/text.h"
 #include "document_backend.h"
@@ -120,6 +121,13 @@ class ConfigNodes {
   /// node of the path has, not merely the first node's.
   /// @param key without its leading slash; may be a path of its own, "FontStyle/Name"
   ConfigElement First(std::string_view key) const { return ConfigElement(nodes_.First(key)); }
+
+  /// The elements that selecting "<node path>/*" gives: all that any node of the path has.
+  std::vector<ConfigElement> Children() const {
+    std::vector<ConfigElement> children;
+    for (backend::Element& child : nodes_.Children()) children.emplace_back(std::move(child));
+    return children;
+  }
 
  private:
   backend::Nodes nodes_;

@@ -20,19 +20,19 @@ bool IsName(const std::string& name) {
   return !name.empty();
 }
 
-void CheckName(std::string_view name) {
+std::u16string ToUtf16(TextView text) { return std::u16string(text.begin(), text.end()); }
+
+}  // namespace
+
+void CheckElementName(std::string_view name) {
   if (!IsName(std::string(name)))
     throw ComError(E_INVALIDARG, "\"" + std::string(name) +
                                      "\" cannot name an XML element: use letters, digits, - and _, "
                                      "and a letter first");
 }
 
-std::u16string ToUtf16(TextView text) { return std::u16string(text.begin(), text.end()); }
-
-}  // namespace
-
 AppendedElement AppendedElement::Append(std::string_view name, TextView text) {
-  CheckName(name);
+  CheckElementName(name);
   return AppendedElement(element_->Append(name, ToUtf16(text)));
 }
 
@@ -40,7 +40,7 @@ namespace backend {
 
 AppendedElement AppendTo(xml::Editor& editor, xml::NodeIndex parent, std::string_view name,
                          TextView text) {
-  CheckName(name);
+  CheckElementName(name);
   return AppendedElement(editor.Append(parent, name, ToUtf16(text)));
 }
 
@@ -68,7 +68,7 @@ void RefuseToOverwrite(TextView file, const LoadFailure& failure) {
 }
 
 std::string BytesOfNewDocument(std::string_view root_name) {
-  CheckName(root_name);
+  CheckElementName(root_name);
   return "<?xml version='1.0' encoding='UTF-8'?>\r\n<" + std::string(root_name) + "/>\r\n";
 }
 

@@ -8,6 +8,10 @@
 
 namespace sab {
 
+/// Raises ComError(E_INVALIDARG) for what cannot name an element. A prefix is not allowed.
+/// @param name UTF-8
+void CheckElementName(std::string_view name);
+
 /// An element that the next Save of its document will add. It can be given children; it is not
 /// part of the loaded document and cannot be read. Lives no longer than its document.
 class AppendedElement {

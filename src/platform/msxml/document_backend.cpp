@@ -71,8 +71,8 @@ LoadFailure FailureOf(IXMLDOMDocument* document) {
   return failure;
 }
 
-// Our own reader tells the place and the reason of what is not well-formed, and why a file cannot be
-// read, where the DOM says little.
+// Our own reader tells the place and the reason of what is not well-formed, and why a file cannot
+// be read, where the DOM says little.
 void Explain(TextView file, LoadFailure& failure) {
   std::string reason;
   std::optional<std::string> bytes = ReadFileBytes(file, reason);
@@ -208,6 +208,8 @@ Element Nodes::First(std::string_view key) const {
   return document_->Select(path);
 }
 
+std::vector<Element> Nodes::Children() const { return document_->SelectElements(path_ + L"/*"); }
+
 void Document::CheckCall(HRESULT result, std::string_view operation) const {
   if (SUCCEEDED(result)) return;
   std::string message = ToUtf8(file_) + ": " + std::string(operation) + " failed";
@@ -286,6 +288,19 @@ Element Document::Select(TextView path) {
     CheckCall(list->nextNode(node.Put()), operation);
   } while (node && !IsElement(node.Get()));
   return Element(this, std::move(node));
+}
+
+std::vector<Element> Document::SelectElements(TextView path) {
+  const std::string operation = "selecting \"" + ToUtf8(path) + "\"";
+  ComPtr<IXMLDOMNodeList> list;
+  CheckCall(document_->selectNodes(Bstr(path).Get(), list.Put()), operation);
+  std::vector<Element> elements;
+  for (;;) {
+    ComPtr<IXMLDOMNode> node;
+    CheckCall(list->nextNode(node.Put()), operation);
+    if (!node) return elements;
+    if (IsElement(node.Get())) elements.emplace_back(this, std::move(node));
+  }
 }
 
 Element Document::Select(std::string_view ascii_path) {

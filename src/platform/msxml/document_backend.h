@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/bstr.h"
 #include "base/com_ptr.h"
@@ -74,6 +75,7 @@ class Nodes {
   Nodes(Document* document, TextView node_path) : document_(document), path_(node_path) {}
 
   Element First(std::string_view key) const;
+  std::vector<Element> Children() const;
 
  private:
   Document* document_;
@@ -92,6 +94,7 @@ class Document {
   Element Root();
   Element Select(TextView path);
   Element Select(std::string_view ascii_path);
+  std::vector<Element> SelectElements(TextView path);
   Nodes SelectAll(TextView node_path) { return Nodes(this, node_path); }
   void Save(TextView file);
 

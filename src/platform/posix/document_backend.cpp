@@ -48,6 +48,21 @@ Element Nodes::First(std::string_view key) const {
   return document_->Select(path_ + '/' + std::string(key));
 }
 
+std::vector<Element> Nodes::Children() const {
+  std::vector<Element> children;
+  if (parents_) {
+    for (const xml::NodeIndex parent : *parents_) {
+      for (Element child = Element(document_, parent).FirstChild(); child;
+           child.MoveToNextSibling())
+        children.push_back(child);
+    }
+  } else {
+    for (const xml::NodeIndex node : document_->SelectElements(path_ + "/*"))
+      children.emplace_back(document_, node);
+  }
+  return children;
+}
+
 void Document::Clear() {
   editor_.reset();
   document_.reset();
@@ -82,16 +97,28 @@ void Document::Create(std::string_view root_name) {
   is_new_ = true;
 }
 
-Element Document::Select(std::string_view path) {
+template <class Selector>
+auto Document::Selecting(std::string_view path, const Selector& select) const {
   try {
-    if (document_) return Element(this, xml::SelectFirst(*document_, path));
     // Whether a path is well-formed does not depend on there being a document.
-    xml::SelectFirst(xml::Document("<none/>"), path);
-    return Element();
+    return document_ ? select(*document_) : select(xml::Document("<none/>"));
   } catch (const xml::Error& error) {
     throw ComError(E_FAIL, ToUtf8(file_) + ": selecting \"" + std::string(path) +
                                "\" failed: " + error.what());
   }
+}
+
+Element Document::Select(std::string_view path) {
+  const xml::NodeIndex found = Selecting(
+      path, [path](const xml::Document& document) { return xml::SelectFirst(document, path); });
+  return document_ ? Element(this, found) : Element();
+}
+
+std::vector<xml::NodeIndex> Document::SelectElements(std::string_view path) const {
+  auto found = Selecting(
+      path, [path](const xml::Document& document) { return xml::SelectAll(document, path); });
+  if (!document_) found.clear();
+  return found;
 }
 
 xml::Editor& Document::Editor() {

@@ -52,6 +52,7 @@ class Nodes {
   Nodes(Document* document, TextView node_path);
 
   Element First(std::string_view key) const;
+  std::vector<Element> Children() const;
 
  private:
   Document* document_;
@@ -74,6 +75,7 @@ class Document {
   Element Root() { return document_ ? Element(this, document_->Root()) : Element(); }
   Element Select(TextView path) { return Select(std::string_view(ToUtf8(path))); }
   Element Select(std::string_view path);
+  std::vector<xml::NodeIndex> SelectElements(std::string_view path) const;
   Nodes SelectAll(TextView node_path) { return Nodes(this, node_path); }
   void Save(TextView file);
 
@@ -83,6 +85,9 @@ class Document {
   xml::Editor& Editor();
 
  private:
+  // Runs what selects; a failure names the file and the path.
+  template <class Selector>
+  auto Selecting(std::string_view path, const Selector& select) const;
   void Clear();
 
   std::optional<xml::Document> document_;
