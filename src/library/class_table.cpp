@@ -1,3 +1,5 @@
+#include <sabxml/custom_print.h>
+
 #include "common/component.h"
 #include "framework/app_parser.h"
 #include "framework/cmd_parser.h"
@@ -9,6 +11,13 @@
 #include "framework/user_interface/ui_parser.h"
 #include "server/class_entry.h"
 #include "settings/auto_update_admin_cfg_parser.h"
+#include "settings/display_cfg_parser.h"
+#include "settings/file_bale_cfg_parser.h"
+#include "settings/file_path_cfg_parser.h"
+#include "settings/named_value_groups.h"
+#include "settings/select_cfg_parser.h"
+#include "settings/sys_parameter_cfg_parser.h"
+#include "settings/txt_parser.h"
 
 namespace sab {
 namespace {
@@ -33,6 +42,19 @@ constexpr ClassEntry UiRow() {
   return row;
 }
 
+// Its registered identifier is not that of the type library.
+constexpr ClassEntry CustomPrintRow() {
+  ClassEntry row = Row<CVeCustomPTParser>(Registration::kClassIdOnly);
+  row.clsid = &CLSID_VeCustomPTParserRegistered;
+  return row;
+}
+
+constexpr ClassEntry FileBaleRow() {
+  ClassEntry row = Row<CVeFileBaleCfgParser>(Registration::kClassIdOnly);
+  row.registered_description = "VePrsFileBaleCfg Class";
+  return row;
+}
+
 using enum Registration;
 
 // In the order in which the classes are registered.
@@ -54,6 +76,15 @@ constexpr ClassEntry kClasses[] = {
     Row<CVeEnvParser>(kWithProgIds),
     Row<CVeCmdParser>(kWithProgIds),
     Row<CVePrsAccelGroup>(kWithProgIds),
+    Row<CVeDisplayCfgParser>(kWithProgIds),
+    Row<CVeDWGInterfaceCfgParser>(kWithProgIds),
+    Row<CVeFileAttributeCfgParser>(kWithProgIds),
+    Row<CVeFilePathCfgParser>(kWithProgIds),
+    Row<CVeProductCfgParser>(kWithProgIds),
+    Row<CVeSelectCfgParser>(kWithProgIds),
+    Row<CVeSysParameterCfgParser>(kWithProgIds),
+    Row<CVeSmartPosCfgParser>(kWithProgIds),
+    Row<CVeSmartPosParaParser>(kWithProgIds),
     Row<CVePrsConfigColl>(kWithProgIds),
     Row<CVePrsConfig>(kWithProgIds),
     Row<CVePrsOpenFileType>(kWithProgIds),
@@ -81,8 +112,16 @@ constexpr ClassEntry kClasses[] = {
     Row<CVePrsMenuItemColl>(kWithProgIds),
     Row<CVePrsPromptColl>(kWithProgIds),
     Row<CVePrsToolBarColl>(kWithProgIds),
+    Row<CVeProjectionCfgParser>(kWithProgIds),
+    Row<CVeTxtParser>(kWithProgIds),
     Row<CVePrsCommandSearch>(kWithProgIds),
     AutoUpdateAdminRow(),
+    CustomPrintRow(),
+    Row<CVeBomcfgParser>(kClassIdOnly),
+    FileBaleRow(),
+    Row<CVePrsFileBaleSet>(kClassIdOnly),
+    Row<CVeStdMgrCfgParser>(kClassIdOnly),
+    Row<CVePrsFileBaleColl>(kNone),
     Row<CVePrsCommandImage>(kNone),
     Row<CVePrsCommandImageColl>(kNone),
     // clang-format on

@@ -1,0 +1,79 @@
+#include "settings/file_bale_cfg_parser.h"
+
+#include "server/component_creator.h"
+
+namespace sab {
+namespace {
+
+constexpr char kSetFailed[] = "A set of the packing of files could not be read or filled.";
+
+// The sets may be objects of the host's own, so they are only known by their interface.
+ComPtr<IVePrsFileBaleSet> SetFrom(const ConfigElement& element, ComponentCreator& creator) {
+  auto set = creator.Create<coclass::VePrsFileBaleSet>();
+  Text text;
+  Check(set->put_Name(Bstr(element.ReadLocalName(text)).Get()), kSetFailed);
+  NamedValues values;
+  std::vector<ConfigElement> children;
+  for (const ConfigElement child : element.Children()) children.push_back(child);
+  values.Read(children);
+  for (std::size_t i = 0; i < values.Count(); ++i) {
+    Check(set->put_Value(Bstr(values.NameAt(i)).Get(), Bstr(values.ValueAt(i)).Get()), kSetFailed);
+  }
+  return set;
+}
+
+void Write(IVePrsFileBaleSet& set, ConfigElement& node) {
+  Bstr name;
+  INT count = 0;
+  Check(set.get_Name(name.Put()), kSetFailed);
+  Check(set.get_ValueCount(&count), kSetFailed);
+  AppendedElement element = node.Append(ToUtf8(name.View()));
+  for (INT i = 0; i < count; ++i) {
+    Bstr value_name;
+    Bstr value;
+    Check(set.get_ValueName(i, value_name.Put()), kSetFailed);
+    Check(set.get_Value(value_name.Get(), value.Put()), kSetFailed);
+    element.Append(ToUtf8(value_name.View()), value.View());
+  }
+}
+
+}  // namespace
+
+HRESULT CVePrsFileBaleSet::put_Name(BSTR newVal) {
+  return Guarded([&] {
+    CheckElementName(ToUtf8(Bstr::ViewOf(newVal)));
+    name_ = Bstr::CopyOf(newVal);
+  });
+}
+
+CVeFileBaleCfgParser::CVeFileBaleCfgParser()
+    : bales_(ComponentCreator().TryCreate<coclass::VePrsFileBaleColl>()) {}
+
+HRESULT CVeFileBaleCfgParser::GetFileBales(IVePrsFileBaleColl** o_ppFileBales) {
+  return GetField(bales_, o_ppFileBales);
+}
+
+void CVeFileBaleCfgParser::WriteMore(ConfigElement& node) {
+  if (!bales_) return;
+  LONG_PTR position = 0;
+  Check(bales_->GetHeadPosition(&position), kSetFailed);
+  while (position != 0) {
+    ComPtr<IVePrsFileBaleSet> set;
+    Check(bales_->GetNext(&position, set.Put()), kSetFailed);
+    if (set) Write(*set, node);
+  }
+}
+
+void CVeFileBaleCfgParser::ReadMore(const std::vector<ConfigElement>& elements) {
+  if (!bales_) return;
+  ComponentCreator creator;
+  std::vector<ComPtr<IVePrsFileBaleSet>> sets;
+  for (const ConfigElement& element : elements) {
+    if (!IsLeaf(element)) sets.push_back(SetFrom(element, creator));
+  }
+  if (sets.empty()) return;
+  Check(bales_->RemoveAll(), kSetFailed);
+  for (const auto& set : sets) Check(bales_->AddTail(set.Get(), nullptr), kSetFailed);
+}
+
+}  // namespace sab

@@ -1,0 +1,61 @@
+#include "settings/retained_styles.h"
+
+namespace sab {
+namespace {
+
+// By type; "GeoMetricalSteyle" and "itemNo.Style" are how the files spell them.
+constexpr std::array<std::string_view, RetainedStyles::kTypes> kElements = {
+    "Layer",
+    "LineType",
+    "TextStyle",
+    "DimStyle",
+    "LeadLineStyle",
+    "GeoMetricalSteyle",
+    "SurfaceFinishStyle",
+    "WeldingSymbolStyle",
+    "DatumSymbolStyle",
+    "SectionLineStyle",
+    "itemNo.Style",
+    "BomStyle",
+};
+constexpr std::string_view kValue = "Value";
+
+}  // namespace
+
+void RetainedStyles::List::Assign(std::vector<Bstr> new_names) {
+  std::vector<BSTR> new_places;
+  for (const Bstr& name : new_names) new_places.push_back(name.Get());
+  names = std::move(new_names);
+  places = std::move(new_places);
+  info = {static_cast<ULONG>(places.size()), places.data()};
+}
+
+void RetainedStyles::Replace(INT type, const VeRetainStyleInfo& info) {
+  std::vector<Bstr> names;
+  for (ULONG i = 0; i < info.count; ++i) names.emplace_back(Bstr::ViewOf(info.names[i]));
+  lists_[static_cast<std::size_t>(type - 1)].Assign(std::move(names));
+}
+
+void RetainedStyles::Read(const ConfigElement& element, Text& scratch) {
+  std::array<bool, kTypes> is_read{};
+  for (const ConfigElement child : element.Children()) {
+    for (std::size_t i = 0; i < kElements.size(); ++i) {
+      if (is_read[i] || !child.Is(kElements[i])) continue;
+      std::vector<Bstr> names;
+      for (const ConfigElement value : child.Children()) {
+        if (value.Is(kValue)) names.emplace_back(value.ReadText(scratch));
+      }
+      lists_[i].Assign(std::move(names));
+      is_read[i] = true;
+    }
+  }
+}
+
+void RetainedStyles::Write(AppendedElement element) const {
+  for (std::size_t i = 0; i < kElements.size(); ++i) {
+    AppendedElement list = element.Append(kElements[i]);
+    for (const Bstr& name : lists_[i].names) list.Append(kValue, name.View());
+  }
+}
+
+}  // namespace sab

@@ -1,0 +1,36 @@
+#include "settings/settings_table.h"
+
+namespace sab {
+
+void LoadSettings(std::span<const SettingsRow> rows, void* fields, ConfigDocument& document,
+                  TextView node_path) {
+  const ConfigNodes nodes = document.SelectAll(node_path);
+  Text scratch;
+  for (const SettingsRow& row : rows) {
+    if (!row.IsLoaded()) continue;
+    if (const ConfigElement element = nodes.First(row.key)) {
+      if (row.read) {
+        row.read(fields, element, scratch);
+      } else {
+        row.parse(fields, element.ReadText(scratch));
+      }
+    } else if (!row.text_when_missing.empty()) {
+      scratch.clear();
+      AppendAscii(scratch, row.text_when_missing);
+      row.parse(fields, scratch);
+    }
+  }
+}
+
+void AppendSettings(std::span<const SettingsRow> rows, const void* fields, ConfigElement element) {
+  for (const SettingsRow& row : rows) {
+    if (!row.IsSaved()) continue;
+    if (row.write) {
+      row.write(fields, element.Append(row.key));
+    } else {
+      element.Append(row.key, row.format(fields));
+    }
+  }
+}
+
+}  // namespace sab

@@ -1,0 +1,203 @@
+#include "settings/sys_parameter_cfg_parser.h"
+
+#include "settings/indexes.h"
+
+namespace sab {
+namespace {
+
+const VeRetainStyleInfo* InfoOf(ULONG_PTR handle) {
+  return reinterpret_cast<const VeRetainStyleInfo*>(handle);
+}
+
+// Hands out two texts or none.
+HRESULT HandOut(const Bstr& first, BSTR* first_out, const Bstr& second, BSTR* second_out) {
+  if (!first_out || !second_out) return E_POINTER;
+  Bstr first_copy(first);
+  Bstr second_copy(second);
+  *first_out = first_copy.Detach();
+  *second_out = second_copy.Detach();
+  return S_OK;
+}
+
+template <class List>
+const auto& At(const List& list, INT index) {
+  return list[static_cast<std::size_t>(index)];
+}
+
+}  // namespace
+
+using F = SysParameterCfgFields;
+
+std::span<const SettingsRow> SysParameterCfgFields::Rows() {
+  static constexpr SettingsRow kRows[] = {
+      Setting<&F::TempPrefix>("TempPrefix").OnlySaved(),
+      Setting<&F::CmdInputHistoryMax>("CmdInputHistoryMax").OnlySaved(),
+      Setting<&F::MaxReal>("MaxReal"),
+      Setting<&F::FilePolicy>("FilePolicy"),
+      Setting<&F::FilePathNamePolicy>("FilePathNamePolicy"),
+      Setting<&F::DefSaveFormat>("DefSaveFormat"),
+      Flag<&F::GenBakupFile>("GenBakupFile"),
+      Flag<&F::UpdateView>("UpdateView"),
+      Setting<&F::DefChsFont>("DefChsFont"),
+      Setting<&F::DefWestFont>("DefWestFont"),
+      Setting<&F::DefFileName>("DefFileName"),
+      Setting<&F::SaveStep>("SaveStep"),
+      Setting<&F::UndoRedoTimes>("UndoRedoTimes").OnlySaved(),
+      Flag<&F::MergeStyle>("MergeStyle"),
+      Flag<&F::MergeBlock>("MergeBlock"),
+      Flag<&F::MergeScale>("MergeScale"),
+      Flag<&F::AutoLayer>("AutoLayer"),
+      Flag<&F::AutoNameBlock>("AutoNameBlock"),
+      Setting<&F::SymbolOfDetailView>("SymbolOfDetailView"),
+      Flag<&F::IsHideNewEntity>("HideNewEntity").Of("IsHideNewEntity"),
+      FlagUnlessZero<&F::merges_same_style>("MergeSameStyle")
+          .Of("SetIsMergeSameStyle")
+          .WhenMissing("-1"),
+      Structure<&F::retained_styles>("RetainStyle").Of("SetRetainStyleInfo"),
+      Structure<&F::match_rules>("AllMatchRule").Of("InsertMatchRule"),
+      Flag<&F::ShowCfgStyleAtStart>("ShowCfgStyleAtStart"),
+      Setting<&F::OLEExport>("OLEExport"),
+      Flag<&F::UseDefTitleTpl>("UseDefTitleTpl"),
+      Flag<&F::UseDefDKLTpl>("UseDefDKLTpl"),
+      Flag<&F::UseDefBKLTpl>("UseDefBKLTpl"),
+      Setting<&F::DefTitleTpl>("DefTitleTpl"),
+      Setting<&F::DefDKLTpl>("DefDKLTpl"),
+      Setting<&F::DefBKLTpl>("DefBKLTpl"),
+      Setting<&F::ParaTableNameStrategy>("ParaTableNameStrategy"),
+      Setting<&F::DefTitleName>("DefTitleName"),
+      Setting<&F::DefDKLName>("DefDKLName"),
+      Setting<&F::DefBKLName>("DefBKLName"),
+      Structure<&F::automatic_layers>("AllAutoLayerRule").Of("AddAutoLayerPair"),
+      Flag<&F::IsOleExpByOpClr>("IsOleExpByOpClr"),
+      Flag<&F::IsChangeImage>("IsChangeImage"),
+      Flag<&F::IsCheckDimDispData>("IsCheckDimDispData"),
+      Setting<&F::DefStandard>("DefStandard"),
+      Setting<&F::CurStandard>("CurStandard"),
+      Flag<&F::SymPrevComboCtlProp>("IsSymPrevDlgComBoReadOnly").Of("SymPrevComboCtlProp"),
+      Structure<&F::visual_styles>("ProductVisualStyles").Of("AddVisualStylePair"),
+      Setting<&F::DefVisualStyle>("DefVisualStyleID").Of("DefVisualStyle").OnlyLoaded(),
+      Setting<&F::WeldDialogStyle>("WeldDialogStyle"),
+      Setting<&F::ToleDialogStyle>("ToleDialogStyle"),
+      Flag<&F::PDFOSnapFlag>("PDFOSnapFlag"),
+  };
+  return kRows;
+}
+
+CVeSysParameterCfgParser::CVeSysParameterCfgParser() { fields.automatic_layers.Seed(); }
+
+// --- Match rules ---
+
+HRESULT CVeSysParameterCfgParser::get_MatchKeyCount(INT* o_iKeyCount) {
+  return GetField(CountOf(fields.match_rules.Entries()), o_iKeyCount);
+}
+
+HRESULT CVeSysParameterCfgParser::get_MatchValueCount(INT i_iKeyNum, INT* o_iValueCount) {
+  const auto& entries = fields.match_rules.Entries();
+  if (!IsIndexOf(entries, i_iKeyNum)) return Fail(E_INVALIDARG, OutsideMessage(entries, i_iKeyNum));
+  return GetField(CountOf(At(entries, i_iKeyNum).values), o_iValueCount);
+}
+
+HRESULT CVeSysParameterCfgParser::get_MatchRuleAt(INT i_iKeyIndex, INT i_iValueIndex, BSTR* o_bsKey,
+                                                  BSTR* o_bsValue) {
+  const auto& entries = fields.match_rules.Entries();
+  if (!IsIndexOf(entries, i_iKeyIndex)) {
+    return Fail(E_INVALIDARG, OutsideMessage(entries, i_iKeyIndex));
+  }
+  const auto& [key, values] = At(entries, i_iKeyIndex);
+  if (!IsIndexOf(values, i_iValueIndex)) {
+    return Fail(E_INVALIDARG, OutsideMessage(values, i_iValueIndex));
+  }
+  return Guarded([&, &first = key, &second = At(values, i_iValueIndex)] {
+    return HandOut(first, o_bsKey, second, o_bsValue);
+  });
+}
+
+HRESULT CVeSysParameterCfgParser::InsertMatchRule(BSTR i_bsKey, BSTR i_bsValue) {
+  return Guarded(
+      [&] { fields.match_rules.Insert(Bstr::ViewOf(i_bsKey), Bstr::ViewOf(i_bsValue)); });
+}
+
+HRESULT CVeSysParameterCfgParser::DelMatchRule(BSTR i_bsKey, BSTR i_bsValue) {
+  return Guarded(
+      [&] { fields.match_rules.Remove(Bstr::ViewOf(i_bsKey), Bstr::ViewOf(i_bsValue)); });
+}
+
+HRESULT CVeSysParameterCfgParser::RemoveAllMatchRule() {
+  fields.match_rules.Clear();
+  return S_OK;
+}
+
+// --- Automatic layers ---
+
+HRESULT CVeSysParameterCfgParser::AddAutoLayerPair(GUID i_idObj, BSTR i_bsLayerName) {
+  return Guarded([&] { fields.automatic_layers.Add(i_idObj, Bstr::ViewOf(i_bsLayerName)); });
+}
+
+HRESULT CVeSysParameterCfgParser::GetAutoLayerPairCount(INT* o_iCount) {
+  return GetField(CountOf(fields.automatic_layers.Pairs()), o_iCount);
+}
+
+HRESULT CVeSysParameterCfgParser::GetAutoLayerPair(INT iCount, GUID* o_pID, BSTR* o_pbsLayerName) {
+  const auto& pairs = fields.automatic_layers.Pairs();
+  if (!IsIndexOf(pairs, iCount)) return Fail(E_INVALIDARG, OutsideMessage(pairs, iCount));
+  if (!o_pID) return E_POINTER;
+  const HRESULT result = GetField(At(pairs, iCount).layer, o_pbsLayerName);
+  if (SUCCEEDED(result)) *o_pID = At(pairs, iCount).entity_class;
+  return result;
+}
+
+HRESULT CVeSysParameterCfgParser::ClearAutoLayerPair() {
+  fields.automatic_layers.Clear();
+  return S_OK;
+}
+
+// --- Retained styles ---
+
+HRESULT CVeSysParameterCfgParser::GetRetainStyleInfo(INT i_iStyleType, ULONG_PTR* o_spStyleInfo) {
+  if (!o_spStyleInfo) return E_POINTER;
+  if (RetainedStyles::IsType(i_iStyleType)) {
+    *o_spStyleInfo = reinterpret_cast<ULONG_PTR>(&fields.retained_styles.OfType(i_iStyleType));
+  }
+  return S_OK;
+}
+
+HRESULT CVeSysParameterCfgParser::SetRetainStyleInfo(INT i_iStyleType, ULONG_PTR i_pStyleInfo) {
+  if (!RetainedStyles::IsType(i_iStyleType)) return S_OK;
+  const VeRetainStyleInfo* const info = InfoOf(i_pStyleInfo);
+  if (!info || (info->count > 0 && !info->names)) return E_POINTER;
+  return Guarded([&] { fields.retained_styles.Replace(i_iStyleType, *info); });
+}
+
+// --- Merging of styles ---
+
+HRESULT CVeSysParameterCfgParser::GetIsMergeSameStyle(VARIANT_BOOL* o_pbVal) {
+  return GetField(fields.merges_same_style, o_pbVal);
+}
+
+HRESULT CVeSysParameterCfgParser::SetIsMergeSameStyle(VARIANT_BOOL i_vbVal) {
+  return PutField(fields.merges_same_style, i_vbVal);
+}
+
+// --- Visual styles ---
+
+HRESULT CVeSysParameterCfgParser::GetVisualStylePairCount(INT* pVal) {
+  return GetField(CountOf(fields.visual_styles.Pairs()), pVal);
+}
+
+HRESULT CVeSysParameterCfgParser::AddVisualStylePair(BSTR i_bsVisualStyleID,
+                                                     BSTR i_bsVisualStyleName) {
+  return Guarded([&] {
+    fields.visual_styles.Add(Bstr::ViewOf(i_bsVisualStyleID), Bstr::ViewOf(i_bsVisualStyleName));
+  });
+}
+
+HRESULT CVeSysParameterCfgParser::GetVisualStylePair(INT iIndex, BSTR* o_pbsVisualStyleID,
+                                                     BSTR* o_pbsVisualStyleName) {
+  const auto& pairs = fields.visual_styles.Pairs();
+  if (!IsIndexOf(pairs, iIndex)) return Fail(E_INVALIDARG, OutsideMessage(pairs, iIndex));
+  return Guarded([&, &pair = At(pairs, iIndex)] {
+    return HandOut(pair.id, o_pbsVisualStyleID, pair.name, o_pbsVisualStyleName);
+  });
+}
+
+}  // namespace sab
