@@ -1,8 +1,8 @@
 #pragma once
 
-/// The component runtime: the Windows SDK's headers there, this project's own runtime elsewhere. The
-/// names, constants, results and binary layouts are the same, so that one client source serves both.
-/// Only wide literals differ; write them with OLESTR().
+/// The component runtime: the Windows SDK's headers there, this project's own runtime elsewhere.
+/// The names, constants, results and binary layouts are the same, so that one client source serves
+/// both. Only wide literals differ; write them with OLESTR().
 
 #if defined(_WIN32)
 

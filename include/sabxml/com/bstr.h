@@ -2,8 +2,9 @@
 
 #include "types.h"
 
-// Automation strings: UTF-16 text with its length in the four bytes before it and a zero behind it. A
-// null string is a legal empty one. Embedded zeros are kept. All functions are safe on any thread.
+// Automation strings: UTF-16 text with its length in the four bytes before it and a zero behind it.
+// A null string is a legal empty one. Embedded zeros are kept. All functions are safe on any
+// thread.
 
 extern "C" {
 /// A copy of a text up to its zero; null for null, and when there is no memory.

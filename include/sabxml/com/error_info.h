@@ -2,7 +2,8 @@
 
 #include "unknown.h"
 
-// Rich error information: an object a thread, set by the component that fails and taken by the caller.
+// Rich error information: an object a thread, set by the component that fails and taken by the
+// caller.
 
 struct IErrorInfo : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE GetGUID(GUID* guid) = 0;

@@ -3,11 +3,12 @@
 #include "result.h"
 #include "types.h"
 
-// The registry: a tree of keys with named values, kept as a text file that people can read and edit.
-// The file is the one that the environment variable SABCOM_REGISTRY names, or sabcom/registry.reg
-// below XDG_DATA_HOME (by default ~/.local/share). Key and value names are compared without regard
-// to case. What is written reaches the file as one step when the last open key is closed, or at
-// RegFlushKey; programs that write at the same time do not lose each other's keys.
+// The registry: a tree of keys with named values, kept as a text file that people can read and
+// edit. The file is the one that the environment variable SABCOM_REGISTRY names, or
+// sabcom/registry.reg below XDG_DATA_HOME (by default ~/.local/share). Key and value names are
+// compared without regard to case. What is written reaches the file as one step when the last open
+// key is closed, or at RegFlushKey; programs that write at the same time do not lose each other's
+// keys.
 //
 // A file that cannot be read is never overwritten: every function then gives ERROR_BADDB, and the
 // thread's error object says why, with file and line.

@@ -6,15 +6,15 @@
 
 #define SUCCEEDED(result) (static_cast<HRESULT>(result) >= 0)
 #define FAILED(result) (static_cast<HRESULT>(result) < 0)
-#define HRESULT_CODE(result) ((result) & 0xFFFF)
+#define HRESULT_CODE(result) ((result)&0xFFFF)
 #define HRESULT_FACILITY(result) (((result) >> 16) & 0x1FFF)
-#define MAKE_HRESULT(severity, facility, code)                                               \
-  static_cast<HRESULT>(static_cast<std::uint32_t>(severity) << 31 |                          \
-                       static_cast<std::uint32_t>(facility) << 16 |                          \
+#define MAKE_HRESULT(severity, facility, code)                      \
+  static_cast<HRESULT>(static_cast<std::uint32_t>(severity) << 31 | \
+                       static_cast<std::uint32_t>(facility) << 16 | \
                        static_cast<std::uint32_t>(code))
-#define HRESULT_FROM_WIN32(error)                                                            \
-  (static_cast<LONG>(error) <= 0                                                             \
-       ? static_cast<HRESULT>(error)                                                         \
+#define HRESULT_FROM_WIN32(error)    \
+  (static_cast<LONG>(error) <= 0     \
+       ? static_cast<HRESULT>(error) \
        : static_cast<HRESULT>((static_cast<std::uint32_t>(error) & 0xFFFFU) | 0x80070000U))
 
 namespace sabcom {

@@ -39,14 +39,18 @@ void CoTaskMemFree(LPVOID memory);
 /// Looks a class up by its programmatic name, through CurVer where there is one.
 /// @return CO_E_CLASSSTRING for an unknown name
 HRESULT CLSIDFromProgID(LPCOLESTR prog_id, LPCLSID clsid);
-/// The class's ProgID in memory that the caller frees with CoTaskMemFree. @return REGDB_E_CLASSNOTREG
+/// The class's ProgID in memory that the caller frees with CoTaskMemFree. @return
+/// REGDB_E_CLASSNOTREG
 HRESULT ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* prog_id);
 
 /// The class object of a registered in-process server; its library is loaded when needed.
-/// @return CO_E_NOTINITIALIZED; REGDB_E_CLASSNOTREG; CO_E_DLLNOTFOUND with the loader's reason in the
+/// @return CO_E_NOTINITIALIZED; REGDB_E_CLASSNOTREG; CO_E_DLLNOTFOUND with the loader's reason in
+/// the
 ///         error object; CO_E_ERRORINDLL; whatever the library answers
-HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID reserved, REFIID riid, LPVOID* object);
-HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID riid, LPVOID* object);
+HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID reserved, REFIID riid,
+                         LPVOID* object);
+HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID riid,
+                         LPVOID* object);
 /// Unloads every library that says it is not in use.
 void CoFreeUnusedLibraries();
 
