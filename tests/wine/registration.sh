@@ -15,6 +15,8 @@ export_registry() {
   done
 }
 
+# Whatever an earlier run left.
+wine regsvr32 /s /u "$library" || true
 export_registry >"$scratch/before.txt"
 wine regsvr32 /s "$library"
 export_registry >"$scratch/registered.txt"
