@@ -40,7 +40,7 @@ inline constexpr std::array<std::uint8_t, 256> kClasses = [] {
   add(0x20, 0x7F, kPlainText | kPlainValue);
   add('\n', '\n', kPlainText | kPlainValue);
   add('\t', '\t', kPlainText | kPlainValue);
-  for (const unsigned c : {'<', '&'}) {
+  for (const unsigned c : {0x3CU, 0x26U}) {  // < and &
     classes[c] = static_cast<std::uint8_t>(classes[c] & ~(kPlainText | kPlainValue));
   }
   classes[static_cast<unsigned>(']')] =

@@ -448,7 +448,7 @@ class Reader {
       }
       nodes_[element].prefix_length = static_cast<std::uint16_t>(prefix.size() + 1);
       nodes_[element].flags |= kInNamespace;
-    } else if (namespaces_.IsUsed() && namespaces_.Find({}).value_or("") != "") {
+    } else if (namespaces_.IsUsed() && !namespaces_.Find({}).value_or("").empty()) {
       nodes_[element].flags |= kInNamespace;
     }
   }

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "settings/settings_table.h"
+
+namespace sab {
+
+/// The values of one settings group, whatever their struct is.
+using SettingsFields = std::unique_ptr<void, void (*)(void*)>;
+
+/// A settings group as those see it who describe or edit settings.
+struct SettingsGroup {
+  std::string_view class_name;  ///< of the parser, ASCII: "VeDisplayCfgParser"
+  std::string_view about;       ///< what the group is about, English
+  std::span<const SettingsRow> (*rows)();
+  SettingsFields (*make_fields)();  ///< values as a new parser has them
+};
+
+/// The groups whose keys are fixed.
+std::span<const SettingsGroup> SettingsGroups();
+/// The classes of the groups that keep whatever their files have.
+std::span<const std::string_view> NamedValueClasses();
+
+/// One of the groups with fixed keys; null for another class.
+const SettingsGroup* FindSettingsGroup(std::string_view class_name);
+
+}  // namespace sab
