@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <new>
-#include <string>
+#include <string_view>
 #include <utility>
 
 #include "base/com_ptr.h"
@@ -87,11 +89,7 @@ class ComponentBase : public CoclassType::Interface, private LiveObject {
   ComponentBase() = default;
   virtual ~ComponentBase() = default;
 
-  static std::string_view Source() {
-    static const std::string source = std::string("SabXmlParser.") + Coclass::kName;
-    return source;
-  }
-  static ErrorOrigin Origin() { return {Source(), &IdOf<Interface>()}; }
+  static ErrorOrigin Origin() { return {{kSource.data(), kSource.size()}, &IdOf<Interface>()}; }
 
   /// Runs the body of an interface method; see sab::Guard.
   template <class Body>
@@ -107,6 +105,16 @@ class ComponentBase : public CoclassType::Interface, private LiveObject {
 
  private:
   static void Delete(void* self) { delete static_cast<ComponentBase*>(self); }
+
+  // "SabXmlParser.VeAppParser", there already when memory has run out.
+  static constexpr auto kSource = [] {
+    constexpr std::string_view kModule = "SabXmlParser.";
+    constexpr std::string_view kClass = Coclass::kName;
+    std::array<char, kModule.size() + kClass.size()> source{};
+    std::copy(kClass.begin(), kClass.end(),
+              std::copy(kModule.begin(), kModule.end(), source.begin()));
+    return source;
+  }();
 
   ULONG references_ = 1;  // the creator's
 };

@@ -1,0 +1,235 @@
+// Saving while the system fails: whatever goes wrong, the file holds the old state or the new one.
+// The parsers are those linked into the tests, so that their calls of the system can be reached.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <new>
+#include <random>
+
+#include "config/temporary_folder.h"
+#include "platform/posix/file_calls.h"
+#include "server/created_object.h"
+#include "settings/display_cfg_parser.h"
+#include "settings/file_path_cfg_parser.h"
+#include "settings/settings_object.h"
+#include "settings/sys_parameter_cfg_parser.h"
+
+namespace {
+
+// Calls of operator new until one fails; negative for never.
+long allocations_until_failure = -1;
+
+void* Allocate(std::size_t size) {
+  if (allocations_until_failure >= 0 && allocations_until_failure-- == 0) {
+    allocations_until_failure = 0;  // and all that follow
+    throw std::bad_alloc();
+  }
+  if (void* const memory = std::malloc(size ? size : 1)) return memory;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace sab::testing {
+namespace {
+
+constexpr char kBefore[] = "<S>\n  <G>\n    <PtMode>4</PtMode>\n  </G>\n</S>\n";
+
+template <class Class>
+ComPtr<typename Class::Interface> Linked() {
+  ComPtr<typename Class::Interface> object;
+  EXPECT_EQ(S_OK,
+            CreateObject<Class>(nullptr, IdOf<typename Class::Interface>(), object.PutVoid()));
+  return object;
+}
+
+// The calls of the system that a save makes are counted, and one of them fails.
+struct Faults {
+  int calls = 0;
+  int failing = -1;
+
+  bool Strikes() { return calls++ == failing; }
+};
+Faults faults;
+FileCalls real_calls;
+
+template <class Result>
+Result Fail(int error) {
+  errno = error;
+  return static_cast<Result>(-1);
+}
+
+FileCalls FaultyCalls() {
+  FileCalls calls = real_calls;
+  calls.write = [](int file, const void* bytes, std::size_t size) -> ssize_t {
+    // Half of the bytes are written before the disk is full.
+    if (faults.Strikes()) return Fail<ssize_t>(ENOSPC);
+    return real_calls.write(file, bytes, size > 1 ? size / 2 : size);
+  };
+  calls.fchmod = [](int file, mode_t mode) {
+    return faults.Strikes() ? Fail<int>(EPERM) : real_calls.fchmod(file, mode);
+  };
+  calls.fsync = [](int file) { return faults.Strikes() ? Fail<int>(EIO) : real_calls.fsync(file); };
+  calls.close = [](int file) {
+    const int result = real_calls.close(file);
+    return faults.Strikes() ? Fail<int>(EIO) : result;
+  };
+  calls.rename = [](const char* from, const char* to) {
+    return faults.Strikes() ? Fail<int>(EROFS) : real_calls.rename(from, to);
+  };
+  return calls;
+}
+
+class SaveFaultsTest : public ::testing::Test {
+ protected:
+  SaveFaultsTest() { real_calls = CurrentFileCalls(); }
+  ~SaveFaultsTest() override {
+    CurrentFileCalls() = real_calls;
+    allocations_until_failure = -1;
+  }
+
+  template <class Parser>
+  HRESULT Save(Parser& parser) {
+    return parser->Save(name_.Get(), node_.Get());
+  }
+
+  TemporaryFolder folder_;
+  Bstr name_{folder_.Name("t.xml")};
+  Bstr node_{OLESTR("/S/G")};
+};
+
+TEST_F(SaveFaultsTest, EveryCallOfTheSystemMayFail) {
+  const auto parser = Linked<CVeFilePathCfgParser>();
+  EXPECT_EQ(S_OK, parser->put_DCBrowseHistory(Bstr(OLESTR("new")).Get()));
+  int failures = 0;
+  int late_failures = 0;
+  for (faults.failing = 0;; ++faults.failing) {
+    SCOPED_TRACE(faults.failing);
+    folder_.Write("t.xml", kBefore);
+    folder_.Write("BrowseHistory.xml", "<old/>");
+    faults.calls = 0;
+    CurrentFileCalls() = FaultyCalls();
+    const HRESULT result = Save(parser);
+    CurrentFileCalls() = real_calls;
+    EXPECT_EQ(2U, folder_.Entries().size());
+    if (faults.calls <= faults.failing) {
+      EXPECT_EQ(S_OK, result);
+      break;
+    }
+    const bool is_saved = folder_.Read("t.xml") != kBefore;
+    const bool is_history_saved = folder_.Read("BrowseHistory.xml") != "<old/>";
+    if (is_saved) {
+      EXPECT_NE(std::string::npos, ElementsOf(folder_.Name("t.xml"), "/S/G").find("FileSavePath="));
+    }
+    if (SUCCEEDED(result)) {
+      // Only what comes after the renaming: that the new name lasts through a power failure.
+      EXPECT_TRUE(is_saved && is_history_saved);
+      ++late_failures;
+    } else {
+      EXPECT_FALSE(is_history_saved);
+      const std::string description = TakeErrorDescription();
+      EXPECT_NE(std::string::npos, description.find(is_saved ? "BrowseHistory.xml" : "t.xml"))
+          << description;
+      ++failures;
+    }
+  }
+  EXPECT_GT(failures, 20);
+  EXPECT_EQ(2, late_failures);
+}
+
+TEST_F(SaveFaultsTest, EveryAllocationMayFail) {
+  const auto display = Linked<CVeDisplayCfgParser>();
+  const auto system = Linked<CVeSysParameterCfgParser>();
+  EXPECT_EQ(S_OK, system->InsertMatchRule(Bstr(OLESTR("k")).Get(), Bstr(OLESTR("v")).Get()));
+  for (IVeCfgParser* const parser :
+       {static_cast<IVeCfgParser*>(display.Get()), static_cast<IVeCfgParser*>(system.Get())}) {
+    long allocations = 0;
+    for (;; ++allocations) {
+      folder_.Write("t.xml", kBefore);
+      allocations_until_failure = allocations;
+      const HRESULT result = parser->Save(name_.Get(), node_.Get());
+      allocations_until_failure = -1;
+      if (result == S_OK) break;
+      ASSERT_EQ(E_OUTOFMEMORY, result) << allocations;
+      ASSERT_EQ(kBefore, folder_.Read("t.xml")) << allocations;
+      ASSERT_EQ(1U, folder_.Entries().size()) << allocations;
+    }
+    EXPECT_GT(allocations, 50);
+  }
+}
+
+TEST_F(SaveFaultsTest, EveryAllocationOfALoadMayFail) {
+  const auto system = Linked<CVeSysParameterCfgParser>();
+  EXPECT_EQ(S_OK, system->InsertMatchRule(Bstr(OLESTR("k")).Get(), Bstr(OLESTR("v")).Get()));
+  folder_.Write("t.xml", kBefore);
+  ASSERT_EQ(S_OK, Save(system));
+  long allocations = 0;
+  for (;; ++allocations) {
+    allocations_until_failure = allocations;
+    const HRESULT result = system->Load(name_.Get(), node_.Get());
+    allocations_until_failure = -1;
+    if (result == S_OK) break;
+    ASSERT_EQ(E_OUTOFMEMORY, result) << allocations;
+    INT keys = 0;  // what is not read yet stays, what is being read is not half there
+    EXPECT_EQ(S_OK, system->get_MatchKeyCount(&keys));
+    ASSERT_EQ(1, keys) << allocations;
+  }
+  EXPECT_GT(allocations, 20);
+}
+
+// Saves for ever; each save puts the same number into two keys that lie far apart.
+[[noreturn]] void SaveUntilKilled(BSTR file, BSTR node) {
+  const auto parser = Linked<CVeDisplayCfgParser>();
+  for (ULONG number = 1;; ++number) {
+    parser->put_ObscuredColor(number);
+    parser->put_LayoutBkColor(number);
+    if (FAILED(parser->Save(file, node))) _exit(1);
+  }
+}
+
+TEST_F(SaveFaultsTest, AWriterKilledAtAnyMomentLeavesAWholeFile) {
+  std::mt19937 random(7);
+  std::size_t saves = 0;
+  for (int round = 0; round < 200; ++round) {
+    folder_.Write("t.xml", "<S><G/></S>");
+    const pid_t writer = fork();
+    ASSERT_GE(writer, 0);
+    if (writer == 0) SaveUntilKilled(name_.Get(), node_.Get());
+    usleep(static_cast<useconds_t>(random() % 6000));
+    kill(writer, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(writer, waitpid(writer, &status, 0));
+    ASSERT_TRUE(WIFSIGNALED(status)) << "a save failed";
+
+    ConfigDocument document;
+    ASSERT_TRUE(document.Load(name_.View())) << document.Failure().Describe();
+    std::string first;
+    std::string second;
+    std::size_t keys = 0;
+    Text text;
+    for (const ConfigElement key : document.Select("/S/G").Children()) {
+      if (key.Is("ObscuredColor")) first += ToUtf8(key.ReadText(text)) + ' ';
+      if (key.Is("LayoutBkColor")) second += ToUtf8(key.ReadText(text)) + ' ';
+      ++keys;
+    }
+    ASSERT_EQ(first, second);
+    ASSERT_EQ(0U, keys % DisplayCfgFields::Rows().size());
+    saves += keys / DisplayCfgFields::Rows().size();
+  }
+  EXPECT_GT(saves, 100U);
+}
+
+}  // namespace
+}  // namespace sab::testing

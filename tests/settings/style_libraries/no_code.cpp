@@ -1,0 +1,1 @@
+// A library of resources still needs a source file.
