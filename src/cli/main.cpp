@@ -81,6 +81,7 @@ int Run(int argc, char** argv) {
   program.failure_message(UsageError);
   program.require_subcommand(1);
   program.fallthrough();
+  program.allow_windows_style_options(false);  // node paths begin with a slash
   Settings settings;
   AddSettings(program, settings);
   // The registry must be chosen before a command runs.

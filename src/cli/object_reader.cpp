@@ -1,6 +1,7 @@
 #include "object_reader.h"
 
 #include <algorithm>
+#include <charconv>
 #include <utility>
 
 #include "letter_case.h"
@@ -24,6 +25,22 @@ LONGLONG NumberOf(const VARIANT& value) {
   return SUCCEEDED(VariantChangeType(&number, &source, 0, VT_I8)) ? number.llVal : 0;
 }
 
+// The number that a person would write: 0.1 and not what is nearest to it in a float.
+double ShortestOf(float number) {
+  char text[32];
+  const std::to_chars_result end = std::to_chars(text, text + sizeof text, number);
+  double shortest = number;
+  std::from_chars(text, end.ptr, shortest);
+  return shortest;
+}
+
+// "o_pbsLayerName": "LayerName"
+std::string NameOfOutput(const std::string& parameter) {
+  std::size_t at = parameter.starts_with("o_") ? 2 : 0;
+  while (at < parameter.size() && parameter[at] >= 'a' && parameter[at] <= 'z') ++at;
+  return at < parameter.size() ? parameter.substr(at) : parameter;
+}
+
 Json ScalarOf(const VARIANT& value) {
   switch (value.vt) {
     case VT_BSTR:
@@ -35,7 +52,7 @@ Json ScalarOf(const VARIANT& value) {
       }
       return value.boolVal;
     case VT_R4:
-      return value.fltVal;
+      return ShortestOf(value.fltVal);
     case VT_R8:
       return value.dblVal;
     case VT_EMPTY:
@@ -69,6 +86,12 @@ std::vector<Json> ElementsOf(SAFEARRAY* array) {
   return elements;
 }
 
+std::size_t WidthOfNames(const std::vector<ReadableMember>& members) {
+  std::size_t width = 0;
+  for (const ReadableMember& member : members) width = std::max(width, member.name.size());
+  return width;
+}
+
 }  // namespace
 
 const ObjectReader::Shape& ObjectReader::ShapeOf(IDispatch& object) {
@@ -87,24 +110,23 @@ const ObjectReader::Shape& ObjectReader::ShapeOf(IDispatch& object) {
   const std::vector<MemberDescription> members = DescribeMembers(*info.Get());
   shape.is_collection = IsCollection(members);
   if (!shape.is_collection) shape.members = ReadableMembersOf(members);
-  for (const ReadableMember& member : shape.members) {
-    shape.name_width = std::max(shape.name_width, member.name.size());
-  }
+  shape.name_width = WidthOfNames(shape.members);
   return shapes_.emplace(identifier, std::move(shape)).first->second;
 }
 
-void ObjectReader::Enter(IDispatch& object, std::string_view name) {
+void ObjectReader::Enter(IDispatch& object, std::string_view name,
+                         const std::vector<ReadableMember>* selected) {
   const Shape& shape = ShapeOf(object);
   Frame frame;
   object.AddRef();
   frame.object = Reference<IDispatch>(&object);
   frame.shape = &shape;
-  frame.members = &shape.members;
+  frame.members = selected ? selected : &shape.members;
   if (shape.is_collection) {
     frame.position = Call(object, "GetHeadPosition", DISPATCH_METHOD);
     sink_.BeginList(name);
   } else {
-    sink_.BeginObject(name, shape.type, shape.name_width);
+    sink_.BeginObject(name, shape.type, selected ? WidthOfNames(*selected) : shape.name_width);
   }
   frames_.push_back(std::move(frame));
 }
@@ -124,7 +146,7 @@ void ObjectReader::Take(const Value& value, std::string_view name) {
     for (const Json& element : ElementsOf(variant.parray)) sink_.AddValue({}, element);
     sink_.End();
   } else if (variant.vt == VT_DISPATCH && variant.pdispVal) {
-    Enter(*variant.pdispVal, name);
+    Enter(*variant.pdispVal, name, nullptr);
   } else {
     sink_.AddValue(name, ScalarOf(variant));
   }
@@ -137,8 +159,8 @@ void ObjectReader::TakeCountedList(IDispatch& object, const ReadableMember& list
   std::size_t width = 0;
   for (const ParameterDescription& parameter : list.element.parameters) {
     if (parameter.is_in) continue;
-    names.push_back(parameter.name);
-    width = std::max(width, parameter.name.size());
+    names.push_back(NameOfOutput(parameter.name));
+    width = std::max(width, names.back().size());
   }
   std::vector<std::vector<Value>> elements;
   for (LONGLONG i = 0; i < count; ++i) {
@@ -179,10 +201,20 @@ void ObjectReader::TakeNamedValues(IDispatch& object, const ReadableMember& valu
   sink_.End();
 }
 
+// Late-bound clients get unsigned numbers above the signed ones as floating-point numbers.
+void ObjectReader::TakeValue(const Value& value, const ReadableMember& member) {
+  const std::string& type = member.member.result;
+  if (value.Get().vt == VT_R8 && type != "double" && type != "float") {
+    sink_.AddValue(member.name, NumberOf(value.Get()));
+  } else {
+    Take(value, member.name);
+  }
+}
+
 void ObjectReader::TakeMember(IDispatch& object, const ReadableMember& member) {
   switch (member.kind) {
     case ReadableMember::Kind::kValue:
-      Take(cli::Read(object, member.member).front(), member.name);
+      TakeValue(cli::Read(object, member.member).front(), member);
       return;
     case ReadableMember::Kind::kCountedList:
       TakeCountedList(object, member);
@@ -190,6 +222,12 @@ void ObjectReader::TakeMember(IDispatch& object, const ReadableMember& member) {
     case ReadableMember::Kind::kNamedValues:
       TakeNamedValues(object, member);
       return;
+    case ReadableMember::Kind::kNamedValue: {
+      std::vector<Value> named;
+      named.emplace_back(std::string_view(member.name));
+      Take(cli::Read(object, member.element, std::move(named)).front(), member.name);
+      return;
+    }
   }
 }
 
@@ -238,27 +276,25 @@ void ObjectReader::Step() {
   }
 }
 
-std::vector<ReadableMember> ObjectReader::Select(const Shape& shape,
-                                                 const std::vector<std::string>& names) {
-  std::vector<ReadableMember> selected;
-  for (const std::string& name : names) {
-    const auto found = std::find_if(
-        shape.members.begin(), shape.members.end(),
-        [&name](const ReadableMember& member) { return EqualNames(member.name, name); });
-    if (found == shape.members.end()) {
-      throw Failure(shape.type.substr(shape.type.starts_with('I') ? 1 : 0) +
-                    " has no value named " + name);
-    }
-    selected.push_back(*found);
+ReadableMember ObjectReader::MemberNamed(const Shape& shape, const std::string& name) {
+  for (const ReadableMember& member : shape.members) {
+    if (EqualNames(member.name, name)) return member;
   }
-  return selected;
+  for (const ReadableMember& member : shape.members) {
+    if (member.kind == ReadableMember::Kind::kNamedValues) {
+      return {ReadableMember::Kind::kNamedValue, name, {}, member.element, {}};
+    }
+  }
+  throw Failure(shape.type.substr(shape.type.starts_with('I') ? 1 : 0) + " has no value named " +
+                name);
 }
 
 void ObjectReader::Read(IDispatch& object, std::string_view name,
                         const std::vector<std::string>& only) {
-  const std::vector<ReadableMember> selected = Select(ShapeOf(object), only);
-  Enter(object, name);
-  if (!only.empty()) frames_.back().members = &selected;
+  const Shape& shape = ShapeOf(object);
+  std::vector<ReadableMember> selected;
+  for (const std::string& wanted : only) selected.push_back(MemberNamed(shape, wanted));
+  Enter(object, name, only.empty() ? nullptr : &selected);
   while (!frames_.empty()) Step();
 }
 

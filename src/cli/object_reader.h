@@ -19,8 +19,8 @@ class ObjectReader {
   explicit ObjectReader(TreeSink& sink) : sink_(sink) {}
 
   /// @param name what the sink is told as the object's name
-  /// @param only names of members of this object, in any letter case; empty for all.
-  ///             Raises Failure for a name that it does not have.
+  /// @param only names of values of this object, in any letter case; empty for all.
+  ///             Raises Failure for a name that it cannot have.
   void Read(IDispatch& object, std::string_view name, const std::vector<std::string>& only = {});
 
   /// What the objects refused to give: "UI: the reason (code)".
@@ -42,12 +42,13 @@ class ObjectReader {
   };
 
   const Shape& ShapeOf(IDispatch& object);
-  static std::vector<ReadableMember> Select(const Shape& shape,
-                                            const std::vector<std::string>& names);
-  void Enter(IDispatch& object, std::string_view name);
+  static ReadableMember MemberNamed(const Shape& shape, const std::string& name);
+  /// @param selected null for all members
+  void Enter(IDispatch& object, std::string_view name, const std::vector<ReadableMember>* selected);
   void Step();
   void StepMember(Frame& frame);
   void TakeMember(IDispatch& object, const ReadableMember& member);
+  void TakeValue(const Value& value, const ReadableMember& member);
   void TakeCountedList(IDispatch& object, const ReadableMember& list);
   void TakeNamedValues(IDispatch& object, const ReadableMember& values);
   void StepElement(Frame& frame);

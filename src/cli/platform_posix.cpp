@@ -3,10 +3,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 #include "automation.h"
 #include "platform.h"
@@ -42,20 +44,24 @@ class ScratchFolder {
   std::string path_;
 };
 
+// A key that holds others has no line of its own in the file.
 std::vector<std::string> RegistryLines() {
-  std::vector<std::string> lines;
+  std::set<std::string> lines;
   std::ifstream file(RegistryPath());
   std::string key;
   for (std::string line; std::getline(file, line);) {
     if (line.empty() || line.starts_with("Windows Registry")) continue;
     if (line.front() == '[') {
       key = line;
-      lines.push_back(key);
+      for (std::size_t at = key.find('\\'); at != std::string::npos;) {
+        at = key.find('\\', at + 1);
+        lines.insert(key.substr(0, std::min(at, key.size() - 1)) + "]");
+      }
     } else {
-      lines.push_back(key + " " + line);
+      lines.insert(key + " " + line);
     }
   }
-  return lines;
+  return {lines.begin(), lines.end()};
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ struct ReadableMember {
     kValue,        ///< one value, by one call without arguments
     kCountedList,  ///< a count, and a method that gives the values at an index
     kNamedValues,  ///< a count, names by index, and values by name
+    kNamedValue,   ///< one of these, by the name of this member
   };
 
   Kind kind = Kind::kValue;
