@@ -1,5 +1,7 @@
 #include <sabxml/com.h>
 
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <new>
@@ -8,30 +10,88 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/com/number.h"
-#include "platform/com/variant_types.h"
-
 // Conversions among automation values. They follow what the platform's conversions give in the
 // invariant locale: numbers are rounded to the nearest, halves to even; what does not fit is an
 // overflow; a text must be a number from end to end.
 
 namespace {
 
-using sabcom::Number;
+// A number between two types: a whole one of either sign, or a real one.
+struct Number {
+  enum class Kind { kSigned, kUnsigned, kReal } kind;
+  LONGLONG whole = 0;
+  ULONGLONG natural = 0;
+  double real = 0;
 
-std::u16string_view ViewOf(BSTR string) {
-  return string ? std::u16string_view(string, SysStringLen(string)) : std::u16string_view();
+  static Number Signed(LONGLONG value) { return {Kind::kSigned, value, 0, 0}; }
+  static Number Unsigned(ULONGLONG value) { return {Kind::kUnsigned, 0, value, 0}; }
+  static Number Real(double value) { return {Kind::kReal, 0, 0, value}; }
+
+  double AsReal() const {
+    switch (kind) {
+      case Kind::kSigned:
+        return static_cast<double>(whole);
+      case Kind::kUnsigned:
+        return static_cast<double>(natural);
+      default:
+        return real;
+    }
+  }
+  bool IsZero() const { return AsReal() == 0; }
+};
+
+bool IsSpace(OLECHAR c) {
+  return c == u' ' || (c >= u'\t' && c <= u'\r') || c == 0x00A0 || c == 0x3000;
 }
 
-std::optional<bool> ParseTruth(std::u16string_view text) {
-  if (text == u"#TRUE#") return true;
-  if (text == u"#FALSE#") return false;
-  std::u16string lower(text);
-  for (char16_t& c : lower) {
-    if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + (u'a' - u'A'));
+// The text as ASCII without the space around it; nothing if it holds other characters.
+std::optional<std::string> ToAscii(BSTR string) {
+  std::u16string_view text(string ? string : u"", SysStringLen(string));
+  while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsSpace(text.back())) text.remove_suffix(1);
+  std::string ascii;
+  for (const OLECHAR c : text) {
+    if (c == 0 || c > 0x7E) return std::nullopt;
+    ascii.push_back(static_cast<char>(c));
   }
-  if (lower == u"true") return true;
-  if (lower == u"false") return false;
+  return ascii;
+}
+
+std::optional<Number> ParseNumber(BSTR string) {
+  const std::optional<std::string> text = ToAscii(string);
+  if (!text || text->empty()) return std::nullopt;
+  const char* first = text->data();
+  const char* const last = first + text->size();
+  if (*first == '+') ++first;
+  // "inf", "nan" and a second sign are no numbers here.
+  const char* const digits =
+      first != last && *first == '-' && first == text->data() ? first + 1 : first;
+  if (digits == last || !(*digits == '.' || (*digits >= '0' && *digits <= '9')))
+    return std::nullopt;
+  LONGLONG whole = 0;
+  auto [end, error] = std::from_chars(first, last, whole);
+  if (error == std::errc() && end == last) return Number::Signed(whole);
+  ULONGLONG natural = 0;
+  const auto unsigned_result = std::from_chars(first, last, natural);
+  if (unsigned_result.ec == std::errc() && unsigned_result.ptr == last) {
+    return Number::Unsigned(natural);
+  }
+  double real = 0;
+  const auto real_result = std::from_chars(first, last, real);
+  if (real_result.ptr != last) return std::nullopt;
+  if (real_result.ec == std::errc::result_out_of_range)
+    real = std::numeric_limits<double>::infinity();
+  return Number::Real(real);
+}
+
+std::optional<bool> ParseTruth(BSTR string) {
+  std::optional<std::string> text = ToAscii(string);
+  if (!text) return std::nullopt;
+  for (char& c : *text) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+  }
+  if (*text == "true" || *text == "#true#") return true;
+  if (*text == "false" || *text == "#false#") return false;
   return std::nullopt;
 }
 
@@ -75,28 +135,17 @@ HRESULT ReadNumber(const VARIANT& source, Number& number) {
       number = Number::Real(source.dblVal);
       return S_OK;
     case VT_CY:
-      number = Number::Money(source.cyVal.int64);
+      number = Number::Real(static_cast<double>(source.cyVal.int64) / 10000.0);
       return S_OK;
-    case VT_BSTR:
-      return sabcom::ParseNumber(ViewOf(source.bstrVal), number);
+    case VT_BSTR: {
+      const std::optional<Number> parsed = ParseNumber(source.bstrVal);
+      if (!parsed) return DISP_E_TYPEMISMATCH;
+      number = *parsed;
+      return S_OK;
+    }
     default:
       return DISP_E_TYPEMISMATCH;
   }
-}
-
-// Whole units of a sum of money, halves to even.
-LONGLONG RoundedMoney(LONGLONG value) {
-  const LONGLONG units = value / 10000;
-  const LONGLONG rest = std::abs(value % 10000);
-  const bool is_up = rest > 5000 || (rest == 5000 && units % 2 != 0);
-  return is_up ? units + (value < 0 ? -1 : 1) : units;
-}
-
-template <class Integer, class Whole>
-HRESULT Fit(Whole value, Integer& out) {
-  if (!std::in_range<Integer>(value)) return DISP_E_OVERFLOW;
-  out = static_cast<Integer>(value);
-  return S_OK;
 }
 
 template <class Integer>
@@ -104,36 +153,23 @@ HRESULT ToInteger(const Number& number, Integer& out) {
   using Limits = std::numeric_limits<Integer>;
   switch (number.kind) {
     case Number::Kind::kSigned:
-      return Fit(number.whole, out);
+      if (!std::in_range<Integer>(number.whole)) return DISP_E_OVERFLOW;
+      out = static_cast<Integer>(number.whole);
+      return S_OK;
     case Number::Kind::kUnsigned:
-      return Fit(number.natural, out);
-    case Number::Kind::kMoney:
-      return Fit(RoundedMoney(number.whole), out);
+      if (!std::in_range<Integer>(number.natural)) return DISP_E_OVERFLOW;
+      out = static_cast<Integer>(number.natural);
+      return S_OK;
     default: {
       const double rounded = std::nearbyint(number.real);
-      // The bounds of 64 bits are powers of two that numbers beyond them are rounded to, too.
+      // The upper bound as a power of two is exact where the greatest integer itself is not.
       const double beyond = std::ldexp(1.0, Limits::digits);
       const double lowest = Limits::is_signed ? -beyond : 0.0;
-      const bool is_within =
-          Limits::digits < 63 ? rounded >= lowest : rounded > lowest || rounded == 0;
-      if (!is_within || !(rounded < beyond)) return DISP_E_OVERFLOW;
+      if (!(rounded >= lowest && rounded < beyond)) return DISP_E_OVERFLOW;
       out = static_cast<Integer>(rounded);
       return S_OK;
     }
   }
-}
-
-HRESULT ToMoney(const Number& number, LONGLONG& out) {
-  if (number.kind == Number::Kind::kMoney) {
-    out = number.whole;
-    return S_OK;
-  }
-  if (number.kind == Number::Kind::kReal) {
-    return ToInteger(Number::Real(number.real * 10000.0), out);
-  }
-  const HRESULT result = ToInteger(number, out);
-  if (FAILED(result)) return result;
-  return __builtin_mul_overflow(out, LONGLONG{10000}, &out) ? DISP_E_OVERFLOW : S_OK;
 }
 
 HRESULT WriteNumber(const Number& number, VARTYPE type, VARIANT& out) {
@@ -148,6 +184,7 @@ HRESULT WriteNumber(const Number& number, VARTYPE type, VARIANT& out) {
       return ToInteger(number, out.iVal);
     case VT_I4:
     case VT_INT:
+    case VT_ERROR:
       return ToInteger(number, out.lVal);
     case VT_I8:
       return ToInteger(number, out.llVal);
@@ -169,9 +206,10 @@ HRESULT WriteNumber(const Number& number, VARTYPE type, VARIANT& out) {
     case VT_R8:
     case VT_DATE:
       out.dblVal = number.AsReal();
-      return S_OK;
+      return std::isfinite(out.dblVal) || number.kind != Number::Kind::kReal ? S_OK
+                                                                             : DISP_E_OVERFLOW;
     case VT_CY:
-      return ToMoney(number, out.cyVal.int64);
+      return ToInteger(Number::Real(number.AsReal() * 10000.0), out.cyVal.int64);
     case VT_BOOL:
       out.boolVal = number.IsZero() ? VARIANT_FALSE : VARIANT_TRUE;
       return S_OK;
@@ -180,21 +218,59 @@ HRESULT WriteNumber(const Number& number, VARTYPE type, VARIANT& out) {
   }
 }
 
-HRESULT WriteText(const VARIANT& source, USHORT flags, VARIANT& out) {
-  std::string text;
-  if (source.vt == VT_BOOL && (flags & (VARIANT_ALPHABOOL | VARIANT_LOCALBOOL)) != 0) {
-    text = source.boolVal ? "True" : "False";
-  } else if (source.vt != VT_EMPTY) {
-    Number number;
-    const HRESULT result = ReadNumber(source, number);
-    // A date's text would need a calendar.
-    if (FAILED(result) || source.vt == VT_DATE) return DISP_E_TYPEMISMATCH;
-    text = sabcom::FormatNumber(number, source.vt == VT_R4 ? 7 : 15);
+BSTR FromAscii(std::string_view ascii) {
+  const BSTR string = SysAllocStringLen(nullptr, static_cast<UINT>(ascii.size()));
+  if (string) {
+    for (std::size_t i = 0; i < ascii.size(); ++i) string[i] = static_cast<OLECHAR>(ascii[i]);
   }
-  out.bstrVal = SysAllocStringLen(nullptr, static_cast<UINT>(text.size()));
-  if (!out.bstrVal) return E_OUTOFMEMORY;
-  for (std::size_t i = 0; i < text.size(); ++i) out.bstrVal[i] = static_cast<OLECHAR>(text[i]);
-  return S_OK;
+  return string;
+}
+
+// Digits that a reader trusts: 7 of a float, 15 of a double, "1E+20" for what is large.
+BSTR FormatReal(double value, int digits) {
+  std::array<char, 64> buffer;
+  auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                    std::chars_format::general, digits);
+  std::string text(buffer.data(), end);
+  const std::size_t exponent = text.find('e');
+  if (exponent != std::string::npos) {
+    text[exponent] = 'E';
+  } else if (text.find('.') != std::string::npos) {
+    text.erase(text.find_last_not_of('0') + 1);
+  }
+  return FromAscii(text);
+}
+
+HRESULT WriteText(const VARIANT& source, USHORT flags, VARIANT& out) {
+  switch (source.vt) {
+    case VT_EMPTY:
+      out.bstrVal = FromAscii("");
+      break;
+    case VT_BOOL:
+      out.bstrVal = (flags & (VARIANT_ALPHABOOL | VARIANT_LOCALBOOL)) != 0
+                        ? FromAscii(source.boolVal ? "True" : "False")
+                        : FromAscii(source.boolVal ? "-1" : "0");
+      break;
+    case VT_R4:
+      out.bstrVal = FormatReal(source.fltVal, 7);
+      break;
+    case VT_R8:
+      out.bstrVal = FormatReal(source.dblVal, 15);
+      break;
+    case VT_CY:
+      out.bstrVal = FormatReal(static_cast<double>(source.cyVal.int64) / 10000.0, 15);
+      break;
+    default: {
+      Number number;
+      const HRESULT result = ReadNumber(source, number);
+      if (FAILED(result) || number.kind == Number::Kind::kReal) return DISP_E_TYPEMISMATCH;
+      out.bstrVal =
+          FromAscii(number.kind == Number::Kind::kSigned ? std::to_string(number.whole)
+                                                         : std::to_string(number.natural));
+      break;
+    }
+  }
+  return out.bstrVal ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT WriteObject(const VARIANT& source, VARTYPE type, VARIANT& out) {
@@ -206,45 +282,12 @@ HRESULT WriteObject(const VARIANT& source, VARTYPE type, VARIANT& out) {
   return SUCCEEDED(result) ? S_OK : DISP_E_TYPEMISMATCH;
 }
 
-// The bits of a whole number, whatever its sign; 0 for other types.
-int WidthOf(VARTYPE type) {
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-      return 8;
-    case VT_I2:
-    case VT_UI2:
-      return 16;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-      return 32;
-    case VT_I8:
-    case VT_UI8:
-      return 64;
-    default:
-      return 0;
-  }
-}
-
-// What is taken for a number of the other sign bit by bit: whole numbers of the same width, and
-// truth values, all bits of which are set.
-bool KeepsBits(VARTYPE from, VARTYPE to) {
-  return WidthOf(to) != 0 && (from == VT_BOOL || WidthOf(from) == WidthOf(to));
-}
-
 HRESULT Convert(const VARIANT& source, USHORT flags, VARTYPE type, VARIANT& out) try {
-  if (source.vt == VT_NULL || source.vt == VT_ERROR) return DISP_E_TYPEMISMATCH;
-  if (type == VT_EMPTY || type == VT_NULL) return S_OK;
   if (type == VT_BSTR) return WriteText(source, flags, out);
   if (type == VT_UNKNOWN || type == VT_DISPATCH) return WriteObject(source, type, out);
-  if (KeepsBits(source.vt, type)) {
-    out.llVal = source.vt == VT_BOOL ? source.boolVal : source.llVal;
-    return S_OK;
-  }
+  if (type == VT_EMPTY) return S_OK;
   if (type == VT_BOOL && source.vt == VT_BSTR) {
-    if (const std::optional<bool> truth = ParseTruth(ViewOf(source.bstrVal))) {
+    if (const std::optional<bool> truth = ParseTruth(source.bstrVal)) {
       out.boolVal = *truth ? VARIANT_TRUE : VARIANT_FALSE;
       return S_OK;
     }
@@ -266,7 +309,6 @@ HRESULT VariantChangeType(VARIANTARG* destination, const VARIANTARG* source, USH
 HRESULT VariantChangeTypeEx(VARIANTARG* destination, const VARIANTARG* source, LCID, USHORT flags,
                             VARTYPE type) {
   if (!destination || !source) return E_INVALIDARG;
-  if (!sabcom::IsVariantType(type)) return DISP_E_BADVARTYPE;
   if ((type & VT_BYREF) != 0) return DISP_E_TYPEMISMATCH;
   VARIANT value;
   VariantInit(&value);
