@@ -55,22 +55,7 @@ void Document::AppendPiece(std::string_view piece, bool needs_decoding, std::u16
 bool Document::HasBlankBehind(NodeIndex node) const {
   const NodeIndex next = NextSibling(node);
   if (next != kNoNode && TypeOf(next) == NodeType::kText) return false;
-  std::size_t behind = nodes_[node].end;
-  switch (TypeOf(node)) {
-    case NodeType::kElement:
-      behind = ElementEnd(node);
-      break;
-    case NodeType::kComment:
-    case NodeType::kCData:
-      behind += 3;
-      break;
-    case NodeType::kInstruction:
-      behind += 2;
-      break;
-    default:
-      return false;
-  }
-  return Has(text_[behind], kSpace);
+  return TypeOf(node) != NodeType::kText && Has(text_[EndOfMarkup(node)], kSpace);
 }
 
 bool Document::StartsWithBlank(NodeIndex element) const {
@@ -188,10 +173,21 @@ std::size_t Document::ContentStart(NodeIndex element) const {
   return static_cast<std::size_t>(p + 1 - text_);
 }
 
-std::size_t Document::ElementEnd(NodeIndex element) const {
-  const Node& node = nodes_[element];
-  if ((node.flags & kIsEmptyTag) != 0) return node.end;
-  const char* p = text_ + node.end;
+std::size_t Document::EndOfMarkup(NodeIndex node) const {
+  const Node& found = nodes_[node];
+  switch (found.type) {
+    case NodeType::kComment:
+    case NodeType::kCData:
+      return found.end + std::size_t{3};
+    case NodeType::kInstruction:
+      return found.end + std::size_t{2};
+    case NodeType::kElement:
+      break;
+    default:
+      return found.end;
+  }
+  if ((found.flags & kIsEmptyTag) != 0) return found.end;
+  const char* p = text_ + found.end;
   while (*p != '>') ++p;
   return static_cast<std::size_t>(p + 1 - text_);
 }

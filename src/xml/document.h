@@ -19,6 +19,8 @@ class Document {
 
   /// Reads a document in any known encoding. Raises Error; std::bad_alloc.
   explicit Document(std::string bytes);
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
 
   /// The document element.
   NodeIndex Root() const { return root_; }
@@ -70,8 +72,8 @@ class Document {
   const Node& At(NodeIndex node) const { return nodes_[node]; }
   /// Where an element's content starts; for <name/> behind the tag.
   std::size_t ContentStart(NodeIndex element) const;
-  /// Behind the end tag.
-  std::size_t ElementEnd(NodeIndex element) const;
+  /// Behind all of a node: its end tag, or what ends a comment, a section or an instruction.
+  std::size_t EndOfMarkup(NodeIndex node) const;
 
  private:
   NodeIndex ElementFrom(NodeIndex node) const {

@@ -1,33 +1,38 @@
 #include "xml/edit.h"
 
 #include <algorithm>
+#include <vector>
 
+#include "xml/error.h"
 #include "xml/text.h"
 
 namespace sab::xml {
+namespace {
+
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+
+std::string EndTag(std::string_view name) { return "</" + std::string(name) + '>'; }
+
+}  // namespace
 
 NewElement& Editor::Append(NodeIndex parent, std::string_view name, std::u16string_view text) {
-  return added_[parent].emplace_back(name, text);
+  return changes_[parent].added.emplace_back(name, text);
 }
 
-void Editor::SetText(NodeIndex element, std::u16string_view text) { texts_[element] = text; }
+void Editor::SetText(NodeIndex element, std::u16string_view text) { changes_[element].text = text; }
 
-void Editor::Remove(NodeIndex element) { removed_.push_back(element); }
+void Editor::Remove(NodeIndex element) { changes_[element].is_removed = true; }
 
-bool Editor::IsInsideRemoved(NodeIndex node) const {
-  return std::any_of(removed_.begin(), removed_.end(), [&](NodeIndex removed) {
-    return removed < node && node < document_.EndOf(removed);
-  });
-}
-
-bool Editor::IndentationOf(NodeIndex node, std::string_view& indentation) const {
+std::optional<std::string_view> Editor::IndentationOf(NodeIndex node) const {
   const std::string_view text = document_.TextBytes();
   const std::size_t start = document_.At(node).start;
   std::size_t line = start;
-  while (line > 0 && (text[line - 1] == ' ' || text[line - 1] == '\t')) --line;
-  indentation = text.substr(line, start - line);
+  while (line > 0 && IsBlank(text[line - 1])) --line;
   // A document of one line has no indentation, wherever it starts.
-  return line > 0 ? text[line - 1] == '\n' || text[line - 1] == '\r' : text.find('\n') != text.npos;
+  const bool starts_line =
+      line > 0 ? text[line - 1] == '\n' || text[line - 1] == '\r' : text.find('\n') != text.npos;
+  if (!starts_line) return std::nullopt;
+  return text.substr(line, start - line);
 }
 
 std::string Editor::LineEnd() const {
@@ -38,162 +43,154 @@ std::string Editor::LineEnd() const {
 
 // What the first indented child of the document element adds to it.
 std::string Editor::IndentationStep() const {
-  std::string_view outer;
-  std::string_view inner;
   const NodeIndex child = document_.FirstChildElement(document_.Root());
-  if (child != kNoNode && IndentationOf(document_.Root(), outer) && IndentationOf(child, inner) &&
-      inner.size() > outer.size() && inner.starts_with(outer)) {
-    return std::string(inner.substr(outer.size()));
+  if (child != kNoNode) {
+    const auto outer = IndentationOf(document_.Root());
+    const auto inner = IndentationOf(child);
+    if (outer && inner && inner->size() > outer->size() && inner->starts_with(*outer)) {
+      return std::string(inner->substr(outer->size()));
+    }
   }
   return "  ";
 }
 
-// Without a line to start, everything stands in line.
-void Editor::Write(const NewElement& element, const std::string* line_start,
-                   const std::string& step, std::string& out) const {
-  if (line_start) out += *line_start;
+void Editor::Write(const NewElement& element, const Layout& layout, std::string& out) const {
+  if (!document_.GetEncoding().CanEncode(element.name_)) {
+    throw Error("the name " + element.name_ + " cannot be written in the file's encoding");
+  }
+  if (layout.has_lines) out += layout.line_start;
   out += '<' + element.name_;
   if (element.children_.empty() && element.text_.empty()) {
     out += "/>";
     return;
   }
   out += '>' + EscapedText(element.text_);
-  if (!element.children_.empty()) {
-    const std::string deeper = line_start ? *line_start + step : std::string();
-    for (const NewElement& child : element.children_) {
-      Write(child, line_start ? &deeper : nullptr, step, out);
-    }
-    if (line_start) out += *line_start;
-  }
-  out += "</" + element.name_ + '>';
-}
-
-// <name a="1" /> becomes <name a="1">; from is where the tag's end starts.
-std::string Editor::OpenedTag(NodeIndex element, std::size_t& from) const {
-  const std::string_view text = document_.TextBytes();
-  from = document_.At(element).end - 2;
-  while (text[from - 1] == ' ' || text[from - 1] == '\t') --from;
-  return ">";
+  // White space between a text and elements would become part of the text.
+  const bool has_lines = layout.has_lines && element.text_.empty() && !element.children_.empty();
+  const Layout deeper = has_lines ? layout.Deeper() : Layout();
+  for (const NewElement& child : element.children_) Write(child, deeper, out);
+  if (has_lines) out += layout.line_start;
+  out += EndTag(element.name_);
 }
 
 Editor::Splice Editor::SpliceForAdded(NodeIndex parent, const std::deque<NewElement>& added) const {
+  const std::string_view text = document_.TextBytes();
   const Node& node = document_.At(parent);
-  const bool is_empty_tag = (node.flags & kIsEmptyTag) != 0;
-  const std::string end_tag = "</" + std::string(document_.NameOf(parent)) + '>';
-  const std::string step = IndentationStep();
-  NodeIndex last_child = kNoNode;
+  NodeIndex last = kNoNode;
+  NodeIndex last_element = kNoNode;
   bool has_text = (node.flags & (kHasOnlyText | kPreservesSpace)) != 0;
   for (NodeIndex child = document_.FirstChild(parent); child != kNoNode;
        child = document_.NextSibling(child)) {
     const NodeType type = document_.TypeOf(child);
     has_text = has_text || type == NodeType::kText || type == NodeType::kCData;
-    if (document_.IsElement(child)) last_child = child;
+    last = child;
+    if (document_.IsElement(child)) last_element = child;
   }
 
-  Splice splice{document_.ElementEnd(parent), document_.ElementEnd(parent), {}};
-  std::string_view indentation;
-  std::string line_start;
-  const std::string* lines = nullptr;
-  const std::string_view text = document_.TextBytes();
-  if (is_empty_tag) {
-    splice.text = OpenedTag(parent, splice.from);
-  } else {
-    splice.from = splice.to = node.end;
-  }
+  Splice splice{node.end, node.end, {}};
+  Layout layout;
+  std::string closing_line;  // where the end tag has none of its own
   if (has_text) {
     // White space between the pieces would become part of the text.
-  } else if (last_child != kNoNode) {
-    if (!is_empty_tag && IndentationOf(last_child, indentation)) {
-      // Behind the last child, or behind what else stands on its line.
-      splice.from = document_.ElementEnd(last_child);
-      for (NodeIndex after = document_.NextSibling(last_child); after != kNoNode;
-           after = document_.NextSibling(after)) {
-        const Node& other = document_.At(after);
-        splice.from = other.end + (other.type == NodeType::kComment ? 3U : 2U);
-      }
-      splice.to = splice.from;
-      line_start = LineEnd() + std::string(indentation);
-      lines = &line_start;
+  } else if (last_element != kNoNode) {
+    if (const auto indentation = IndentationOf(last_element)) {
+      layout = {true, LineEnd() + std::string(*indentation), IndentationStep()};
+      splice.from = splice.to = document_.EndOfMarkup(last);
     }
-  } else if (IndentationOf(parent, indentation)) {
-    line_start = LineEnd() + std::string(indentation) + step;
-    lines = &line_start;
+  } else if (const auto indentation = IndentationOf(parent)) {
+    const std::string line_start = LineEnd() + std::string(*indentation);
+    layout = {true, line_start + IndentationStep(), IndentationStep()};
+    // Space that stands there already stays behind the new elements.
+    const bool is_empty_tag = (node.flags & kIsEmptyTag) != 0;
     if (!is_empty_tag) {
-      // Space that stands there already stays behind the new elements.
-      std::size_t from = node.end;
-      while (IsTrimmed(static_cast<unsigned char>(text[from - 1]))) --from;
-      splice.from = splice.to = from;
+      while (IsTrimmed(static_cast<unsigned char>(text[splice.from - 1]))) --splice.from;
     }
+    const std::string_view space = text.substr(splice.from, splice.to - splice.from);
+    if (space.find('\n') == space.npos) closing_line = line_start;
+    splice.to = splice.from;
   }
-  for (const NewElement& element : added) Write(element, lines, step, splice.text);
-  const bool ends_line =
-      text.substr(splice.to, node.end - std::min<std::size_t>(splice.to, node.end)).find('\n') !=
-      text.npos;
-  if (lines && last_child == kNoNode && (is_empty_tag || !ends_line)) {
-    splice.text += LineEnd() + std::string(indentation);
-  }
-  if (is_empty_tag) splice.text += end_tag;
+  for (const NewElement& element : added) Write(element, layout, splice.text);
+  splice.text += closing_line;
   return splice;
 }
 
-Editor::Splice Editor::SpliceForText(NodeIndex element, const std::string& text) const {
+Editor::Splice Editor::SpliceForContent(NodeIndex element, const Change& change) const {
+  if (!change.text) return SpliceForAdded(element, change.added);
   const Node& node = document_.At(element);
-  if ((node.flags & kIsEmptyTag) == 0) return {document_.ContentStart(element), node.end, text};
-  Splice splice{0, node.end, {}};
-  splice.text =
-      OpenedTag(element, splice.from) + text + "</" + std::string(document_.NameOf(element)) + '>';
+  const bool is_empty_tag = (node.flags & kIsEmptyTag) != 0;
+  Splice splice{is_empty_tag ? node.end : document_.ContentStart(element), node.end,
+                EscapedText(*change.text)};
+  for (const NewElement& added : change.added) Write(added, {}, splice.text);
   return splice;
 }
 
 Editor::Splice Editor::SpliceForRemoval(NodeIndex element) const {
+  if (element == document_.Root()) throw Error("the document element cannot be removed");
   const std::string_view text = document_.TextBytes();
-  std::string_view indentation;
-  Splice splice{document_.At(element).start, document_.ElementEnd(element), {}};
+  Splice splice{document_.At(element).start, document_.EndOfMarkup(element), {}};
+  const auto indentation = IndentationOf(element);
   std::size_t line_end = splice.to;
-  while (line_end < text.size() && (text[line_end] == ' ' || text[line_end] == '\t')) ++line_end;
-  if (line_end < text.size() && text[line_end] == '\r') ++line_end;
-  if (IndentationOf(element, indentation) && line_end < text.size() && text[line_end] == '\n') {
-    splice.from -= indentation.size();
-    splice.to = line_end + 1;
-  }
+  while (line_end < text.size() && IsBlank(text[line_end])) ++line_end;
+  const bool ends_line =
+      text.substr(line_end).starts_with('\n') || text.substr(line_end).starts_with("\r\n");
+  if (!indentation || !ends_line) return splice;
+  // The line goes with the line end before it, so that what is added behind has a line to start.
+  splice.to = line_end;
+  splice.from -= indentation->size();
+  if (splice.from > 0 && text[splice.from - 1] == '\n') --splice.from;
+  if (splice.from > 0 && text[splice.from - 1] == '\r') --splice.from;
+  return splice;
+}
+
+Editor::Splice Editor::SpliceFor(NodeIndex element, const Change& change) const {
+  if (change.is_removed) return SpliceForRemoval(element);
+  Splice splice = SpliceForContent(element, change);
+  const Node& node = document_.At(element);
+  if ((node.flags & kIsEmptyTag) == 0) return splice;
+  // <name a="1" /> becomes <name a="1">...</name>.
+  const std::string_view text = document_.TextBytes();
+  splice.from = node.end - 2;
+  while (IsTrimmed(static_cast<unsigned char>(text[splice.from - 1]))) --splice.from;
+  splice.to = node.end;
+  splice.text = '>' + splice.text + EndTag(document_.NameOf(element));
   return splice;
 }
 
 std::string Editor::Serialise() const {
   std::vector<Splice> splices;
-  for (const NodeIndex element : removed_) {
-    if (!IsInsideRemoved(element)) splices.push_back(SpliceForRemoval(element));
-  }
-  const auto is_removed = [this](NodeIndex element) {
-    return std::find(removed_.begin(), removed_.end(), element) != removed_.end() ||
-           IsInsideRemoved(element);
-  };
-  for (const auto& [element, text] : texts_) {
-    if (!is_removed(element)) splices.push_back(SpliceForText(element, EscapedText(text)));
-  }
-  for (const auto& [parent, added] : added_) {
-    if (!is_removed(parent)) splices.push_back(SpliceForAdded(parent, added));
+  NodeIndex next_kept = 0;  // elements before it are inside of what goes
+  for (const auto& [element, change] : changes_) {
+    if (element < next_kept) continue;
+    if (change.is_removed || change.text) next_kept = document_.EndOf(element);
+    splices.push_back(SpliceFor(element, change));
   }
   std::sort(splices.begin(), splices.end(),
             [](const Splice& a, const Splice& b) { return a.from < b.from; });
 
   const std::string_view bytes = document_.Bytes();
+  const std::string_view text = document_.TextBytes();
   const Encoding& encoding = document_.GetEncoding();
   std::string out;
   out.reserve(bytes.size() + bytes.size() / 8 + 64);
-  std::size_t copied = 0;
   std::size_t text_done = 0;
+  std::size_t bytes_done = encoding.MarkLength();
+  out.append(bytes.substr(0, bytes_done));
+  // The bytes of the text up to a place.
+  const auto take = [&](std::size_t text_end) {
+    const std::size_t length =
+        encoding.LengthOf(text.substr(text_done, text_end - text_done), bytes.substr(bytes_done));
+    const std::string_view taken = bytes.substr(bytes_done, length);
+    text_done = text_end;
+    bytes_done += length;
+    return taken;
+  };
   for (const Splice& splice : splices) {
-    if (splice.from < text_done) continue;  // inside a content that was replaced as a whole
-    const std::size_t from = encoding.OriginalOffset(bytes, document_.TextBytes(), splice.from);
-    out.append(bytes.substr(copied, from - copied));
+    // What is added behind a removed element stands inside of what is removed with it.
+    if (splice.from > text_done) out.append(take(splice.from));
     out += encoding.Encode(splice.text);
-    copied = splice.to == splice.from
-                 ? from
-                 : encoding.OriginalOffset(bytes, document_.TextBytes(), splice.to);
-    text_done = splice.to;
+    if (splice.to > text_done) take(splice.to);
   }
-  out.append(bytes.substr(copied));
+  out.append(bytes.substr(bytes_done));
   return out;
 }
 

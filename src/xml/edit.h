@@ -2,9 +2,9 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "xml/document.h"
 
@@ -36,42 +36,53 @@ class Editor {
 
   /// Adds an element behind the last child of an element; it lives as long as the editor.
   NewElement& Append(NodeIndex parent, std::string_view name, std::u16string_view text);
-  /// Replaces the content of an element by a text.
+  /// Replaces the content that an element has by a text; what is appended to it stands behind that.
   void SetText(NodeIndex element, std::u16string_view text);
-  /// Removes an element, and its line where it stands alone on it.
+  /// Removes an element with all that happens to it, and its line where it stands alone on it.
   void Remove(NodeIndex element);
 
-  bool IsEmpty() const { return added_.empty() && texts_.empty() && removed_.empty(); }
+  bool IsEmpty() const { return changes_.empty(); }
 
   /// The bytes of the changed document in its own encoding. Raises Error for a text that XML cannot
-  /// hold; std::bad_alloc.
+  /// hold, for a name that the encoding cannot and for removing the document element;
+  /// std::bad_alloc.
   std::string Serialise() const;
 
  private:
+  // What happens to one element.
+  struct Change {
+    bool is_removed = false;
+    std::optional<std::u16string> text;
+    std::deque<NewElement> added;
+  };
   // Text bytes [from, to) that give way to others.
   struct Splice {
     std::size_t from;
     std::size_t to;
     std::string text;
   };
+  // How new elements start their lines; in line with what is there if they start none.
+  struct Layout {
+    bool has_lines = false;
+    std::string line_start;
+    std::string step;
 
-  bool IsInsideRemoved(NodeIndex node) const;
+    Layout Deeper() const { return {has_lines, line_start + step, step}; }
+  };
+
+  Splice SpliceFor(NodeIndex element, const Change& change) const;
+  Splice SpliceForContent(NodeIndex element, const Change& change) const;
   Splice SpliceForAdded(NodeIndex parent, const std::deque<NewElement>& added) const;
-  Splice SpliceForText(NodeIndex element, const std::string& text) const;
   Splice SpliceForRemoval(NodeIndex element) const;
-  std::string OpenedTag(NodeIndex element, std::size_t& from) const;
 
-  /// The space before a node when nothing else stands before it on its line.
-  bool IndentationOf(NodeIndex node, std::string_view& indentation) const;
+  /// The space before a node if nothing else stands before it on its line.
+  std::optional<std::string_view> IndentationOf(NodeIndex node) const;
   std::string LineEnd() const;
   std::string IndentationStep() const;
-  void Write(const NewElement& element, const std::string* line_start, const std::string& step,
-             std::string& out) const;
+  void Write(const NewElement& element, const Layout& layout, std::string& out) const;
 
   const Document& document_;
-  std::map<NodeIndex, std::deque<NewElement>> added_;
-  std::map<NodeIndex, std::u16string> texts_;
-  std::vector<NodeIndex> removed_;
+  std::map<NodeIndex, Change> changes_;  // by element, and so in document order
 };
 
 }  // namespace sab::xml

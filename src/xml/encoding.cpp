@@ -30,8 +30,8 @@ namespace {
 
 // The name in the declaration of a document whose bytes are ASCII as far as the declaration goes.
 std::string_view DeclaredName(std::string_view bytes) {
-  if (!bytes.starts_with("<?xml")) return {};
-  const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
+  if (!bytes.starts_with("<?xml") || bytes.size() < 6 || !Has(bytes[5], kSpace)) return {};
+  const std::string_view declaration = bytes.substr(0, bytes.find('>'));
   std::size_t at = declaration.find("encoding");
   if (at == declaration.npos) return {};
   at = declaration.find_first_of("'\"", at);
@@ -40,23 +40,54 @@ std::string_view DeclaredName(std::string_view bytes) {
   return end == declaration.npos ? std::string_view() : declaration.substr(at + 1, end - at - 1);
 }
 
-bool IsName(std::string_view name, std::string_view upper) {
-  if (name.size() != upper.size()) return false;
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    const char c = name[i] >= 'a' && name[i] <= 'z' ? static_cast<char>(name[i] - 32) : name[i];
-    if (c != upper[i]) return false;
+std::string UpperCase(std::string_view name) {
+  std::string upper(name);
+  for (char& c : upper) {
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
   }
-  return true;
+  return upper;
+}
+
+bool IsNameOfUtf16(const std::string& upper) {
+  return upper.starts_with("UTF-16") || upper == "UCS-2" || upper == "ISO-10646-UCS-2" ||
+         upper == "UNICODE";
 }
 
 }  // namespace
 
 Encoding::Encoding(std::string_view bytes) {
+  RecogniseForm(bytes);
+  const std::string_view body = bytes.substr(mark_length_);
+  if (form_ == Form::kUtf8) {
+    const std::string_view name = DeclaredName(body);
+    const std::string upper = UpperCase(name);
+    if (name.empty() || upper == "UTF-8" || upper == "UTF8") return;
+    if (IsNameOfUtf16(upper)) {
+      throw Error(1, 1, "the file says " + upper + ", but its bytes are not: correct what it says");
+    }
+    // A mark says more than the declaration.
+    if (mark_length_ == 0) SetCodePage(name);
+    return;
+  }
+  std::string start;  // of the declaration, as far as it is ASCII
+  for (std::size_t i = 0; i + 1 < body.size() && start.find('>') == start.npos; i += 2) {
+    const char16_t unit = UnitAt(body.data() + i);
+    if (unit > 0x7F) break;
+    start.push_back(static_cast<char>(unit));
+  }
+  const std::string upper = UpperCase(DeclaredName(start));
+  if (!upper.empty() && !IsNameOfUtf16(upper)) {
+    throw Error(1, 1,
+                "the file says " + upper + ", but its bytes are UTF-16: correct what it says");
+  }
+}
+
+void Encoding::RecogniseForm(std::string_view bytes) {
   using namespace std::string_view_literals;
   if (bytes.starts_with("\xEF\xBB\xBF"sv)) {
     mark_length_ = 3;
   } else if (bytes.starts_with("\xFF\xFE\0\0"sv) || bytes.starts_with("\0\0\xFE\xFF"sv)) {
-    throw Error("UTF-32 is not read: save the file as UTF-8");
+    throw Error(1, 1, "UTF-32 is not read: save the file as UTF-8");
   } else if (bytes.starts_with("\xFF\xFE"sv)) {
     form_ = Form::kUtf16LittleEndian;
     mark_length_ = 2;
@@ -68,16 +99,30 @@ Encoding::Encoding(std::string_view bytes) {
   } else if (bytes.starts_with("\0<\0?"sv)) {
     form_ = Form::kUtf16BigEndian;
   }
-  if (form_ != Form::kUtf8) return;
-  const std::string_view name = DeclaredName(bytes.substr(mark_length_));
-  if (name.empty() || IsName(name, "UTF-8") || IsName(name, "UTF8")) return;
-  if (IsName(name, "UTF-16") || IsName(name, "UCS-2") || IsName(name, "ISO-10646-UCS-2")) {
-    throw Error(1, 1, "the file says UTF-16, but its bytes are not: correct its declaration");
-  }
-  // A mark says more than the declaration.
-  if (mark_length_ > 0) return;
+}
+
+// Markup is searched and written as ASCII, one character after the other. An encoding in which
+// ASCII bytes stand for other characters, or that shifts between sets of characters, would not bear
+// that; no editor writes configuration files in one.
+void Encoding::SetCodePage(std::string_view name) {
   form_ = Form::kCodePage;
-  code_page_ = std::make_unique<CodePage>(name);
+  try {
+    code_page_ = std::make_unique<CodePage>(name);
+  } catch (const Error& error) {
+    throw Error(1, 1, error.what());
+  }
+  std::string ascii = "\t\n\r";
+  for (char c = ' '; c <= '~'; ++c) ascii.push_back(c);
+  std::string decoded;
+  bool is_suitable = code_page_->Decode(ascii, decoded) == ascii.size() && decoded == ascii;
+  for (const char32_t code : {0xE9U, 0x3042U, 0x4E2DU, 0xAC00U}) {
+    std::string encoded;
+    code_page_->Encode(code, encoded);
+    is_suitable = is_suitable && (encoded.empty() || static_cast<unsigned char>(encoded[0]) > 0x7F);
+  }
+  if (!is_suitable) {
+    throw Error(1, 1, "the encoding " + std::string(name) + " is not read: save the file as UTF-8");
+  }
 }
 
 Encoding::~Encoding() = default;
@@ -120,19 +165,18 @@ std::string Encoding::Decode(std::string_view bytes) const {
   return text;
 }
 
-std::size_t Encoding::OriginalOffset(std::string_view bytes, std::string_view text,
-                                     std::size_t text_offset) const {
-  if (form_ == Form::kUtf8) return mark_length_ + text_offset;
+std::size_t Encoding::LengthOf(std::string_view text, std::string_view bytes) const {
+  if (form_ == Form::kUtf8) return text.size();
   if (form_ == Form::kCodePage) {
-    std::string prefix;
-    return code_page_->Decode(bytes, prefix, text_offset);
+    std::string decoded;
+    return code_page_->Decode(bytes, decoded, text.size());
   }
   std::size_t units = 0;
-  for (std::size_t i = 0; i < text_offset; ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
     if ((byte & 0xC0U) != 0x80) units += byte >= 0xF0 ? 2 : 1;
   }
-  return mark_length_ + 2 * units;
+  return 2 * units;
 }
 
 void Encoding::AppendUnit(std::string& bytes, char16_t unit) const {
@@ -163,6 +207,18 @@ std::string Encoding::Encode(std::string_view utf8) const {
     }
   }
   return bytes;
+}
+
+bool Encoding::CanEncode(std::string_view utf8) const {
+  if (form_ != Form::kCodePage) return true;
+  const std::string text(utf8);  // with its zero, so that Decode may look ahead
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size();) {
+    const Decoded decoded = xml::Decode(text.data() + i);
+    i += decoded.length ? decoded.length : 1;
+    if (decoded.code >= 0x80 && !code_page_->Encode(decoded.code, bytes)) return false;
+  }
+  return true;
 }
 
 }  // namespace sab::xml

@@ -25,17 +25,22 @@ class Encoding {
   /// The text as UTF-8, without the mark. Raises Error for undecodable bytes.
   std::string Decode(std::string_view bytes) const;
 
-  /// Which byte of the document is the first of the text's part that starts there.
-  std::size_t OriginalOffset(std::string_view bytes, std::string_view text,
-                             std::size_t text_offset) const;
+  /// How many of the bytes stand for the text.
+  /// @param text a part of the decoded text
+  /// @param bytes those of the document from where this part starts
+  std::size_t LengthOf(std::string_view text, std::string_view bytes) const;
 
   /// Bytes for text that goes into the document; a character that the encoding lacks becomes a
   /// character reference.
   std::string Encode(std::string_view utf8) const;
+  /// Whether it has every one of these characters.
+  bool CanEncode(std::string_view utf8) const;
 
  private:
   enum class Form { kUtf8, kUtf16LittleEndian, kUtf16BigEndian, kCodePage };
 
+  void RecogniseForm(std::string_view bytes);
+  void SetCodePage(std::string_view name);
   char16_t UnitAt(const char* bytes) const;
   void AppendUnit(std::string& bytes, char16_t unit) const;
 

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <random>
+#include <set>
 
 #include "xml/error.h"
 #include "xml/path.h"
+#include "xml/text.h"
 
 namespace sab::xml {
 namespace {
@@ -20,6 +23,26 @@ TEST(Editor, EachEditChangesItsPlaceAndNothingElse) {
   };
   constexpr Edit kRemove = [](Editor& editor, const Document& document) {
     editor.Remove(SelectFirst(document, "r/g"));
+  };
+  constexpr Edit kRemoveLastAndAppend = [](Editor& editor, const Document& document) {
+    editor.Remove(SelectFirst(document, "r/g/b"));
+    editor.Append(SelectFirst(document, "r/g"), "n", u"1");
+  };
+  constexpr Edit kTextAndAppend = [](Editor& editor, const Document& document) {
+    editor.Append(SelectFirst(document, "r/g"), "n", u"1");
+    editor.SetText(SelectFirst(document, "r/g"), u"x");
+  };
+  constexpr Edit kAppendTwice = [](Editor& editor, const Document& document) {
+    editor.Append(SelectFirst(document, "r/g/b"), "m", u"1");
+    editor.Append(SelectFirst(document, "r/g"), "n", u"2");
+  };
+  constexpr Edit kChangeAndRemove = [](Editor& editor, const Document& document) {
+    editor.SetText(SelectFirst(document, "r/g/a"), u"x");
+    editor.Append(SelectFirst(document, "r/g"), "n", u"2");
+    editor.Remove(SelectFirst(document, "r/g"));
+  };
+  constexpr Edit kMixed = [](Editor& editor, const Document& document) {
+    editor.Append(SelectFirst(document, "r/g"), "n", u"t").Append("m", u"1");
   };
   const struct {
     const char* name;
@@ -44,6 +67,24 @@ TEST(Editor, EachEditChangesItsPlaceAndNothingElse) {
       {"give an empty element a text", kText, "<r><g  /></r>", "<r><g>&lt;&amp;&gt;</g></r>"},
       {"remove a line", kRemove, "<r>\n  <g/>\n  <h/>\n</r>", "<r>\n  <h/>\n</r>"},
       {"remove in line", kRemove, "<r><a/><g>x</g><h/></r>", "<r><a/><h/></r>"},
+      {"remove the last line", kRemove, "<r>\r\n  <a/>\r\n  <g>\r\n  </g>  \r\n</r>",
+       "<r>\r\n  <a/>\r\n</r>"},
+      {"append behind what is removed", kRemoveLastAndAppend,
+       "<r>\n  <g>\n    <a/>\n    <b/>\n  </g>\n</r>",
+       "<r>\n  <g>\n    <a/>\n    <n>1</n>\n  </g>\n</r>"},
+      {"append in place of the only child", kRemoveLastAndAppend,
+       "<r>\n  <g>\n    <b/> \n  </g>\n</r>", "<r>\n  <g>\n    <n>1</n>\n  </g>\n</r>"},
+      {"append behind what is removed in line", kRemoveLastAndAppend, "<r><g><a/><b/></g></r>",
+       "<r><g><a/><n>1</n></g></r>"},
+      {"append behind a new text", kTextAndAppend, "<r>\n <g>\n  <a/>\n </g>\n</r>",
+       "<r>\n <g>x<n>1</n></g>\n</r>"},
+      {"append behind a new text of an empty element", kTextAndAppend, "<r>\n <g a='/>' />\n</r>",
+       "<r>\n <g a='/>'>x<n>1</n></g>\n</r>"},
+      {"append to parent and child", kAppendTwice, "<r>\n <g>\n  <b/>\n </g>\n</r>",
+       "<r>\n <g>\n  <b>\n   <m>1</m>\n  </b>\n  <n>2</n>\n </g>\n</r>"},
+      {"change what is removed", kChangeAndRemove, "<r><g><a/></g></r>", "<r></r>"},
+      {"append text and children", kMixed, "<r>\n <g>\n </g>\n</r>",
+       "<r>\n <g>\n  <n>t<m>1</m></n>\n </g>\n</r>"},
   };
   for (const auto& row : rows) {
     const Document document(row.before);
@@ -54,63 +95,177 @@ TEST(Editor, EachEditChangesItsPlaceAndNothingElse) {
   }
 }
 
-// Whatever is appended wherever: the result is read again, and taking out what was put in gives the
-// bytes that were there.
-TEST(Editor, AppendingKeepsEveryOtherByte) {
-  std::mt19937 random(7);
-  const std::string samples[] = {
-      "<?xml version='1.0' encoding='UTF-8'?>\n<r>\n  <a x='1'>t</a><!-- c -->\n  <b>\n    <c/>\n  "
-      "</b>\n  <d/>\n</r>\n",
-      "<r><a>one</a> <b><c></c></b></r>", "\xEF\xBB\xBF<r>\r\n\t<a/>\r\n\t<b>&#65;</b>\r\n</r>"};
-  for (int round = 0; round < 500; ++round) {
-    const std::string& bytes = samples[random() % std::size(samples)];
-    const Document document(bytes);
-    Editor editor(document);
-    for (unsigned i = random() % 4 + 1; i > 0; --i) {
-      NodeIndex parent = document.Root();
-      while (document.FirstChildElement(parent) != kNoNode && random() % 2) {
-        parent = document.FirstChildElement(parent);
-      }
-      NewElement& added = editor.Append(parent, "zz", u"");
-      if (random() % 2) added.Append("zz", u"text \u4E2D");
+// What a document says, apart from its white space: start tags, texts, comments. Changes that are
+// asked for are applied on the way.
+struct Changes {
+  std::map<NodeIndex, std::string> texts;
+  std::map<NodeIndex, std::string> added;  // as markup
+  std::set<NodeIndex> removed;
+};
+
+void Describe(const Document& document, NodeIndex parent, const Changes& changes,
+              std::string& out) {
+  const std::string_view text = document.TextBytes();
+  for (NodeIndex node = document.FirstChild(parent); node != kNoNode;
+       node = document.NextSibling(node)) {
+    if (changes.removed.contains(node)) continue;
+    if (!document.IsElement(node)) {
+      out += text.substr(document.At(node).start, document.At(node).end - document.At(node).start);
+      continue;
     }
-    std::string changed = editor.Serialise();
-    ASSERT_NO_THROW(const Document again(changed)) << changed;
-    const auto without_space = [](const std::string& text) {
-      std::string kept;
-      for (const char c : text) {
-        if (c != ' ' && c != '\t' && c != '\r' && c != '\n') kept += c;
-      }
-      return kept;
-    };
-    std::string rest = without_space(changed);
-    const std::string inner = without_space("<zz>text \xE4\xB8\xAD</zz>");
-    for (const std::string& added : {inner, std::string("<zz></zz>"), std::string("<zz/>")}) {
-      for (std::size_t at = rest.find(added); at != rest.npos; at = rest.find(added)) {
-        rest.erase(at, added.size());
-      }
+    const bool is_empty_tag = (document.At(node).flags & kIsEmptyTag) != 0;
+    const std::size_t start = document.At(node).start;
+    const std::size_t content = document.ContentStart(node);
+    out += text.substr(start, content - start - (is_empty_tag ? 2 : 1));
+    out += '>';
+    const auto found_text = changes.texts.find(node);
+    if (found_text != changes.texts.end()) {
+      out += found_text->second;
+    } else if (document.HasOnlyText(node)) {
+      out += text.substr(content, document.At(node).end - content);
+    } else {
+      Describe(document, node, changes, out);
     }
-    // An empty element that was opened stays open.
-    std::string before = without_space(bytes);
-    for (std::string* text : {&rest, &before}) {
-      for (const char* name : {"a", "c", "d"}) {
-        const std::string open = std::string("<") + name + "></" + name + ">";
-        for (std::size_t at = text->find(open); at != text->npos; at = text->find(open)) {
-          text->replace(at, open.size(), std::string("<") + name + "/>");
-        }
-      }
-    }
-    ASSERT_EQ(before, rest) << changed;
+    const auto found_added = changes.added.find(node);
+    if (found_added != changes.added.end()) out += found_added->second;
+    out += "</" + std::string(document.NameOf(node)) + '>';
   }
 }
 
-TEST(Editor, ATextThatXmlCannotHoldIsRefused) {
+std::string Described(const Document& document, const Changes& changes) {
+  std::string text;
+  Describe(document, kNoNode, changes, text);
+  std::erase_if(text, [](char c) { return IsTrimmed(static_cast<unsigned char>(c)); });
+  return text;
+}
+
+class RandomDocument {
+ public:
+  explicit RandomDocument(unsigned seed) : random_(seed), line_end_(Pick(2) ? "\n" : "\r\n") {}
+
+  unsigned Pick(unsigned bound) { return static_cast<unsigned>(random_() % bound); }
+
+  // In UTF-8, with a Chinese name, text and attribute here and there.
+  std::string Text(const char* encoding) {
+    return "<?xml version='1.0' encoding='" + std::string(encoding) + "'?>" + line_end_ +
+           Element(0, Pick(4) > 0);
+  }
+
+ private:
+  std::string Element(unsigned depth, bool has_lines) {
+    const char* const names[] = {"a", "b", "c-d", "\u4E2D"};
+    const std::string name = names[Pick(4)];
+    const std::string indentation = has_lines ? line_end_ + std::string(depth + 1, '\t') : "";
+    const char* const attributes[] = {"", " x = '>'", " y=\"&#65;\u6587\"", ""};
+    std::string tag = name + attributes[Pick(4)];
+    if (Pick(6) == 0) return '<' + tag + (Pick(2) ? " />" : "/>");
+    if (Pick(3) == 0 && depth > 0) return '<' + tag + ">text\u6587&amp;</" + name + " >";
+    std::string content;
+    for (unsigned i = depth < 4 ? Pick(5) : 0; i > 0; --i) {
+      const unsigned kind = Pick(8);
+      if (kind == 0) {
+        content += "<!-- \u4E2D -->";
+      } else if (kind == 1) {
+        content += "mixed";
+      } else {
+        content += indentation + Element(depth + 1, has_lines);
+      }
+    }
+    if (has_lines) content += line_end_ + std::string(depth, '\t');
+    return '<' + tag + '>' + content + "</" + name + '>';
+  }
+
+  std::mt19937 random_;
+  std::string line_end_;
+};
+
+constexpr const char* kEncodings[] = {"UTF-8", "GB2312", "Big5", "UTF-16"};
+
+// Bytes of a text in the encoding that it declares.
+std::string InItsEncoding(const std::string& text, const char* encoding) {
+  std::string start = "<?xml version='1.0' encoding='" + std::string(encoding) + "'?>";
+  if (encoding == std::string("UTF-16")) start = "\xFF\xFE";
+  const Encoding target(start);
+  return start.substr(0, target.MarkLength()) + target.Encode(text);
+}
+
+TEST(Editor, AnyChangesTogetherGiveTheDocumentThatTheyDescribe) {
+  for (unsigned round = 0; round < 2000; ++round) {
+    RandomDocument random(round);
+    const char* const encoding = kEncodings[round % std::size(kEncodings)];
+    const std::string bytes = InItsEncoding(random.Text(encoding), encoding);
+    const Document document(bytes);
+    Editor editor(document);
+    Changes changes;
+    for (unsigned i = random.Pick(5); i > 0; --i) {
+      const NodeIndex node = 1 + random.Pick(document.NodeCount() - 1);
+      if (!document.IsElement(node)) continue;
+      switch (random.Pick(3)) {
+        case 0:
+          if (node == document.Root()) break;
+          editor.Remove(node);
+          changes.removed.insert(node);
+          break;
+        case 1:
+          editor.SetText(node, u"new\u6587");
+          changes.texts[node] = "new\u6587";
+          break;
+        default:
+          editor.Append(node, "e", u"").Append("f", u"\u4E2D<");
+          changes.added[node] += "<e><f>\u4E2D&lt;</f></e>";
+      }
+    }
+    const std::string changed = editor.Serialise();
+    const Document again(changed);
+    ASSERT_EQ(Described(document, changes), Described(again, {}))
+        << document.TextBytes() << "\n=>\n"
+        << again.TextBytes();
+  }
+}
+
+// Removing what was appended gives the bytes that were there, in any encoding.
+TEST(Editor, AppendingKeepsEveryOtherByte) {
+  int compared = 0;
+  for (unsigned round = 0; round < 4000; ++round) {
+    RandomDocument random(round);
+    const char* const encoding = kEncodings[round % std::size(kEncodings)];
+    const std::string bytes = InItsEncoding(random.Text(encoding), encoding);
+    const Document document(bytes);
+    Editor adding(document);
+    for (NodeIndex node = 1; node < document.NodeCount(); ++node) {
+      // An element without text and elements is opened for its first child and stays open.
+      const bool has_content =
+          document.HasOnlyText(node) || document.FirstChildElement(node) != kNoNode;
+      if (!document.IsElement(node) || !has_content || random.Pick(3) > 0) continue;
+      adding.Append(node, "zz", u"1").Append("y", u"\u4E2D");
+      adding.Append(node, "zz", u"").Append("y", u"\u6587");
+      ++compared;
+    }
+    const Document added(adding.Serialise());
+    Editor removing(added);
+    for (const NodeIndex node : SelectAll(added, "//zz")) removing.Remove(node);
+    ASSERT_EQ(bytes, removing.Serialise()) << added.TextBytes();
+  }
+  EXPECT_GT(compared, 2000);
+}
+
+TEST(Editor, WhatTheFileCannotHoldIsRefused) {
   const Document document("<r/>");
   for (const std::u16string text : {u"\x0001", u"\xFFFE", u"\xD800"}) {
     Editor editor(document);
     editor.SetText(document.Root(), text);
     EXPECT_THROW(editor.Serialise(), Error);
   }
+  Editor removing(document);
+  removing.Remove(document.Root());
+  EXPECT_THROW(removing.Serialise(), Error);
+  // A text may fall back to references, a name cannot.
+  const Document latin("<?xml version='1.0' encoding='ISO-8859-1'?><r/>");
+  Editor editor(latin);
+  editor.Append(latin.Root(), "\u00E9", u"\u4E2D");
+  EXPECT_NE(editor.Serialise().find("<r><\xE9>&#20013;</\xE9></r>"), std::string::npos);
+  editor.Append(latin.Root(), "\u4E2D", u"");
+  EXPECT_THROW(editor.Serialise(), Error);
 }
 
 }  // namespace
