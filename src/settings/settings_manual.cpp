@@ -1,0 +1,104 @@
+#include "settings/settings_manual.h"
+
+#include "settings/settings_groups.h"
+
+namespace sab {
+namespace {
+
+constexpr char kHead[] =
+    "# Settings\n"
+    "\n"
+    "The keys of every settings group, in the order of the file. This page is printed from the "
+    "key\n"
+    "tables; a test compares it with them.\n"
+    "\n"
+    "A key is an element under the node path that `Load` and `Save` are given. `Save` adds new\n"
+    "elements and leaves those that are there; `Load` takes the first of a name. A missing key "
+    "leaves\n"
+    "its value as it is.\n";
+
+constexpr char kTypes[] =
+    "\n## Types\n"
+    "\n"
+    "| type | in the file |\n"
+    "|---|---|\n"
+    "| text | as it is, without white space at its ends |\n"
+    "| flag | -1 for true, 0 for false; any other number is kept |\n"
+    "| strict flag | true exactly for -1 |\n"
+    "| short, unsigned short | decimal, cut to 16 bits |\n"
+    "| int | decimal, 32 bits |\n"
+    "| int or INT_MAX | the same; `INT_MAX` stands for 2147483647 |\n"
+    "| unsigned | 32 bits, written as if there were a sign: 0xFF000000 is -16777216 |\n"
+    "| float, double | six decimals |\n"
+    "| list of … | a semicolon behind each element |\n"
+    "| structure | elements of its own |\n";
+
+const char* NameOf(SettingType type) {
+  switch (type) {
+    case SettingType::kText:
+      return "text";
+    case SettingType::kFlag:
+      return "flag";
+    case SettingType::kStrictFlag:
+      return "strict flag";
+    case SettingType::kShort:
+      return "short";
+    case SettingType::kUnsignedShort:
+      return "unsigned short";
+    case SettingType::kInt:
+      return "int";
+    case SettingType::kIntOrMax:
+      return "int or INT_MAX";
+    case SettingType::kUnsigned:
+      return "unsigned";
+    case SettingType::kFloat:
+      return "float";
+    case SettingType::kDouble:
+      return "double";
+    case SettingType::kTextList:
+      return "list of text";
+    case SettingType::kIntList:
+      return "list of int";
+    case SettingType::kUnsignedList:
+      return "list of unsigned";
+    case SettingType::kStructure:
+      return "structure";
+  }
+  return "";
+}
+
+std::string NoteOn(const SettingsRow& row) {
+  if (row.use == SettingUse::kOnlyLoaded) return "only loaded";
+  if (row.use == SettingUse::kOnlySaved) return "only saved";
+  if (row.text_when_missing.empty()) return "";
+  return std::string(row.text_when_missing) + " when missing";
+}
+
+void PrintGroup(const SettingsGroup& group, std::string& out) {
+  out += "\n## " + std::string(group.class_name) + ": " + std::string(group.about) + "\n\n";
+  out += "| key | member | type | default | |\n|---|---|---|---|---|\n";
+  const SettingsFields fields = group.make_fields();
+  for (const SettingsRow& row : group.rows()) {
+    const std::string value = row.format ? ToUtf8(row.format(fields.get())) : "";
+    out += "| `" + std::string(row.key) + "` | `" + std::string(row.property) + "` | " +
+           NameOf(row.type) + " | " + value + " | " + NoteOn(row) + " |\n";
+  }
+}
+
+}  // namespace
+
+std::string SettingsManual() {
+  std::string out = kHead;
+  out += kTypes;
+  for (const SettingsGroup& group : SettingsGroups()) PrintGroup(group, out);
+  out +=
+      "\n## Groups without keys of their own\n\n"
+      "These keep every element under the node that has no elements inside, the first of a name,\n"
+      "in the order of the file, as named values:\n\n";
+  for (const std::string_view name : NamedValueClasses()) {
+    out += "- `" + std::string(name) + "`\n";
+  }
+  return out;
+}
+
+}  // namespace sab
