@@ -1,0 +1,86 @@
+"""Finds the component server and makes objects of its classes."""
+
+import ctypes
+from ctypes import POINTER, byref, c_uint32, c_void_p
+
+from . import _abi
+from ._abi import GUID
+from ._errors import Error
+from ._runtime import (SERVER_NAME, Reference, enter_thread, load_library, load_nearby,
+                       no_library, runtime)
+from ._type_info import classes_of
+
+PROG_ID_PREFIX = "SabXmlParser."
+# A class that every server has; its type information leads to all others.
+_VE_APP_PARSER = GUID.of("A72B61B7-870B-4BE9-BFC1-CA07CBEA8EDB")
+
+
+class Server:
+    """A library of the server; without a path, what is registered or else stands nearby."""
+
+    def __init__(self, path=None):
+        self._path = path
+        self._classes = None
+        self._get_class_object = None
+        if path:
+            self._load()  # its runtime is the one to use
+        enter_thread()
+
+    def instance(self, name):
+        """A reference to a new object of a class: its name, its ProgID or its identifier."""
+        runtime().SetErrorInfo(0, None)
+        return self._instance(self._class_id(name))
+
+    def classes(self):
+        """Identifiers of the classes by name."""
+        if self._classes is None:
+            self._classes = classes_of(self._instance(_VE_APP_PARSER))
+        return self._classes
+
+    def _class_id(self, name):
+        if name.startswith("{"):
+            return GUID.of(name)
+        if not name.startswith(PROG_ID_PREFIX):
+            name = PROG_ID_PREFIX + name
+        clsid = GUID()
+        if not self._path:
+            text = ctypes.create_string_buffer(name.encode("utf-16-le") + b"\0")
+            if runtime().CLSIDFromProgID(text, byref(clsid)) == 0:
+                return clsid
+        # Not registered, or a class without a ProgID.
+        name = name[len(PROG_ID_PREFIX):]
+        name = name[:-2] if name.endswith(".1") else name
+        for known, text in self.classes().items():
+            if known.lower() == name.lower():
+                return GUID.of(text)
+        raise Error(_abi.CO_E_CLASSSTRING, f"the server has no class named {name}")
+
+    def _instance(self, clsid):
+        pointer = c_void_p()
+        if not self._path:
+            code = runtime().CoCreateInstance(byref(clsid), None, _abi.CLSCTX_INPROC_SERVER,
+                                              byref(_abi.IID_IDispatch), byref(pointer))
+            if code == 0:
+                return Reference(pointer.value)
+            if code != _abi.REGDB_E_CLASSNOTREG:
+                raise runtime().error(code, "the registered server cannot be used")
+        if self._get_class_object is None:
+            self._load()
+        code = self._get_class_object(byref(clsid), byref(_abi.IID_IClassFactory), byref(pointer))
+        runtime().check(code, f"the server has no class {clsid}")
+        factory = Reference(pointer.value)
+        code = _abi.ClassFactory.create_instance(factory.get(), None, byref(_abi.IID_IDispatch),
+                                                 byref(pointer))
+        runtime().check(code, f"creating an object of the class {clsid}")
+        return Reference(pointer.value)
+
+    def _load(self):
+        try:
+            library = load_library(self._path) if self._path else load_nearby([SERVER_NAME])
+            function = library.DllGetClassObject
+        except (OSError, AttributeError) as error:
+            raise no_library(error) from None
+        runtime(library)
+        function.argtypes = [POINTER(GUID), POINTER(GUID), POINTER(c_void_p)]
+        function.restype = c_uint32
+        self._get_class_object = function
