@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "document_backend.h"
+#include "node_handle.h"
 #include "platform/document_edits.h"
 #include "platform/load_failure.h"
 
@@ -31,6 +32,13 @@ class ConfigElement {
   ConfigElement() = default;
   explicit ConfigElement(backend::Element element) : element_(std::move(element)) {}
 
+  /// The element that a handle names; see ConfigNodeHandle. It can only be read, and its document
+  /// may be another library's. Raises ComError(E_INVALIDARG) for a handle that nobody has made.
+  /// @param handle not 0
+  static ConfigElement OfHandle(ULONG_PTR handle) {
+    return ConfigElement(backend::ElementOfHandle(handle));
+  }
+
   explicit operator bool() const { return static_cast<bool>(element_); }
 
   /// Whether the local name (the name without a namespace prefix) is this one.
@@ -54,6 +62,12 @@ class ConfigElement {
 
   /// The child elements in document order, for a range-for loop. Other nodes are not visited.
   Range Children() const;
+
+  /// The element that selecting the name from here gives: the first child of that name that is in
+  /// no namespace.
+  ConfigElement Child(std::string_view name) const {
+    return ConfigElement(element_.FirstChildNamed(name));
+  }
 
   /// Calls visit(TextView) with the text of each child node in document order, whatever its kind:
   /// runs of text (white space alone is no node, white space around text is left out), CDATA
@@ -79,6 +93,8 @@ class ConfigElement {
   void Remove() { element_.Remove(); }
 
  private:
+  friend class ConfigNodeHandle;
+
   backend::Element element_;
 };
 
@@ -110,6 +126,18 @@ class ConfigElement::Range {
 };
 
 inline ConfigElement::Range ConfigElement::Children() const { return Range(element_.FirstChild()); }
+
+/// Names an element to a Load method of an object that may be another library's: sabxml/node.h
+/// tells what that can do with it. Lives no longer than the document.
+class ConfigNodeHandle {
+ public:
+  explicit ConfigNodeHandle(const ConfigElement& element) : handle_(element.element_) {}
+
+  ULONG_PTR Get() const { return handle_.Get(); }
+
+ private:
+  backend::NodeHandle handle_;
+};
 
 /// All elements that one node path selects, prepared for reading many keys under it. Lives no
 /// longer than its document.

@@ -29,7 +29,10 @@ HRESULT CVeProjectionCfgParser::get_LineType(BSTR i_bsName, ProjectionLineType* 
 
 HRESULT CVeProjectionCfgParser::put_LineType(BSTR i_bsName, ProjectionLineType newVal) {
   if (!IsLineType(newVal)) return Fail(E_INVALIDARG, NoLineType(std::to_string(newVal)));
-  return Guarded([&] { values_.Set(Bstr::ViewOf(i_bsName), FormatInt(newVal)); });
+  return Guarded([&] {
+    CheckName(Bstr::ViewOf(i_bsName));
+    values_.Set(Bstr::ViewOf(i_bsName), FormatInt(newVal));
+  });
 }
 
 }  // namespace sab

@@ -1,65 +1,10 @@
 #pragma once
 
-#include <string>
+#include <vector>
 
-#include "base/com_error.h"
-#include "common/component.h"
-#include "settings/named_values.h"
+#include "common/named_values_object.h"
 
 namespace sab {
-
-/// An object that keeps named values, whatever they are about. Asking for a name or an index that
-/// there is not gives E_INVALIDARG and leaves the place of the result alone.
-template <class Coclass>
-class NamedValuesObject : public ComponentBase<Coclass> {
- public:
-  HRESULT STDMETHODCALLTYPE get_ValueCount(INT* pVal) override {
-    return GetField(static_cast<INT>(values_.Count()), pVal);
-  }
-  HRESULT STDMETHODCALLTYPE get_ValueName(INT i_iIndex, BSTR* pVal) override {
-    if (!pVal) return E_POINTER;
-    if (i_iIndex < 0 || static_cast<std::size_t>(i_iIndex) >= values_.Count()) {
-      return Base::Fail(E_INVALIDARG, "There is no value " + std::to_string(i_iIndex) +
-                                          ": there are " + std::to_string(values_.Count()) +
-                                          ", counted from 0.");
-    }
-    return Base::Guarded(
-        [&] { *pVal = Bstr(values_.NameAt(static_cast<std::size_t>(i_iIndex))).Detach(); });
-  }
-  HRESULT STDMETHODCALLTYPE get_Value(BSTR i_bsName, BSTR* pVal) override {
-    if (!pVal) return E_POINTER;
-    return Base::Guarded([&] { *pVal = Bstr(ValueNamed(Bstr::ViewOf(i_bsName))).Detach(); });
-  }
-  /// A new name adds a value at the end.
-  HRESULT STDMETHODCALLTYPE put_Value(BSTR i_bsName, BSTR newVal) override {
-    return Base::Guarded([&] { values_.Set(Bstr::ViewOf(i_bsName), Bstr::ViewOf(newVal)); });
-  }
-  HRESULT STDMETHODCALLTYPE RemoveValue(BSTR i_bsName) override {
-    return Base::Guarded([&] {
-      if (!values_.Remove(Bstr::ViewOf(i_bsName))) RaiseUnknown(Bstr::ViewOf(i_bsName));
-    });
-  }
-  HRESULT STDMETHODCALLTYPE RemoveAllValues() override {
-    values_.Clear();
-    return S_OK;
-  }
-
- protected:
-  TextView ValueNamed(TextView name) const {
-    const std::optional<TextView> value = values_.Find(name);
-    if (!value) RaiseUnknown(name);
-    return *value;
-  }
-
-  NamedValues values_;
-
- private:
-  using Base = ComponentBase<Coclass>;
-
-  [[noreturn]] static void RaiseUnknown(TextView name) {
-    throw ComError(E_INVALIDARG, "There is no value named \"" + ToUtf8(name) + "\".");
-  }
-};
 
 /// A settings group whose keys are those of its file: it keeps every element under the node path
 /// that has no elements of its own, and saves them there as new elements.

@@ -88,13 +88,26 @@ void Explain(TextView file, LoadFailure& failure) {
   }
 }
 
+[[noreturn]] void RaiseFailedCall(HRESULT result, std::string_view operation, TextView file) {
+  std::string message = file.empty() ? std::string() : ToUtf8(file) + ": ";
+  message += std::string(operation) + " failed";
+  const std::string description = Trimmed(DescriptionOfFailure());
+  message += description.empty() ? " (" + HexText(result) + ")" : ": " + description;
+  throw ComError(result, message);
+}
+
 }  // namespace
 
 // --- Element ---
 
+void Element::CheckCall(HRESULT result, std::string_view operation) const {
+  if (FAILED(result))
+    RaiseFailedCall(result, operation, document_ ? document_->File() : TextView());
+}
+
 TextView Element::LocalName() const {
   if (local_name_.IsNull())
-    document_->CheckCall(node_->get_baseName(local_name_.Put()), "reading an element's name");
+    CheckCall(node_->get_baseName(local_name_.Put()), "reading an element's name");
   return local_name_.View();
 }
 
@@ -102,7 +115,7 @@ bool Element::HasLocalName(std::string_view name) const { return EqualsAscii(Loc
 
 bool Element::HasNodeName(std::string_view name) const {
   Bstr own;
-  document_->CheckCall(node_->get_nodeName(own.Put()), "reading an element's name");
+  CheckCall(node_->get_nodeName(own.Put()), "reading an element's name");
   return EqualsAscii(own.View(), name);
 }
 
@@ -112,18 +125,17 @@ TextView Element::ReadText(Text& scratch) const { return TextOf(node_, scratch);
 
 TextView Element::TextOf(const ComPtr<IXMLDOMNode>& node, Text& scratch) const {
   Bstr text;
-  document_->CheckCall(node->get_text(text.Put()), "reading a text");
+  CheckCall(node->get_text(text.Put()), "reading a text");
   return scratch.assign(text.View());
 }
 
 bool Element::ReadAttribute(std::string_view name, Text& value) const {
   ComPtr<IXMLDOMElement> element;
-  document_->CheckCall(node_->QueryInterface(IID_IXMLDOMElement, element.PutVoid()),
-                       "reading an attribute");
+  CheckCall(node_->QueryInterface(IID_IXMLDOMElement, element.PutVoid()), "reading an attribute");
   VARIANT variant;
   VariantInit(&variant);
   const Bstr own_name(FromAscii(name));
-  document_->CheckCall(element->getAttribute(own_name.Get(), &variant), "reading an attribute");
+  CheckCall(element->getAttribute(own_name.Get(), &variant), "reading an attribute");
   const bool found = V_VT(&variant) == VT_BSTR;
   Bstr text;
   if (found)
@@ -136,13 +148,13 @@ bool Element::ReadAttribute(std::string_view name, Text& value) const {
 
 ComPtr<IXMLDOMNode> Element::FirstNode() const {
   ComPtr<IXMLDOMNode> child;
-  document_->CheckCall(node_->get_firstChild(child.Put()), "reading child nodes");
+  CheckCall(node_->get_firstChild(child.Put()), "reading child nodes");
   return child;
 }
 
 ComPtr<IXMLDOMNode> Element::NextNode(const ComPtr<IXMLDOMNode>& node) const {
   ComPtr<IXMLDOMNode> next;
-  document_->CheckCall(node->get_nextSibling(next.Put()), "reading child nodes");
+  CheckCall(node->get_nextSibling(next.Put()), "reading child nodes");
   return next;
 }
 
@@ -150,6 +162,13 @@ Element Element::FirstChild() const {
   ComPtr<IXMLDOMNode> child = FirstNode();
   while (child && !IsElement(child.Get())) child = NextNode(child);
   return Element(document_, std::move(child));
+}
+
+Element Element::FirstChildNamed(std::string_view name) const {
+  ComPtr<IXMLDOMNode> found;
+  CheckCall(node_->selectSingleNode(Bstr(FromAscii(name)).Get(), found.Put()),
+            "selecting a child node");
+  return Element(document_, std::move(found));
 }
 
 void Element::MoveToNextSibling() {
@@ -168,13 +187,13 @@ xml::NodeIndex Element::PlaceInBytes() const {
     ComPtr<IXMLDOMNode> sibling = node;
     for (;;) {
       ComPtr<IXMLDOMNode> previous;
-      document_->CheckCall(sibling->get_previousSibling(previous.Put()), kOperation);
+      CheckCall(sibling->get_previousSibling(previous.Put()), kOperation);
       if (!previous) break;
       if (IsElement(previous.Get())) ++places.back();
       sibling = std::move(previous);
     }
     ComPtr<IXMLDOMNode> parent;
-    document_->CheckCall(node->get_parentNode(parent.Put()), kOperation);
+    CheckCall(node->get_parentNode(parent.Put()), kOperation);
     node = std::move(parent);
   }
   const xml::Document& bytes = document_->Bytes();
@@ -185,9 +204,9 @@ xml::NodeIndex Element::PlaceInBytes() const {
     if (found == xml::kNoNode) break;
   }
   if (found == xml::kNoNode || !HasNodeName(bytes.NameOf(found)))
-    document_->CheckCall(E_FAIL,
-                         "finding an element again, because the file has changed since it "
-                         "was loaded,");
+    CheckCall(E_FAIL,
+              "finding an element again, because the file has changed since it "
+              "was loaded,");
   return found;
 }
 
@@ -211,11 +230,7 @@ Element Nodes::First(std::string_view key) const {
 std::vector<Element> Nodes::Children() const { return document_->SelectElements(path_ + L"/*"); }
 
 void Document::CheckCall(HRESULT result, std::string_view operation) const {
-  if (SUCCEEDED(result)) return;
-  std::string message = ToUtf8(file_) + ": " + std::string(operation) + " failed";
-  const std::string description = Trimmed(DescriptionOfFailure());
-  message += description.empty() ? " (" + HexText(result) + ")" : ": " + description;
-  throw ComError(result, message);
+  if (FAILED(result)) RaiseFailedCall(result, operation, file_);
 }
 
 void Document::Clear(TextView file) {

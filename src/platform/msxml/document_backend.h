@@ -44,6 +44,7 @@ class Element {
   TextPosition Position() const { return {}; }
 
   Element FirstChild() const;
+  Element FirstChildNamed(std::string_view name) const;
   void MoveToNextSibling();
 
   template <class Visit>
@@ -56,7 +57,11 @@ class Element {
   void SetText(TextView text);
   void Remove();
 
+  const ComPtr<IXMLDOMNode>& Node() const { return node_; }
+
  private:
+  // Raises ComError for a failed call of the DOM.
+  void CheckCall(HRESULT result, std::string_view operation) const;
   ComPtr<IXMLDOMNode> FirstNode() const;
   ComPtr<IXMLDOMNode> NextNode(const ComPtr<IXMLDOMNode>& node) const;
   TextView TextOf(const ComPtr<IXMLDOMNode>& node, Text& scratch) const;
@@ -64,7 +69,7 @@ class Element {
   // The same element among the bytes of the file.
   xml::NodeIndex PlaceInBytes() const;
 
-  Document* document_ = nullptr;
+  Document* document_ = nullptr;  // null where somebody else's node was handed in
   ComPtr<IXMLDOMNode> node_;
   // Readers compare the name of an element with many others, so it is fetched once.
   mutable Bstr local_name_;
@@ -91,6 +96,7 @@ class Document {
   bool Load(TextView file);
   void Create(std::string_view root_name);
   const LoadFailure& Failure() const { return failure_; }
+  TextView File() const { return file_; }
   Element Root();
   Element Select(TextView path);
   Element Select(std::string_view ascii_path);

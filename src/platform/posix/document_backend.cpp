@@ -24,6 +24,10 @@ TextPosition Element::Position() const {
   return {place.line, place.column};
 }
 
+Element Element::FirstChildNamed(std::string_view name) const {
+  return Element(document_, xml::FirstChildNamed(Xml(), {node_}, name));
+}
+
 AppendedElement Element::Append(std::string_view name, TextView text) {
   return AppendTo(document_->Editor(), node_, name, text);
 }

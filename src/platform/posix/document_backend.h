@@ -32,6 +32,7 @@ class Element {
   bool ReadAttribute(std::string_view name, Text& value) const;
   TextPosition Position() const;
   Element FirstChild() const;
+  Element FirstChildNamed(std::string_view name) const;
   void MoveToNextSibling();
   template <class Visit>
   void ForEachChildText(Text& scratch, const Visit& visit) const;
@@ -39,6 +40,9 @@ class Element {
   AppendedElement Append(std::string_view name, TextView text);
   void SetText(TextView text);
   void Remove();
+
+  Document* OwningDocument() const { return document_; }
+  xml::NodeIndex Index() const { return node_; }
 
  private:
   const xml::Document& Xml() const;

@@ -1,4 +1,4 @@
-#include "settings/named_values.h"
+#include "common/named_values.h"
 
 #include <unordered_set>
 
@@ -13,7 +13,6 @@ std::optional<TextView> NamedValues::Find(TextView name) const {
 }
 
 void NamedValues::Set(TextView name, TextView text) {
-  CheckElementName(ToUtf8(name));
   Value value{Text(name), Text(text)};
   const auto known = index_of_name_.find(value.name);
   if (known != index_of_name_.end()) {

@@ -17,7 +17,7 @@ class NamedValues {
   TextView ValueAt(std::size_t index) const { return values_[index].text; }
   std::optional<TextView> Find(TextView name) const;
 
-  /// A new name comes last. Raises ComError(E_INVALIDARG) for what cannot name an element.
+  /// A new name comes last.
   void Set(TextView name, TextView text);
   bool Remove(TextView name);
   void Clear();
@@ -25,7 +25,7 @@ class NamedValues {
   /// Takes the elements without elements of their own, the first of each name; values whose names
   /// do not occur stay.
   void Read(const std::vector<ConfigElement>& elements);
-  /// Adds all values as children of a new element.
+  /// Adds all values as children of an element, whose names theirs must be able to be.
   template <class Element>
   void Write(Element& element) const {
     for (const Value& value : values_) element.Append(ToUtf8(value.name), value.text);
