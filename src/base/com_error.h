@@ -14,6 +14,7 @@ inline constexpr HRESULT kInvalidEnvironment = static_cast<HRESULT>(0x84000C02);
 inline constexpr HRESULT kInvalidModule = static_cast<HRESULT>(0x84000C03);
 inline constexpr HRESULT kInvalidCommand = static_cast<HRESULT>(0x84000C04);
 inline constexpr HRESULT kInvalidUserInterface = static_cast<HRESULT>(0x84000C05);
+inline constexpr HRESULT kInvalidCatalogue = kInvalidUserInterface;
 inline constexpr HRESULT kDocumentNotLoaded = static_cast<HRESULT>(0x84000C06);
 
 /// A failure on its way to an interface edge, where it becomes a result code and error info.

@@ -1,6 +1,7 @@
 #include "descriptor.h"
 
 #include <stdexcept>
+#include <string_view>
 
 #include "document_element.h"
 
@@ -25,6 +26,7 @@ const std::vector<DescriptorKind>& Kinds() {
        {{"GetUiPath", "UI"}, {"GetCmdPaths", "Cmd"}}},
       {"Cmd", "commands", "VeCmdParser", "GenerateCmd", {}},
       {"UI", "user interface", "VeUiParser", "GenerateUI", {}},
+      {"NEBStandardConfigration", "standards", "VeStandardCfgParser", "Load", {}},
   };
   return kinds;
 }
@@ -55,6 +57,10 @@ Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
   Reference<IDispatch> parser = server.Create(kind.class_name);
   std::vector<Value> path;
   path.emplace_back(std::string_view(file));
+  if (std::string_view(kind.generate) == "Load") {
+    Call(*parser.Get(), kind.generate, DISPATCH_METHOD, std::move(path));
+    return parser;
+  }
   Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, std::move(path));
   Call(*parser.Get(), kind.generate, DISPATCH_METHOD);
   return parser;

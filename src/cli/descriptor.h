@@ -18,7 +18,8 @@ struct DescriptorKind {
   const char* root;  ///< name of its document element
   const char* words;
   const char* class_name;
-  const char* generate;  ///< method that reads the file
+  /// Method that reads the file: Load is handed the file, the others find it in ConfigurationPath.
+  const char* generate;
   std::vector<Link> links;
 };
 

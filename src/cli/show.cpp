@@ -12,8 +12,9 @@ namespace {
 
 constexpr char kShowHelp[] =
     "The kind of a file is known by its document element: Application, Template, Module,\n"
-    "Environment, Cmd or UI. The server reads the file; what is printed is what a host gets from\n"
-    "the objects: every property and every Get method, lists element by element.\n"
+    "Environment, Cmd, UI or NEBStandardConfigration, which is the catalogue of drafting\n"
+    "standards. The server reads the file; what is printed is what a host gets from the objects:\n"
+    "every property and every Get method, lists element by element.\n"
     "\n"
     "Examples:\n"
     "  sabxml show application.xml\n"

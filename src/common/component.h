@@ -80,12 +80,15 @@ class ComponentBase : public CoclassType::Interface, private LiveObject {
         if (riid == *info->iid) *object = static_cast<Interface*>(this);
       }
     }
-    if (!*object) return E_NOINTERFACE;
+    if (!*object) return QueryInnerInterface(riid, object);
     this->AddRef();
     return S_OK;
   }
 
  protected:
+  /// Interfaces by which only objects of this library know each other.
+  virtual HRESULT QueryInnerInterface(REFIID, void**) { return E_NOINTERFACE; }
+
   ComponentBase() = default;
   virtual ~ComponentBase() = default;
 

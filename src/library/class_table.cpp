@@ -18,6 +18,10 @@
 #include "settings/select_cfg_parser.h"
 #include "settings/sys_parameter_cfg_parser.h"
 #include "settings/txt_parser.h"
+#include "standards/standard_cfg_parser.h"
+#include "standards/standard_parser.h"
+#include "standards/std_sym_rev_parser.h"
+#include "standards/std_symbol_parser.h"
 
 namespace sab {
 namespace {
@@ -52,6 +56,12 @@ constexpr ClassEntry CustomPrintRow() {
 constexpr ClassEntry FileBaleRow() {
   ClassEntry row = Row<CVeFileBaleCfgParser>(Registration::kClassIdOnly);
   row.registered_description = "VePrsFileBaleCfg Class";
+  return row;
+}
+
+constexpr ClassEntry StdSymbolRow() {
+  ClassEntry row = Row<CVeStdSymbolParser>(Registration::kClassIdOnly);
+  row.registered_description = "VeStdSymbolStdParser Class";
   return row;
 }
 
@@ -116,10 +126,29 @@ constexpr ClassEntry kClasses[] = {
     Row<CVeTxtParser>(kWithProgIds),
     Row<CVePrsCommandSearch>(kWithProgIds),
     AutoUpdateAdminRow(),
+    Row<CVeStandardParserColl>(kWithProgIds),
+    Row<CVeStdSymbolParserColl>(kWithProgIds),
+    Row<CVeStdSymRevParserColl>(kWithProgIds),
     CustomPrintRow(),
     Row<CVeBomcfgParser>(kClassIdOnly),
     FileBaleRow(),
     Row<CVePrsFileBaleSet>(kClassIdOnly),
+    Row<CVeStandardCfgParser>(kClassIdOnly),
+    Row<CVeStandardParser>(kClassIdOnly),
+    StdSymbolRow(),
+    Row<CVeStdRoughRevParser>(kClassIdOnly),
+    Row<CVeStdGeoTolRevParser>(kClassIdOnly),
+    Row<CVeStdWeldRevParser>(kClassIdOnly),
+    Row<CVeStdDatumRevParser>(kClassIdOnly),
+    Row<CVeStdCutsRevParser>(kClassIdOnly),
+    Row<CVeStdPartnoRevParser>(kClassIdOnly),
+    Row<CVeStdBomRevParser>(kClassIdOnly),
+    Row<CVeStdDetailViewRevParser>(kClassIdOnly),
+    Row<CVeStdDimLeaderRevParser>(kClassIdOnly),
+    Row<CVeStdTaperRevParser>(kClassIdOnly),
+    Row<CVeStdHoleListRevParser>(kClassIdOnly),
+    Row<CVeStdDimRevParser>(kClassIdOnly),
+    Row<CVeStdCenterLnRevParser>(kClassIdOnly),
     Row<CVeStdMgrCfgParser>(kClassIdOnly),
     Row<CVePrsFileBaleColl>(kNone),
     Row<CVePrsCommandImage>(kNone),

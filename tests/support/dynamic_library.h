@@ -9,6 +9,9 @@ namespace sab::testing {
 void* LoadLibraryBesideTests(const std::string& name);
 void UnloadLibrary(void* library);
 
+/// The full name of such a library, as the registry has it. UTF-8.
+std::string PathBesideTests(const std::string& name);
+
 void* AddressIn(void* library, const char* function);  ///< ends the tests if it is not exported
 
 template <class Function>

@@ -18,8 +18,12 @@ void* OrDie(void* pointer) {
 
 }  // namespace
 
+std::string PathBesideTests(const std::string& name) {
+  return SAB_BUILD_FOLDER "/lib" + name + ".so";
+}
+
 void* LoadLibraryBesideTests(const std::string& name) {
-  return OrDie(dlopen((SAB_BUILD_FOLDER "/lib" + name + ".so").c_str(), RTLD_NOW | RTLD_LOCAL));
+  return OrDie(dlopen(PathBesideTests(name).c_str(), RTLD_NOW | RTLD_LOCAL));
 }
 
 void UnloadLibrary(void* library) { dlclose(library); }

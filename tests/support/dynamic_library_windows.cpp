@@ -19,6 +19,13 @@ Pointer OrDie(Pointer pointer, const char* name) {
 
 }  // namespace
 
+std::string PathBesideTests(const std::string& name) {
+  char path[MAX_PATH];
+  GetModuleFileNameA(nullptr, path, MAX_PATH);
+  const std::string executable(path);
+  return executable.substr(0, executable.find_last_of('\\') + 1) + name + ".dll";
+}
+
 void* LoadLibraryBesideTests(const std::string& name) {
   // The folder of the executable is the first in which the loader looks.
   return OrDie(LoadLibraryA((name + ".dll").c_str()), name.c_str());

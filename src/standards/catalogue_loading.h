@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "common/config_document.h"
+#include "server/component_creator.h"
+
+namespace sab {
+
+/// What is used for the length of one Load call, and by all Load calls inside it.
+class CatalogueLoading {
+ public:
+  CatalogueLoading();
+
+  ComponentCreator& Creator() { return *ComponentCreator::Current(); }
+
+ private:
+  struct OwnCreator {
+    ComponentCreator creator;
+    ComponentCreator::Scope scope{creator};
+  };
+
+  std::optional<OwnCreator> own_;  // none where the call around this one has one
+};
+
+/// The element that a Load method was handed. Raises ComError(kInvalidCatalogue) for no handle.
+ConfigElement ElementToLoad(ULONG_PTR handle, const char* class_name);
+
+/// Raises ComError if a part, which may be another library's, failed to load; the message has what
+/// the part itself said.
+/// @param what which part: "symbol 3"
+void CheckLoaded(HRESULT result, const std::string& what);
+
+}  // namespace sab
