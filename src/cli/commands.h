@@ -24,6 +24,8 @@ void ReportFailure(const Failure& failure);
 void AddShow(CLI::App& program, const Settings& settings);
 void AddGet(CLI::App& program, const Settings& settings);
 void AddWalk(CLI::App& program, const Settings& settings);
+/// Works on files without the server.
+void AddSettingsCommands(CLI::App& program);
 void AddDescribe(CLI::App& program, const Settings& settings);
 void AddRegister(CLI::App& program, const Settings& settings);
 

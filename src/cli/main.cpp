@@ -25,6 +25,7 @@ constexpr char kFooter[] =
     "  sabxml show application.xml               what a host gets from a descriptor\n"
     "  sabxml walk application.xml               all files that an application leads to\n"
     "  sabxml get VeAutoUpdateAdminCfgParser settings.xml /Settings/Update\n"
+    "  sabxml settings list                      the settings groups and their keys\n"
     "  sabxml describe VeAppParser               the members of a class\n"
     "  sabxml register --dry-run                 what registering would write\n"
     "  sabxml COMMAND --help                     more about one command\n"
@@ -91,6 +92,7 @@ int Run(int argc, char** argv) {
   AddShow(program, settings);
   AddWalk(program, settings);
   AddGet(program, settings);
+  AddSettingsCommands(program);
   AddDescribe(program, settings);
   AddRegister(program, settings);
   const int result = RunCommand(program, Arguments(argc, argv));

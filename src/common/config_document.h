@@ -189,6 +189,14 @@ class ConfigDocument {
     return ConfigElement(document_.Select(ascii_path));
   }
 
+  /// All elements that a location path selects, in document order; otherwise as Select.
+  std::vector<ConfigElement> SelectElements(TextView path) {
+    std::vector<ConfigElement> elements;
+    for (backend::Element& element : document_.SelectElements(path))
+      elements.emplace_back(std::move(element));
+    return elements;
+  }
+
   /// Prepares reading many keys under one node path; null or empty text means the document, so
   /// that a key is then the name of the document element.
   ConfigNodes SelectAll(TextView node_path) { return ConfigNodes(document_.SelectAll(node_path)); }

@@ -26,6 +26,7 @@ constexpr char kTypes[] =
     "| flag | -1 for true, 0 for false; any other number is kept |\n"
     "| strict flag | true exactly for -1 |\n"
     "| short, unsigned short | decimal, cut to 16 bits |\n"
+    "| wide short | decimal, 32 bits, all of which are kept; the property hands out 16 |\n"
     "| int | decimal, 32 bits |\n"
     "| int or INT_MAX | the same; `INT_MAX` stands for 2147483647 |\n"
     "| unsigned | 32 bits, written as if there were a sign: 0xFF000000 is -16777216 |\n"
@@ -33,7 +34,20 @@ constexpr char kTypes[] =
     "| list of … | a semicolon behind each element |\n"
     "| structure | elements of its own |\n";
 
-const char* NameOf(SettingType type) {
+void PrintGroup(const SettingsGroup& group, std::string& out) {
+  out += "\n## " + std::string(group.class_name) + ": " + std::string(group.about) + "\n\n";
+  out += "| key | member | type | default | |\n|---|---|---|---|---|\n";
+  const SettingsFields fields = group.make_fields();
+  for (const SettingsRow& row : group.rows()) {
+    const std::string value = row.format ? ToUtf8(row.format(fields.get())) : "";
+    out += "| `" + std::string(row.key) + "` | `" + std::string(row.property) + "` | " +
+           WordsFor(row.type) + " | " + value + " | " + NoteOn(row) + " |\n";
+  }
+}
+
+}  // namespace
+
+const char* WordsFor(SettingType type) {
   switch (type) {
     case SettingType::kText:
       return "text";
@@ -45,6 +59,8 @@ const char* NameOf(SettingType type) {
       return "short";
     case SettingType::kUnsignedShort:
       return "unsigned short";
+    case SettingType::kWideShort:
+      return "wide short";
     case SettingType::kInt:
       return "int";
     case SettingType::kIntOrMax:
@@ -73,19 +89,6 @@ std::string NoteOn(const SettingsRow& row) {
   if (row.text_when_missing.empty()) return "";
   return std::string(row.text_when_missing) + " when missing";
 }
-
-void PrintGroup(const SettingsGroup& group, std::string& out) {
-  out += "\n## " + std::string(group.class_name) + ": " + std::string(group.about) + "\n\n";
-  out += "| key | member | type | default | |\n|---|---|---|---|---|\n";
-  const SettingsFields fields = group.make_fields();
-  for (const SettingsRow& row : group.rows()) {
-    const std::string value = row.format ? ToUtf8(row.format(fields.get())) : "";
-    out += "| `" + std::string(row.key) + "` | `" + std::string(row.property) + "` | " +
-           NameOf(row.type) + " | " + value + " | " + NoteOn(row) + " |\n";
-  }
-}
-
-}  // namespace
 
 std::string SettingsManual() {
   std::string out = kHead;

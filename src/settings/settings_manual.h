@@ -2,10 +2,18 @@
 
 #include <string>
 
+#include "settings/settings_table.h"
+
 namespace sab {
 
 /// The reference of all settings groups, printed from their key tables: Markdown, UTF-8. It is kept
 /// as docs/settings.md.
 std::string SettingsManual();
+
+/// A type as the reference names it: "unsigned short".
+const char* WordsFor(SettingType type);
+
+/// What is special about a key: "only loaded"; mostly empty.
+std::string NoteOn(const SettingsRow& row);
 
 }  // namespace sab

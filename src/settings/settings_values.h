@@ -94,6 +94,7 @@ enum class SettingType : unsigned char {
   kStrictFlag,     ///< true exactly for -1
   kShort,          ///< 16 bits
   kUnsignedShort,  ///< 16 bits, without a sign
+  kWideShort,      ///< 32 bits in the file, of which the property hands out 16
   kInt,            ///< 32 bits
   kIntOrMax,       ///< 32 bits; "INT_MAX" names the greatest
   kUnsigned,       ///< 32 bits without a sign, written as if there were one: colours, limits
@@ -124,7 +125,7 @@ inline constexpr SettingType kSettingTypeOf = internal::TypeOfNumber<Value>();
 template <>
 inline constexpr SettingType kSettingTypeOf<Bstr> = SettingType::kText;
 template <>
-inline constexpr SettingType kSettingTypeOf<WideShort> = SettingType::kInt;
+inline constexpr SettingType kSettingTypeOf<WideShort> = SettingType::kWideShort;
 template <>
 inline constexpr SettingType kSettingTypeOf<float> = SettingType::kFloat;
 template <>

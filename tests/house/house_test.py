@@ -26,8 +26,8 @@ def allowed(folder):
         return {folder, *below} if folder != "xml" else {"xml"}
     if folder in FAMILIES:
         return {folder, *LAYERS}
-    if folder == "cli":
-        return {"cli"}
+    if folder == "cli":  # what works on settings files knows their key tables
+        return {"cli", "settings", "common", "platform", "base"}
     return {folder, *LAYERS, *FAMILIES}
 
 

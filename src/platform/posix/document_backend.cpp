@@ -53,16 +53,11 @@ Element Nodes::First(std::string_view key) const {
 }
 
 std::vector<Element> Nodes::Children() const {
+  if (!parents_) return document_->SelectElements(path_ + "/*");
   std::vector<Element> children;
-  if (parents_) {
-    for (const xml::NodeIndex parent : *parents_) {
-      for (Element child = Element(document_, parent).FirstChild(); child;
-           child.MoveToNextSibling())
-        children.push_back(child);
-    }
-  } else {
-    for (const xml::NodeIndex node : document_->SelectElements(path_ + "/*"))
-      children.emplace_back(document_, node);
+  for (const xml::NodeIndex parent : *parents_) {
+    for (Element child = Element(document_, parent).FirstChild(); child; child.MoveToNextSibling())
+      children.push_back(child);
   }
   return children;
 }
@@ -118,11 +113,13 @@ Element Document::Select(std::string_view path) {
   return document_ ? Element(this, found) : Element();
 }
 
-std::vector<xml::NodeIndex> Document::SelectElements(std::string_view path) const {
-  auto found = Selecting(
+std::vector<Element> Document::SelectElements(std::string_view path) {
+  const std::vector<xml::NodeIndex> found = Selecting(
       path, [path](const xml::Document& document) { return xml::SelectAll(document, path); });
-  if (!document_) found.clear();
-  return found;
+  std::vector<Element> elements;
+  if (!document_) return elements;
+  for (const xml::NodeIndex node : found) elements.emplace_back(this, node);
+  return elements;
 }
 
 xml::Editor& Document::Editor() {

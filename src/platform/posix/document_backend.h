@@ -79,7 +79,10 @@ class Document {
   Element Root() { return document_ ? Element(this, document_->Root()) : Element(); }
   Element Select(TextView path) { return Select(std::string_view(ToUtf8(path))); }
   Element Select(std::string_view path);
-  std::vector<xml::NodeIndex> SelectElements(std::string_view path) const;
+  std::vector<Element> SelectElements(TextView path) {
+    return SelectElements(std::string_view(ToUtf8(path)));
+  }
+  std::vector<Element> SelectElements(std::string_view path);
   Nodes SelectAll(TextView node_path) { return Nodes(this, node_path); }
   void Save(TextView file);
 
