@@ -15,7 +15,7 @@ namespace sab::xml {
 class Document {
  public:
   /// What the reader looks at behind the text. Bytes with so much capacity to spare are not copied.
-  static constexpr std::size_t kZerosBehind = 8;
+  static constexpr std::size_t kZerosBehind = 16;
 
   /// Reads a document in any known encoding. Raises Error; std::bad_alloc.
   explicit Document(std::string bytes);

@@ -9,6 +9,7 @@
 #include "xml/characters.h"
 #include "xml/error.h"
 #include "xml/namespaces.h"
+#include "xml/scan.h"
 
 namespace sab::xml {
 namespace {
@@ -90,6 +91,23 @@ class Reader {
     p_ += decoded.length;
   }
 
+  // First byte of a text that does not stand for itself: of markup, a reference, ], a carriage
+  // return, or what may not occur.
+  static const char* SkipLiteralText(const char* p) {
+    for (;;) {
+      p = SkipPlainText(p);
+      if (*p == '<') return p;
+      const char* const start = p;
+      if (*p == '\n' || *p == '\t') ++p;
+      while (static_cast<unsigned char>(*p) >= 0x80) {
+        const Decoded decoded = Decode(p);
+        if (decoded.length == 0 || !IsCharacter(decoded.code)) return p;
+        p += decoded.length;
+      }
+      if (p == start) return p;
+    }
+  }
+
   char32_t ReadReference() {
     const char* const start = p_;
     ++p_;
@@ -111,9 +129,9 @@ class Reader {
       static constexpr struct {
         std::string_view name;
         char32_t code;
-      } kEntities[] = {{"lt;", '<'}, {"gt;", '>'}, {"amp;", '&'}, {"quot;", '"'}, {"apos;", '\''}};
+      } kEntities[] = {{"amp;", '&'}, {"lt;", '<'}, {"gt;", '>'}, {"quot;", '"'}, {"apos;", '\''}};
       for (const auto& entity : kEntities) {
-        if (!StartsWith(entity.name)) continue;
+        if (!std::equal(entity.name.begin(), entity.name.end(), p_)) continue;
         p_ += entity.name.size();
         return entity.code;
       }
@@ -136,25 +154,28 @@ class Reader {
     const char* const start = p_;
     if (!Has(*p_, kNameStart)) Fail(std::string(what) + " is expected");
     colon_ = nullptr;
-    for (;;) {
-      while (Has(*p_, kPlainName)) ++p_;
+    p_ = SkipPlainName(p_);
+    if (Has(*p_, kNameByte)) ReadRestOfName(start);
+    const std::string_view name(start, static_cast<std::size_t>(p_ - start));
+    if (name.size() > UINT16_MAX) FailAt(start, "a name of over 65535 bytes");
+    return name;
+  }
+
+  // From its first colon or the first character that is not ASCII.
+  void ReadRestOfName(const char* start) {
+    for (; Has(*p_, kNameByte); p_ = SkipPlainName(p_)) {
       if (*p_ == ':') {
         if (!colon_) colon_ = p_;
         ++p_;
         continue;
       }
-      if (static_cast<unsigned char>(*p_) < 0x80) break;
-      const bool is_first = p_ == start;
       const Decoded decoded = Decode(p_);
       if (decoded.length == 0) Fail("the bytes are not UTF-8");
-      if (!(is_first ? IsNameStart(decoded.code) : IsNameCharacter(decoded.code))) {
+      if (!(p_ == start ? IsNameStart(decoded.code) : IsNameCharacter(decoded.code))) {
         Fail("a character that a name cannot have");
       }
       p_ += decoded.length;
     }
-    const std::string_view name(start, static_cast<std::size_t>(p_ - start));
-    if (name.size() > UINT16_MAX) FailAt(start, "a name of over 65535 bytes");
-    return name;
   }
 
   // Length of the prefix, without the colon, of the name that was just read; refuses a name of more
@@ -302,9 +323,9 @@ class Reader {
     const char* const start = p_++;
     attributes_.clear();
     const std::string_view name = ReadName("an element's name");
+    if (ReadOnlyText(start, name)) return;
     const std::size_t prefix_length = PrefixOf(name);
-    const std::uint8_t inherited = nodes_[open_].flags & kPreservesSpace;
-    const NodeIndex element = Append(NodeType::kElement, start, start, inherited);
+    const NodeIndex element = Append(NodeType::kElement, start, start, InheritedFlags());
     nodes_[element].name_length = static_cast<std::uint16_t>(name.size());
     open_ = element;
     previous_ = kNoNode;
@@ -321,18 +342,23 @@ class Reader {
     }
     if (*p_ != '>') Fail("the tag is not closed: > is expected");
     ++p_;
-    if (attributes_.empty()) ReadOnlyText(element, name);
   }
 
-  // The commonest element by far: <name>plain text</name>. It needs one node only.
-  void ReadOnlyText(NodeIndex element, std::string_view name) {
-    const char* const text = p_;
-    const char* const stop = SkipPlainText(p_);
-    if (stop == text || stop[0] != '<' || stop[1] != '/' || Has(*text, kSpace)) return;
-    if (!Matches(stop + 2, name.data(), name.size()) || stop[2 + name.size()] != '>') return;
-    nodes_[element].flags |= kHasOnlyText;
+  std::uint8_t InheritedFlags() const { return nodes_[open_].flags & kPreservesSpace; }
+
+  // The commonest element by far: <name>plain text</name>. It needs one node only, which is never
+  // open.
+  bool ReadOnlyText(const char* start, std::string_view name) {
+    if (*p_ != '>' || colon_ || namespaces_.IsUsed()) return false;
+    const char* const text = p_ + 1;
+    const char* const stop = SkipLiteralText(text);
+    if (stop == text || stop[0] != '<' || stop[1] != '/' || Has(*text, kSpace)) return false;
+    if (!Matches(stop + 2, name.data(), name.size()) || stop[2 + name.size()] != '>') return false;
+    const auto flags = static_cast<std::uint8_t>(InheritedFlags() | kHasOnlyText);
+    const NodeIndex element = Append(NodeType::kElement, start, stop, flags);
+    nodes_[element].name_length = static_cast<std::uint16_t>(name.size());
     p_ = stop + name.size() + 3;
-    Close(stop);
+    return true;
   }
 
   void Close(const char* end) {
@@ -464,7 +490,7 @@ class Reader {
     std::uint8_t flags = nodes_[open_].flags & kPreservesSpace;
     if (std::memchr(start, '\r', static_cast<std::size_t>(p_ - start))) flags |= kNeedsDecoding;
     for (;;) {
-      p_ = SkipPlainText(p_);
+      p_ = SkipLiteralText(p_);
       if (*p_ == '<') break;
       if (*p_ == '&') {
         flags |= kNeedsDecoding;
