@@ -17,8 +17,10 @@ class CatalogueLoading {
 
  private:
   struct OwnCreator {
+    OwnCreator() : scope(creator) {}
+
     ComponentCreator creator;
-    ComponentCreator::Scope scope{creator};
+    ComponentCreator::Scope scope;
   };
 
   std::optional<OwnCreator> own_;  // none where the call around this one has one

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "server/class_entry.h"
 #include "server/created_object.h"
 #include "support/server_library.h"
 
@@ -27,10 +28,6 @@ class Outer final : public IUnknown {
   ULONG references = 1;
   int queries = 0;
 };
-
-constexpr const CLSID* kCreatable[] = {&CLSID_VeAppParser, &CLSID_VeAutoUpdateAdminCfgParser,
-                                       &CLSID_VePrsConfig, &CLSID_VePrsConfigColl,
-                                       &CLSID_VePrsAccel,  &CLSID_VePrsAccelColl};
 
 ComPtr<IClassFactory> FactoryOf(REFCLSID clsid) {
   ComPtr<IClassFactory> factory;
@@ -72,8 +69,9 @@ TEST(EntryPoints, OneFactoryServesAClass) {
 }
 
 TEST(EntryPoints, EveryClassIsCreatedAloneAndWithAnIdentity) {
-  for (const CLSID* clsid : kCreatable) {
-    const ComPtr<IClassFactory> factory = FactoryOf(*clsid);
+  for (const ClassEntry& entry : ClassTable()) {
+    SCOPED_TRACE(entry.name);
+    const ComPtr<IClassFactory> factory = FactoryOf(*entry.clsid);
     ComPtr<IDispatch> dispatch;
     ASSERT_EQ(S_OK, factory->CreateInstance(nullptr, IID_IDispatch, dispatch.PutVoid()));
     const auto first = dispatch.As<IUnknown>();
@@ -91,8 +89,9 @@ TEST(EntryPoints, EveryClassIsCreatedAloneAndWithAnIdentity) {
 }
 
 TEST(EntryPoints, EveryClassIsPartOfAnOuterObject) {
-  for (const CLSID* clsid : kCreatable) {
-    const ComPtr<IClassFactory> factory = FactoryOf(*clsid);
+  for (const ClassEntry& entry : ClassTable()) {
+    SCOPED_TRACE(entry.name);
+    const ComPtr<IClassFactory> factory = FactoryOf(*entry.clsid);
     Outer outer;
     void* refused = &refused;
     EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(&outer, IID_IDispatch, &refused));

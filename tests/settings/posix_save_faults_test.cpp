@@ -7,8 +7,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <new>
 #include <random>
 
 #include "config/temporary_folder.h"
@@ -18,29 +16,7 @@
 #include "settings/file_path_cfg_parser.h"
 #include "settings/settings_object.h"
 #include "settings/sys_parameter_cfg_parser.h"
-
-namespace {
-
-// Calls of operator new until one fails; negative for never.
-long allocations_until_failure = -1;
-
-void* Allocate(std::size_t size) {
-  if (allocations_until_failure >= 0 && allocations_until_failure-- == 0) {
-    allocations_until_failure = 0;  // and all that follow
-    throw std::bad_alloc();
-  }
-  if (void* const memory = std::malloc(size ? size : 1)) return memory;
-  throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) { return Allocate(size); }
-void* operator new[](std::size_t size) { return Allocate(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+#include "support/allocation_faults.h"
 
 namespace sab::testing {
 namespace {
@@ -95,14 +71,18 @@ FileCalls FaultyCalls() {
 class SaveFaultsTest : public ::testing::Test {
  protected:
   SaveFaultsTest() { real_calls = CurrentFileCalls(); }
-  ~SaveFaultsTest() override {
-    CurrentFileCalls() = real_calls;
-    allocations_until_failure = -1;
-  }
+  ~SaveFaultsTest() override { CurrentFileCalls() = real_calls; }
 
   template <class Parser>
   HRESULT Save(Parser& parser) {
     return parser->Save(name_.Get(), node_.Get());
+  }
+
+  // The result of a call while so many allocations succeed, and no more.
+  template <class Call>
+  static HRESULT WithAllocations(long successes, const Call& call) {
+    const AllocationFaults failing(successes);
+    return call();
   }
 
   TemporaryFolder folder_;
@@ -158,9 +138,8 @@ TEST_F(SaveFaultsTest, EveryAllocationMayFail) {
     long allocations = 0;
     for (;; ++allocations) {
       folder_.Write("t.xml", kBefore);
-      allocations_until_failure = allocations;
-      const HRESULT result = parser->Save(name_.Get(), node_.Get());
-      allocations_until_failure = -1;
+      const HRESULT result =
+          WithAllocations(allocations, [&] { return parser->Save(name_.Get(), node_.Get()); });
       if (result == S_OK) break;
       ASSERT_EQ(E_OUTOFMEMORY, result) << allocations;
       ASSERT_EQ(kBefore, folder_.Read("t.xml")) << allocations;
@@ -177,9 +156,8 @@ TEST_F(SaveFaultsTest, EveryAllocationOfALoadMayFail) {
   ASSERT_EQ(S_OK, Save(system));
   long allocations = 0;
   for (;; ++allocations) {
-    allocations_until_failure = allocations;
-    const HRESULT result = system->Load(name_.Get(), node_.Get());
-    allocations_until_failure = -1;
+    const HRESULT result =
+        WithAllocations(allocations, [&] { return system->Load(name_.Get(), node_.Get()); });
     if (result == S_OK) break;
     ASSERT_EQ(E_OUTOFMEMORY, result) << allocations;
     INT keys = 0;  // what is not read yet stays, what is being read is not half there

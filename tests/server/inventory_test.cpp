@@ -1,0 +1,198 @@
+// Every class of the server: what it says of itself, its properties, its place in the registry.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "dispatch_tables.h"
+#include "server/class_entry.h"
+#include "server/created_object.h"
+#include "server/registry_text.h"
+#include "support/server_library.h"
+
+namespace sab::testing {
+namespace {
+
+const CoclassInfo* CoclassOf(const ClassEntry& entry) {
+  for (const CoclassInfo& coclass : TheLibrary().coclasses) {
+    if (EqualsAscii(coclass.name, entry.name)) return &coclass;
+  }
+  return nullptr;
+}
+
+ComPtr<IDispatch> New(const ClassEntry& entry) {
+  ComPtr<IClassFactory> factory;
+  ComPtr<IDispatch> object;
+  EXPECT_EQ(S_OK, Server().GetClassObject(*entry.clsid, IID_IClassFactory, factory.PutVoid()));
+  EXPECT_EQ(S_OK, factory->CreateInstance(nullptr, IID_IDispatch, object.PutVoid()));
+  return object;
+}
+
+TEST(Inventory, EveryClassOfTheTypeLibraryIsInTheTableOnce) {
+  std::set<std::string_view> names;
+  for (const ClassEntry& entry : ClassTable()) {
+    EXPECT_TRUE(CoclassOf(entry)) << entry.name;
+    EXPECT_TRUE(names.insert(entry.name).second) << entry.name;
+  }
+  EXPECT_EQ(TheLibrary().coclasses.size(), names.size());
+}
+
+TEST(Inventory, EveryObjectHasItsInterfaceAndTypeInformation) {
+  for (const ClassEntry& entry : ClassTable()) {
+    SCOPED_TRACE(entry.name);
+    const auto object = New(entry);
+    ComPtr<IUnknown> own;
+    const IID& iid = *CoclassOf(entry)->default_interface->iid;
+    EXPECT_EQ(S_OK, object->QueryInterface(iid, own.PutVoid()));
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put()));
+    TYPEATTR* attributes = nullptr;
+    ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
+    EXPECT_EQ(iid, attributes->guid);
+    info->ReleaseTypeAttr(attributes);
+  }
+}
+
+// A value of a property, as a script gives it.
+class Given {
+ public:
+  /// @param seed differs from property to property
+  Given(VARTYPE type, unsigned seed) {
+    VariantInit(&value);
+    value.vt = type;
+    if (type == VT_BSTR) {
+      value.bstrVal = Bstr(FromUtf8("值" + std::to_string(seed))).Detach();
+    } else if (type == VT_BOOL) {
+      value.boolVal = seed % 2 == 0 ? VARIANT_TRUE : VARIANT_FALSE;
+    } else {
+      value.vt = VT_I4;
+      value.lVal = static_cast<LONG>(seed);
+    }
+  }
+  Given(Given&& other) noexcept : value(other.value) { VariantInit(&other.value); }
+  ~Given() { VariantClear(&value); }
+
+  VARIANT value;
+};
+
+std::string AsText(const VARIANT& value) {
+  VARIANT text;
+  VariantInit(&text);
+  if (FAILED(VariantChangeType(&text, const_cast<VARIANT*>(&value), 0, VT_BSTR))) return "(none)";
+  Bstr owned;
+  owned.Attach(text.bstrVal);
+  return ToUtf8(owned.View());
+}
+
+HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, std::vector<VARIANT> arguments,
+               VARIANT* result) {
+  std::reverse(arguments.begin(), arguments.end());
+  DISPID put = DISPID_PROPERTYPUT;
+  const bool is_put = flags == DISPATCH_PROPERTYPUT;
+  DISPPARAMS parameters{arguments.data(), is_put ? &put : nullptr,
+                        static_cast<UINT>(arguments.size()), is_put ? 1U : 0U};
+  return object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr,
+                       nullptr);
+}
+
+// Properties that take only some values.
+unsigned SeedFor(const MemberInfo& member, unsigned place) {
+  const bool is_enumeration = member.parameters.back().type.enumeration != nullptr;
+  return is_enumeration ? place % 2 : place;
+}
+
+// All are put before any is read, so that one which goes to the place of another is seen.
+TEST(Inventory, EveryPropertyGivesBackWhatWasPut) {
+  unsigned tried = 0;
+  for (const ClassEntry& entry : ClassTable()) {
+    SCOPED_TRACE(entry.name);
+    for (const unsigned round : {20U, 21U}) {
+      const auto object = New(entry);
+      std::vector<std::pair<const MemberInfo*, Given>> put;
+      for (auto* info = CoclassOf(entry)->default_interface; info; info = info->base) {
+        for (const MemberInfo& member : info->members) {
+          if (member.kind != MemberKind::kPropertyPut) continue;
+          const auto place = round + static_cast<unsigned>(put.size());
+          put.emplace_back(&member,
+                           Given(member.parameters.back().type.type, SeedFor(member, place)));
+        }
+      }
+      const auto call = [&](const MemberInfo& member, WORD flags, const Given* value,
+                            VARIANT* result) {
+        // Two members may set the same named value; each gets one of its own.
+        const Given name(VT_BSTR, static_cast<unsigned>(member.id));
+        std::vector<VARIANT> arguments;
+        if (member.parameters.size() == 2) arguments.push_back(name.value);
+        if (value) arguments.push_back(value->value);
+        return Invoke(*object, member.id, flags, std::move(arguments), result);
+      };
+      for (const auto& [member, value] : put) {
+        EXPECT_EQ(S_OK, call(*member, DISPATCH_PROPERTYPUT, &value, nullptr))
+            << ToUtf8(member->name);
+      }
+      for (const auto& [member, value] : put) {
+        VARIANT got;
+        VariantInit(&got);
+        EXPECT_EQ(S_OK, call(*member, DISPATCH_PROPERTYGET, nullptr, &got)) << ToUtf8(member->name);
+        EXPECT_EQ(AsText(value.value), AsText(got)) << ToUtf8(member->name);
+        VariantClear(&got);
+        ++tried;
+      }
+    }
+  }
+  EXPECT_GT(tried, 500U);
+}
+
+std::string InBraces(REFGUID guid) {
+  OLECHAR text[39];
+  StringFromGUID2(guid, text, 39);
+  return ToUtf8(text);
+}
+
+// What the registry has of a class, in one text.
+std::string RegisteredAs(const ClassEntry& entry) {
+  const std::string key = "CLSID\\" + InBraces(*entry.clsid);
+  if (RegistryText(key) == "(none)") return "(none)";
+  std::string all = RegistryText(key);
+  for (const char* place :
+       {"\\ProgID", "\\VersionIndependentProgID", "\\Programmable", "\\TypeLib"})
+    all += " | " + RegistryText(key + place);
+  all += " | " + RegistryText(key + "\\InprocServer32", "ThreadingModel");
+  all += " | " + RegistryText(key, "AppID");
+  for (const std::string& prog_id : {entry.VersionIndependentProgId(), entry.ProgId()}) {
+    all += " | " + RegistryText(prog_id) + " " + RegistryText(prog_id + "\\CLSID") + " " +
+           RegistryText(prog_id + "\\CurVer");
+  }
+  return all;
+}
+
+std::string ExpectedOf(const ClassEntry& entry) {
+  if (entry.registration == Registration::kNone) return "(none)";
+  const bool has_prog_ids = entry.registration == Registration::kWithProgIds;
+  const std::string clsid = InBraces(*entry.clsid);
+  const std::string none = "(none)";
+  const std::string prog_id = has_prog_ids ? entry.ProgId() : none;
+  std::string all = entry.Description() + " | " + prog_id + " | " +
+                    (has_prog_ids ? entry.VersionIndependentProgId() : none) + " | (empty) | " +
+                    InBraces(LIBID_SabXmlParserLib) + " | Apartment | " + InBraces(kServerAppId);
+  if (!has_prog_ids) return all + " | (none) (none) (none) | (none) (none) (none)";
+  const std::string start = " | " + entry.Description() + " " + clsid + " ";
+  return all + start + prog_id + start + "(none)";
+}
+
+TEST(Inventory, EveryClassComesToTheRegistryAndGoes) {
+  for (const ClassEntry& entry : ClassTable()) {
+    EXPECT_EQ(ExpectedOf(entry), RegisteredAs(entry)) << entry.name;
+  }
+  EXPECT_EQ(S_OK, Server().Unregister());
+  for (const ClassEntry& entry : ClassTable()) {
+    EXPECT_EQ("(none)", RegisteredAs(entry)) << entry.name;
+    EXPECT_EQ("(none)", RegistryText(entry.ProgId()));
+    EXPECT_EQ("(none)", RegistryText(entry.VersionIndependentProgId()));
+  }
+  EXPECT_EQ(S_OK, Server().Register());
+}
+
+}  // namespace
+}  // namespace sab::testing

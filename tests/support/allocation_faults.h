@@ -1,0 +1,17 @@
+#pragma once
+
+namespace sab::testing {
+
+/// Lets operator new fail, in the tests and in every library that they have loaded, after a number
+/// of calls that succeed; from then on all fail. It is so for as long as an instance lives.
+class AllocationFaults {
+ public:
+  explicit AllocationFaults(long successes);
+  AllocationFaults(const AllocationFaults&) = delete;
+  AllocationFaults& operator=(const AllocationFaults&) = delete;
+  ~AllocationFaults();
+
+  bool HasStruck() const;
+};
+
+}  // namespace sab::testing

@@ -1,0 +1,44 @@
+#include "support/allocation_faults.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+constexpr long kNever = -1;
+
+// Calls of operator new until one fails.
+long allocations_until_failure = kNever;
+bool has_struck = false;
+
+void* Allocate(std::size_t size) {
+  if (allocations_until_failure == 0) {
+    has_struck = true;
+    throw std::bad_alloc();
+  }
+  if (allocations_until_failure > 0) --allocations_until_failure;
+  if (void* const memory = std::malloc(size ? size : 1)) return memory;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace sab::testing {
+
+AllocationFaults::AllocationFaults(long successes) {
+  allocations_until_failure = successes;
+  has_struck = false;
+}
+
+AllocationFaults::~AllocationFaults() { allocations_until_failure = kNever; }
+
+bool AllocationFaults::HasStruck() const { return has_struck; }
+
+}  // namespace sab::testing
