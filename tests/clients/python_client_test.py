@@ -16,8 +16,8 @@ import threading
 import unittest
 from pathlib import Path
 
-PACKAGE, SAMPLES, LIBRARY, SABXML = (Path(path).absolute() for path in sys.argv[1:])
-del sys.argv[1:]
+PACKAGE, SAMPLES, LIBRARY, SABXML = (Path(path).absolute() for path in sys.argv[1:5])
+del sys.argv[1:5]
 sys.path.insert(0, str(PACKAGE))
 os.environ["SABXML_SERVER"] = str(LIBRARY)
 
