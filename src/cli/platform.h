@@ -9,8 +9,7 @@ namespace sabxml::cli {
 // What the program needs of the system beyond the component runtime.
 
 std::vector<std::string> Arguments(int argc, char** argv);  ///< in UTF-8
-std::string FolderOfProgram();
-std::string ServerFileName();                       ///< as the build names it
+std::string OwnServer();                            ///< the library that came with this program
 std::string EnvironmentVariable(const char* name);  ///< in UTF-8; empty if there is none
 bool OutputIsTerminal();                            ///< and obeys the usual sequences for colours
 bool ErrorsAreOnTerminal();

@@ -68,14 +68,21 @@ std::vector<std::string> RegistryLines() {
 
 std::vector<std::string> Arguments(int argc, char** argv) { return {argv, argv + argc}; }
 
-std::string FolderOfProgram() {
+// Beside the program in a build folder; where libraries are once both are installed.
+std::string OwnServer() {
   char path[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
   const std::string program(path, length > 0 ? static_cast<std::size_t>(length) : 0);
-  return program.substr(0, program.rfind('/') + 1);
+  const std::filesystem::path folder = std::filesystem::path(program).parent_path();
+  const char* const name = "libSabXmlParser.so";
+  const std::filesystem::path installed = folder / SABXML_LIBRARIES_FROM_PROGRAM / name;
+  std::error_code ignored;
+  if (!std::filesystem::exists(folder / name, ignored) &&
+      std::filesystem::exists(installed, ignored)) {
+    return installed.lexically_normal().string();
+  }
+  return (folder / name).string();
 }
-
-std::string ServerFileName() { return "libSabXmlParser.so"; }
 
 std::string EnvironmentVariable(const char* name) {
   const char* const value = std::getenv(name);

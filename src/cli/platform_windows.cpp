@@ -34,14 +34,12 @@ std::vector<std::string> Arguments(int, char**) {
   return arguments;
 }
 
-std::string FolderOfProgram() {
+std::string OwnServer() {
   wchar_t path[32768];
   const DWORD length = GetModuleFileNameW(nullptr, path, 32768);
   const std::string program = ToUtf8(std::basic_string_view<OLECHAR>(path, length));
-  return program.substr(0, program.rfind('\\') + 1);
+  return program.substr(0, program.rfind('\\') + 1) + "SabXmlParser.dll";
 }
-
-std::string ServerFileName() { return "SabXmlParser.dll"; }
 
 std::string EnvironmentVariable(const char* name) {
   const wchar_t* const value = _wgetenv(FromUtf8(name).c_str());

@@ -18,7 +18,7 @@ Server::Server(const std::string& library) : named_library_(library) {
 }
 
 std::string Server::LibraryPath() const {
-  return named_library_.empty() ? FolderOfProgram() + ServerFileName() : named_library_;
+  return named_library_.empty() ? OwnServer() : named_library_;
 }
 
 void* Server::Library() {

@@ -1,0 +1,68 @@
+# What is installed where. Two components: "runtime" is what runs (library, program, samples),
+# "development" what a client is built with. Nothing installed knows where it stands, so a prefix
+# can be moved.
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+set(SAB_DATA_FOLDER ${CMAKE_INSTALL_DATADIR}/sabxmlparser)
+set(SAB_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/SabXmlParser)
+set(SAB_PYTHON_FOLDER lib/python3/dist-packages CACHE STRING
+    "Where the Python client is installed, below the prefix")
+
+# To the outside there are two targets: sabcom, the component runtime (on Windows the system's
+# libraries and our header over them), and SabXmlParser, which brings the interfaces as well.
+if(WIN32)
+  set(runtime sab_com)
+  set_target_properties(sab_com PROPERTIES EXPORT_NAME sabcom)
+else()
+  set(runtime sabcom)
+  # The library's directory is that of what it loads.
+  set_target_properties(SabXmlParser PROPERTIES INSTALL_RPATH "$ORIGIN")
+  file(RELATIVE_PATH from_program /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(sabxml PROPERTIES INSTALL_RPATH "$ORIGIN/${from_program}")
+  target_compile_definitions(sabxml PRIVATE SABXML_LIBRARIES_FROM_PROGRAM="${from_program}")
+endif()
+set_target_properties(${runtime} PROPERTIES INTERFACE_INCLUDE_DIRECTORIES
+  "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>;$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+target_link_libraries(SabXmlParser INTERFACE ${runtime})
+
+install(TARGETS ${runtime} SabXmlParser EXPORT SabXmlParser
+  RUNTIME COMPONENT runtime
+  LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE COMPONENT development)
+install(TARGETS sabxml COMPONENT runtime)
+
+install(EXPORT SabXmlParser NAMESPACE SabXmlParser:: FILE SabXmlParserTargets.cmake
+  DESTINATION ${SAB_PACKAGE_FOLDER} COMPONENT development)
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/SabXmlParserConfig.cmake.in
+  SabXmlParserConfig.cmake INSTALL_DESTINATION ${SAB_PACKAGE_FOLDER} PATH_VARS SAB_DATA_FOLDER)
+write_basic_package_version_file(SabXmlParserConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/SabXmlParserConfig.cmake
+  ${PROJECT_BINARY_DIR}/SabXmlParserConfigVersion.cmake
+  DESTINATION ${SAB_PACKAGE_FOLDER} COMPONENT development)
+
+install(DIRECTORY include/sabxml DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(FILES ${PROJECT_BINARY_DIR}/idl/include/SabXmlParser.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(DIRECTORY idl DESTINATION ${SAB_DATA_FOLDER} COMPONENT development
+  FILES_MATCHING PATTERN "*.idl")
+install(DIRECTORY samples DESTINATION ${SAB_DATA_FOLDER} COMPONENT development)
+
+if(WIN32)
+  install(FILES ${SAB_TYPE_LIBRARY} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+  install(FILES cmake/windows/register.cmd cmake/windows/unregister.cmd
+    DESTINATION . COMPONENT runtime)
+  install(DIRECTORY clients/python DESTINATION . COMPONENT runtime PATTERN __pycache__ EXCLUDE)
+  install(FILES LICENSE CHANGELOG.md docs/packaging.md DESTINATION . COMPONENT runtime)
+else()
+  file(RELATIVE_PATH SAB_PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+  configure_file(cmake/sabxmlparser.pc.in sabxmlparser.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/sabxmlparser.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+  install(DIRECTORY clients/python/sabxml DESTINATION ${SAB_PYTHON_FOLDER} COMPONENT runtime
+    PATTERN __pycache__ EXCLUDE)
+  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sabxmlparser
+    COMPONENT runtime RENAME copyright)
+  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sabxmlparser-dev
+    COMPONENT development RENAME copyright)
+endif()

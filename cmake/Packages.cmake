@@ -1,0 +1,36 @@
+# cpack: two Debian packages, or for Windows one archive with everything.
+set(CPACK_PACKAGE_NAME sabxmlparser)
+set(CPACK_PACKAGE_VENDOR "SabXmlParser contributors")
+set(CPACK_PACKAGE_CONTACT "SabXmlParser contributors <sabxmlparser@workshop.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_PACKAGE_CHECKSUM SHA256)
+set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_STRIP_FILES ON)
+
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME sabxmlparser-${PROJECT_VERSION}-windows-x86_64)
+  set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/WriteChecksums.cmake)
+else()
+  set(CPACK_GENERATOR DEB)
+  set(CPACK_DEB_COMPONENT_INSTALL ON)
+  set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+  set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME sabxmlparser)
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS python3)
+  set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
+    "${PROJECT_DESCRIPTION}: the library, its component runtime, the program sabxml and the Python client.")
+
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME sabxmlparser-dev)
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "sabxmlparser (= ${PROJECT_VERSION})")
+  set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+    "${PROJECT_DESCRIPTION}: headers, interface definitions, files for CMake and pkg-config, samples.")
+endif()
+include(CPack)

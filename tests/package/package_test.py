@@ -1,0 +1,167 @@
+#!/usr/bin/env python3
+"""Packs the build, unpacks it where nobody told it of, and builds and runs a client of it.
+
+usage: package_test.py BUILD_FOLDER CLIENT_SOURCE_FOLDER [--toolchain FILE] [--run COMMAND...]
+
+The client is samples/clients/cpp. COMMAND runs Windows programs.
+"""
+
+import argparse
+import hashlib
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+parser = argparse.ArgumentParser()
+parser.add_argument("build", type=Path)
+parser.add_argument("client", type=Path)
+parser.add_argument("--toolchain")
+parser.add_argument("--run", nargs=argparse.REMAINDER, default=[])
+arguments = parser.parse_args()
+ON_WINDOWS = bool(arguments.toolchain)
+
+windows_only = unittest.skipUnless(ON_WINDOWS, "Windows only")
+native_only = unittest.skipIf(ON_WINDOWS, "POSIX only")
+
+
+def run(*command, **options):
+    """Runs a command; its output, both streams together."""
+    result = subprocess.run([*map(str, command)], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                            text=True, encoding="utf-8", check=False, **options)
+    if result.returncode != 0:
+        raise AssertionError(f"{command} gives {result.returncode}:\n{result.stdout}")
+    return result.stdout.replace("\r", "")
+
+
+def name_of(file):
+    """A file's name as programs of the platform know it."""
+    return "z:" + str(file).replace("/", "\\") if ON_WINDOWS else file
+
+
+def expected_output(source):
+    return "".join(line + "\n" for line in re.findall(r"^// expect: (.*)$",
+                                                      source.read_text(encoding="utf-8"), re.M))
+
+
+class Package(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.folder = Path(folder.name)
+        run("cpack", "-B", cls.folder / "packages", cwd=arguments.build)
+        away = cls.folder / "away from home"
+        if ON_WINDOWS:
+            archive, = (cls.folder / "packages").glob("*.zip")
+            shutil.unpack_archive(archive, away)
+            cls.prefix, = away.iterdir()
+        else:
+            for package in (cls.folder / "packages").glob("*.deb"):
+                run("dpkg-deb", "-x", package, away)
+            cls.prefix = away / "usr"
+        cls.samples = cls.prefix / "share/sabxmlparser/samples"
+        cls.settings = shutil.copy(cls.samples / "workshop/settings.xml", cls.folder)
+        cls.environment = {**os.environ, "SABCOM_REGISTRY": str(cls.folder / "registry.reg")}
+        cls.environment.pop("SABXML_SERVER", None)
+
+    def register(self, name):
+        if ON_WINDOWS:
+            return run(*arguments.run, "cmd", "/c", name_of(self.prefix / f"{name}.cmd"))
+        return run(self.prefix / "bin/sabxml", name, env=self.environment)
+
+    def run_client(self, program):
+        """The client against what is registered."""
+        self.register("register")
+        try:
+            output = run(*arguments.run, program, name_of(self.samples / "workshop"),
+                         name_of(self.settings), env=self.environment)
+        finally:
+            self.register("unregister")
+        self.assertEqual(expected_output(self.samples / "clients/cpp/workshop.cpp"), output)
+
+    def test_client_of_the_cmake_package(self):
+        build = self.folder / "client"
+        configure = ["cmake", "-S", self.samples / "clients/cpp", "-B", build, "-G", "Ninja",
+                     f"-DCMAKE_PREFIX_PATH={self.prefix}"]
+        if ON_WINDOWS:
+            # Toolchains look for packages below their own root, except where they are told of.
+            configure += [f"-DCMAKE_TOOLCHAIN_FILE={arguments.toolchain}",
+                          f"-DSabXmlParser_DIR={self.prefix}/lib/cmake/SabXmlParser",
+                          "-DCMAKE_EXE_LINKER_FLAGS=-static"]
+        run(*configure)
+        run("cmake", "--build", build)
+        self.run_client(build / ("workshop.exe" if ON_WINDOWS else "workshop"))
+
+    @native_only
+    def test_client_of_pkg_config(self):
+        if not shutil.which("pkg-config"):
+            self.skipTest("pkg-config is not installed")
+        folder, = (path.parent for path in self.prefix.rglob("sabxmlparser.pc"))
+        flags = run("pkg-config", "--cflags", "--libs", "sabxmlparser",
+                    env={**os.environ, "PKG_CONFIG_PATH": str(folder)})
+        program = self.folder / "workshop"
+        libraries = folder.parent
+        run("sh", "-c", f'c++ -std=c++17 "$1" -o "$2" {flags}', "sh",
+            self.samples / "clients/cpp/workshop.cpp", program)
+        self.environment["LD_LIBRARY_PATH"] = str(libraries)
+        self.run_client(program)
+        del self.environment["LD_LIBRARY_PATH"]
+
+    def test_nothing_refers_to_where_it_was_made(self):
+        places = [os.fsencode(place) for place in
+                  (arguments.build.absolute(), arguments.client.absolute().parents[2],
+                   self.folder / "packages")]
+        for path in self.prefix.rglob("*"):
+            content = path.read_bytes() if path.is_file() else b""
+            for place in places if b"\0" not in content else []:
+                self.assertNotIn(place, content, path)
+
+    def test_the_program_finds_the_library(self):
+        program = self.prefix / ("bin/sabxml.exe" if ON_WINDOWS else "bin/sabxml")
+        output = run(*arguments.run, program, "show", self.samples / "workshop/application.xml",
+                     env=self.environment)
+        self.assertIn("WORKSHOP_2D", output)
+
+    @native_only
+    def test_the_python_client_is_there(self):
+        package, = (path.parent.parent for path in self.prefix.rglob("sabxml/__init__.py"))
+        library, = self.prefix.rglob("libSabXmlParser.so")
+        output = run(sys.executable, self.samples / "clients/workshop.py",
+                     env={**self.environment, "PYTHONPATH": str(package),
+                          "SABXML_SERVER": str(library)})
+        source = (self.samples / "clients/workshop.py").read_text(encoding="utf-8")
+        self.assertEqual(re.findall(r"^expect: (.*)$", source, re.M), output.splitlines())
+
+    @native_only
+    def test_what_the_packages_say(self):
+        for name, says in [("sabxmlparser_", ["Depends: libc6", "Suggests: python3"]),
+                           ("sabxmlparser-dev_", ["Depends: sabxmlparser (= "])]:
+            package, = (self.folder / "packages").glob(name + "*.deb")
+            control = run("dpkg-deb", "-f", package)
+            for text in says:
+                self.assertIn(text, control)
+            digest, _ = Path(f"{package}.sha256").read_text().split()
+            self.assertEqual(hashlib.sha256(package.read_bytes()).hexdigest(), digest)
+
+    @windows_only
+    def test_checksums(self):
+        output = run("sha256sum", "-c", "SHA256SUMS", cwd=self.prefix)
+        checked = {line.rpartition(": ")[0] for line in output.splitlines()}
+        files = {str(path.relative_to(self.prefix)) for path in self.prefix.rglob("*")
+                 if path.is_file()}
+        self.assertEqual(files - {"SHA256SUMS"}, checked)
+
+    @windows_only
+    def test_what_windows_clients_need(self):
+        for name in ("bin/SabXmlParser.tlb", "lib/libSabXmlParser.dll.a", "register.cmd",
+                     "share/sabxmlparser/idl/SabXmlParser.idl", "python/sabxml/__init__.py"):
+            self.assertTrue((self.prefix / name).is_file(), name)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
