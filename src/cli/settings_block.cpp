@@ -5,10 +5,10 @@
 
 #include "automation.h"
 #include "base/com_error.h"
+#include "common/named_values.h"
 #include "display_text.h"
 #include "letter_case.h"
 #include "platform/file.h"
-#include "settings/named_values.h"
 #include "settings_value.h"
 
 namespace sabxml::cli {

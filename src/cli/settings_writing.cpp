@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "commands.h"
-#include "settings/named_values.h"
+#include "common/named_values.h"
 #include "settings_commands.h"
 #include "settings_value.h"
 
