@@ -22,6 +22,7 @@
 #include "standards/standard_parser.h"
 #include "standards/std_sym_rev_parser.h"
 #include "standards/std_symbol_parser.h"
+#include "templates/txt_template_file_parser.h"
 
 namespace sab {
 namespace {
@@ -129,6 +130,7 @@ constexpr ClassEntry kClasses[] = {
     Row<CVeStandardParserColl>(kWithProgIds),
     Row<CVeStdSymbolParserColl>(kWithProgIds),
     Row<CVeStdSymRevParserColl>(kWithProgIds),
+    Row<CVeTxtTemplateFileParser>(kClassIdOnly),
     CustomPrintRow(),
     Row<CVeBomcfgParser>(kClassIdOnly),
     FileBaleRow(),

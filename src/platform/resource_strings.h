@@ -18,4 +18,11 @@ class ResourceStrings {
   void* library_ = nullptr;
 };
 
+/// Number of the first default section name in the library's own string table.
+inline constexpr unsigned kFirstDefaultMarker = 201;
+
+/// A text of the library's own string table, string_table.def; empty for a number that it does not
+/// have.
+Text OwnString(unsigned id);
+
 }  // namespace sab
