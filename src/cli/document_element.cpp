@@ -73,4 +73,14 @@ std::string DocumentElementOf(const std::string& file) {
   return name.substr(name.find(':') + 1);  // npos + 1 is 0
 }
 
+bool IsPlainText(const std::string& file) {
+  const std::string bytes = StartOf(file);
+  std::string text = MarkupOf(bytes);
+  // What became of a byte-order mark.
+  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) text.erase(0, 1);
+  if (bytes.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  return first != std::string::npos && text[first] != '<';
+}
+
 }  // namespace sabxml::cli

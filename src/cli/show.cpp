@@ -4,7 +4,9 @@
 #include "commands.h"
 #include "descriptor.h"
 #include "display_text.h"
+#include "document_element.h"
 #include "object_reader.h"
+#include "text_template.h"
 #include "tree_printers.h"
 
 namespace sabxml::cli {
@@ -13,12 +15,16 @@ namespace {
 constexpr char kShowHelp[] =
     "The kind of a file is known by its document element: Application, Template, Module,\n"
     "Environment, Cmd, UI or NEBStandardConfigration, which is the catalogue of drafting\n"
-    "standards. The server reads the file; what is printed is what a host gets from the objects:\n"
-    "every property and every Get method, lists element by element.\n"
+    "standards. A file that does not begin with '<' is a text template of a title block or bill of\n"
+    "materials: sections, each behind a line [Name].\n"
+    "\n"
+    "The server reads the file; what is printed is what a host gets from the objects: every\n"
+    "property and every Get method, lists element by element.\n"
     "\n"
     "Examples:\n"
     "  sabxml show application.xml\n"
     "  sabxml show --json templates/*.xml\n"
+    "  sabxml show title_block.txt\n"
     "  sabxml show ui.xml --json | jq .VeUiParser.UI.RibbonBar\n"
     "\n"
     "With --json there is one document a file, one after the other.\n";
@@ -53,7 +59,17 @@ struct ShowOptions {
   bool as_json = false;
 };
 
+void ShowTextTemplate(const Settings& settings, Server& server, const std::string& file,
+                      bool as_json) {
+  const Reference<IDispatch> parser = LoadTextTemplate(server, file);
+  const std::unique_ptr<TreeSink> printer = PrinterFor(settings, as_json);
+  printer->BeginObject({}, {}, 0);
+  TellTextTemplate(*parser.Get(), *printer);
+  printer->End();
+}
+
 void ShowFile(const Settings& settings, Server& server, const std::string& file, bool as_json) {
+  if (IsPlainText(file)) return ShowTextTemplate(settings, server, file, as_json);
   const DescriptorKind& kind = RecogniseDescriptor(file);
   const Reference<IDispatch> parser = LoadDescriptor(server, kind, file);
   const std::unique_ptr<TreeSink> printer = PrinterFor(settings, as_json);
@@ -109,10 +125,10 @@ void Get(const Settings& settings, const GetOptions& options) {
 
 void AddShow(CLI::App& program, const Settings& settings) {
   auto options = std::make_shared<ShowOptions>();
-  CLI::App* const command =
-      program.add_subcommand("show", "Print every value, list and element of descriptor files");
+  CLI::App* const command = program.add_subcommand(
+      "show", "Print every value, list and element of descriptor files and text templates");
   command->footer(kShowHelp);
-  command->add_option("FILE", options->files, "Descriptor files")->required();
+  command->add_option("FILE", options->files, "Descriptor files, text templates")->required();
   command->add_flag("--json", options->as_json, "Print JSON instead of a tree");
   command->callback([&settings, options] { Show(settings, *options); });
 }

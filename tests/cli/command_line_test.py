@@ -26,6 +26,7 @@ native_only = unittest.skipIf(ON_WINDOWS, "POSIX only")
 
 APP = "samples/workshop/application.xml"
 SETTINGS = "samples/workshop/settings.xml"
+TEMPLATES = "samples/workshop/text_templates/"
 UPDATE = ["VeAutoUpdateAdminCfgParser", SETTINGS, "/Settings/Update"]
 DISPLAY = ["VeDisplayCfgParser", SETTINGS, "/Settings/Display"]
 
@@ -66,6 +67,14 @@ CASES = [
                                  "sabxml get CLASS"]),
     (["show", "kinds/broken.xml"], 1, [],
      ["kinds/broken.xml:3:", "(0x84000C06: the document could not be loaded)"]),
+
+    # Text templates.
+    (["show", TEMPLATES + "title_block.txt"], 0,
+     ["    [0]\n      Name\n      Lines\n        [0]  Title block of", "[4]  [ISO 5457], A3\n"], []),
+    (["show", "--json", TEMPLATES + "bill_of_materials.txt"], 0,
+     ['"Name": "BomBody",\n        "Lines": [\n          "${序号}, ${代号}, '], []),
+    (["show", "kinds/utf16le.txt"], 0, ["[0]  <a>\n"], []),
+    (["show", "kinds/prose.txt"], 1, [], ["kinds/prose.txt: this is no XML file", "[TitleBlock]"]),
 
     # Settings.
     (["get", *UPDATE], 0, ["DisableHttp  true\nReadOnly     false\nInterval     30\n"
@@ -153,6 +162,8 @@ def setUpModule():
         "control.xml": (command % "a\n\tb\u009b").encode(),
         "prefix.xml": b"<w:Cmd xmlns:w='urn:w'><w:Identify>X</w:Identify></w:Cmd>",
         "empty.xml": b"",
+        "utf16le.txt": b"\xff\xfe" + "\n[X]\n<a>".encode("utf-16-le"),
+        "prose.txt": "\ufeffProse with a < in it, but no [marker]".encode(),
         "broken.xml": b"<Application>\n  <Identify>\n</Application>",
     }.items():
         (kinds / name).write_bytes(content)
