@@ -55,6 +55,14 @@ if(WIN32)
   install(DIRECTORY clients/python DESTINATION . COMPONENT runtime PATTERN __pycache__ EXCLUDE)
   install(FILES LICENSE CHANGELOG.md docs/packaging.md DESTINATION . COMPONENT runtime)
 else()
+  set(help ${PROJECT_BINARY_DIR}/help)
+  install(FILES ${help}/sabxml.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
+  install(FILES ${help}/sabxml.bash RENAME sabxml COMPONENT runtime
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES ${help}/sabxml.fish COMPONENT runtime
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+  install(FILES ${help}/_sabxml COMPONENT runtime
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
   file(RELATIVE_PATH SAB_PREFIX_FROM_PKGCONFIG /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
   configure_file(cmake/sabxmlparser.pc.in sabxmlparser.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/sabxmlparser.pc

@@ -1,0 +1,145 @@
+#!/usr/bin/env python3
+"""The manual page and the completions tell what the program tells of itself.
+
+usage: help_files_test.py SABXML FOLDER_OF_THE_FILES
+"""
+
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+SABXML, FOLDER = (Path(path).absolute() for path in sys.argv[1:3])
+del sys.argv[1:3]
+
+
+def run(*command, **options):
+    result = subprocess.run([*map(str, command)], capture_output=True, check=False, **options)
+    return result.returncode, result.stdout.decode("utf-8"), result.stderr.decode("utf-8")
+
+
+def helps(path=()):
+    """What the program and all its commands print, with their names."""
+    text = run(SABXML, *path, "--help")[1]
+    yield path, text
+    listed = re.search(r"^Subcommands:\n((?:  .*\n)+)", text, re.M)
+    for name in re.findall(r"^  (\S+)", listed[1] if listed else "", re.M):
+        yield from helps((*path, name))
+
+
+# the line that is being completed, its last word last; what is offered, all of it or among others
+COMPLETIONS = [
+    ("sabxml s", ["settings", "show"], True),
+    ("sabxml settings d", ["diff", "dump"], True),
+    ("sabxml --colour never settings d", ["diff", "dump"], True),
+    ("sabxml --server settings d", ["describe"], True),
+    ("sabxml --colour a", ["always", "auto"], True),
+    ("sabxml show --colour n", ["never"], True),
+    ("sabxml show --js", ["--json"], True),
+    ("sabxml show --reg", ["--registry"], True),
+    ("sabxml settings set --", ["--backup", "--dry-run", "--server"], False),
+    ("sabxml show f", ["first.xml", "folder"], True),
+    ("sabxml show first.xml f", ["first.xml", "folder"], True),
+    ("sabxml get VeAuto", ["VeAutoUpdateAdminCfgParser"], True),
+    ("sabxml get VeAutoUpdateAdminCfgParser f", ["first.xml", "folder"], True),
+    ("sabxml describe VePrsAccelC", ["VePrsAccelColl"], True),
+    ("sabxml --registry f", ["first.xml", "folder"], True),
+]
+
+
+class Files(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        (self.folder / "first.xml").touch()
+        (self.folder / "folder").mkdir()
+        self.environment = {**os.environ, "PATH": f"{SABXML.parent}:{os.environ['PATH']}",
+                            "HOME": str(self.folder), "LC_ALL": "C.UTF-8"}
+
+    def test_manual_page_has_everything(self):
+        page = (FOLDER / "sabxml.1").read_text(encoding="utf-8").replace("\\-", "-")
+        found = list(helps())
+        self.assertGreater(len(found), 10)
+        for path, text in found:
+            section = page
+            if path:
+                title = f'.SS "{" ".join(path)}"'
+                self.assertIn(title, page)
+                section = page.partition(title)[2].partition("\n.SS ")[0]
+            options = re.search(r"^Options:\n((?:  .*\n)+)", text, re.M)[1]
+            for option in re.findall(r"^  (?:-\w,)?(--[\w-]+)", options, re.M):
+                with self.subTest(path, option=option):
+                    # --help is that of the program; it is told once.
+                    self.assertIn(f"\\fB{option}\\fR", page if option == "--help" else section)
+        for section in ("NAME", "SYNOPSIS", "EXAMPLES", "ENVIRONMENT", "EXIT STATUS"):
+            self.assertRegex(page, f'(?m)^\\.SH "?{section}')
+
+    def test_manual_page_is_understood(self):
+        if not shutil.which("groff"):
+            self.skipTest("groff is not installed")
+        code, output, errors = run("groff", "-man", "-ww", "-Tutf8", "-rLL=200n", FOLDER / "sabxml.1")
+        self.assertEqual((0, ""), (code, errors))
+        text = re.sub(".\b", "", re.sub(r"\x1b\[[\d;]*m", "", output))
+        for line in ("sabxml settings diff [OPTIONS] CLASS A B NODEPATH [NODEPATH_B]",
+                     "sabxml show --json templates/*.xml", "0x… is understood"):
+            self.assertIn(line, text)
+
+    def check_completions(self, complete):
+        for line, expected, is_all in COMPLETIONS:
+            with self.subTest(line):
+                offered = complete(line)
+                if is_all:
+                    self.assertEqual(expected, offered)
+                else:
+                    self.assertLessEqual(set(expected), set(offered))
+
+    def test_bash(self):
+        script = ('. "$1"; IFS=" " read -r -a COMP_WORDS <<<"$2"; '
+                  'COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _sabxml; printf "%s\\n" "${COMPREPLY[@]}"')
+
+        def complete(line):
+            _, output, errors = run("bash", "-c", script, "bash", FOLDER / "sabxml.bash", line,
+                                    cwd=self.folder, env=self.environment)
+            self.assertEqual("", errors)
+            return sorted(output.split())
+
+        self.check_completions(complete)
+        for line in ("sabxml --colour = a", "sabxml show --colour = a"):  # as bash splits it
+            self.assertEqual(["always", "auto"], complete(line))
+        self.assertEqual([], complete("sabxml get VeAppParser first.xml f"))
+
+    def test_fish(self):
+        if not shutil.which("fish"):
+            self.skipTest("fish is not installed")
+
+        def complete(line):
+            _, output, errors = run("fish", "--no-config", "-c",
+                                    "source $argv[1]; complete -C $argv[2]",
+                                    FOLDER / "sabxml.fish", line, cwd=self.folder,
+                                    env=self.environment)
+            self.assertEqual("", errors)
+            return sorted(line.split("\t")[0].rstrip("/") for line in output.splitlines())
+
+        self.check_completions(complete)
+
+    def test_zsh(self):
+        if not shutil.which("zsh"):
+            self.skipTest("zsh is not installed")
+        # Its completion works in an interactive line only; here it is loaded and its words read.
+        code, output, errors = run(
+            "zsh", "-f", "-c", 'fpath=("$1" $fpath); autoload -Uz compinit; compinit -u -D; '
+            'print $_comps[sabxml]; autoload +X _sabxml; source "$1/_sabxml" 2>/dev/null; '
+            'functions _sabxml_settings_diff', "zsh", FOLDER, env=self.environment)
+        self.assertEqual((0, ""), (code, errors))
+        self.assertEqual("_sabxml", output.splitlines()[0])
+        for text in ("--exit-code[", "--server[", "2:A:_files", "1:CLASS:_sabxml_classes"):
+            self.assertIn(text, output)
+
+
+if __name__ == "__main__":
+    unittest.main()

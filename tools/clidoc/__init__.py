@@ -1,0 +1,1 @@
+"""Manual page and completions from the help of a program."""

@@ -1,0 +1,84 @@
+"""Completion for bash."""
+
+from shlex import quote
+
+SCRIPT = """\
+# Completion of {name} for bash; generated from "{name} --help".
+
+# What can stand next: commands, options, and the kind of each argument.
+_{name}_describe() {{
+  case $1 in
+{commands}
+  esac
+}}
+
+_{name}() {{
+  local current=${{COMP_WORDS[COMP_CWORD]}} previous=${{COMP_WORDS[COMP_CWORD-1]}}
+  local path='' position=0 subcommands options kinds value_of='' index word
+  COMPREPLY=()
+  # "--option=value" comes as three words.
+  [ "$current" = = ] && current=
+  [ "$previous" = = ] && previous=${{COMP_WORDS[COMP_CWORD-2]}}
+  _{name}_describe ''
+  for ((index = 1; index < COMP_CWORD; index++)); do
+    word=${{COMP_WORDS[index]}}
+    if [ -n "$value_of" ] && [ "$word" != = ]; then
+      value_of=
+    elif [[ $word == -* ]]; then
+      case $word in {with_value}) value_of=$word ;; esac
+    elif [[ $word != = ]]; then
+      if [[ " $subcommands " == *" $word "* ]]; then
+        path="${{path:+$path }}$word"
+        _{name}_describe "$path"
+      else
+        position=$((position + 1))
+      fi
+    fi
+  done
+  local offered=
+  case $previous in
+{values}
+    *)
+      if [[ $current == -* ]]; then
+        offered=$options
+      elif [ -n "$subcommands" ]; then
+        offered=$subcommands
+      else
+        # The last argument may be repeated; its kind ends with an asterisk then.
+        local all=($kinds)
+        local last=$((${{#all[@]}} - 1))
+        local kind=${{all[$position]:-}}
+        [ -z "$kind" ] && [ $last -ge 0 ] && [[ ${{all[$last]}} == *\\* ]] && kind=${{all[$last]}}
+        case $kind in
+          class*) offered=$("${{COMP_WORDS[0]}}" classes 2>/dev/null | awk '{{print $1}}') ;;
+          file*) offered=files ;;
+        esac
+      fi
+      ;;
+  esac
+  if [ "$offered" = files ]; then
+    compopt -o filenames 2>/dev/null
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
+  elif [ -n "$offered" ]; then
+    mapfile -t COMPREPLY < <(compgen -W "$offered" -- "$current")
+  fi
+}}
+complete -F _{name} {name}
+"""
+
+
+def write(program):
+    commands = []
+    for command in program.all():
+        options = [name for option in (*command.options, *program.options) for name in option.names]
+        kinds = [(p.kind or "text") + ("*" if p.is_repeated else "") for p in command.positionals]
+        commands.append(f"    {quote(' '.join(command.path))})\n"
+                        f"      subcommands={quote(' '.join(s.path[-1] for s in command.subcommands))}\n"
+                        f"      options={quote(' '.join(dict.fromkeys(options)))}\n"
+                        f"      kinds={quote(' '.join(kinds))} ;;")
+    taking = {name: option for command in program.all() for option in command.options
+              if option.value for name in option.names}
+    values = [f"    {name}) offered={quote(' '.join(option.choices) or 'files')} ;;"
+              for name, option in taking.items()]
+    return SCRIPT.format(name=program.name, commands="\n".join(commands),
+                         with_value=" | ".join(taking), values="\n".join(values))
