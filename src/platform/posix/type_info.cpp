@@ -287,12 +287,12 @@ HRESULT TableTypeInfo::GetNames(MEMBERID id, BSTR* names, UINT capacity, UINT* c
       }
     } else if (const MemberInfo* const member = FindMember(id)) {
       found.emplace_back(member->name);
-      for (const ParameterInfo& parameter : member->parameters) {
-        // The value of a property has no name of its own, nor has a return value.
-        if (member->kind == MemberKind::kMethod && !parameter.IsRetval()) {
-          found.emplace_back(parameter.name);
-        }
-      }
+      std::span<const ParameterInfo> named = member->parameters;
+      // The value of a property has no name of its own, nor has a return value.
+      const bool is_put = member->kind == MemberKind::kPropertyPut;
+      if (!named.empty() && (is_put || named.back().IsRetval()))
+        named = named.first(named.size() - 1);
+      for (const ParameterInfo& parameter : named) found.emplace_back(parameter.name);
     }
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
