@@ -36,6 +36,14 @@ TEST(Inventory, EveryClassOfTheTypeLibraryIsInTheTableOnce) {
     EXPECT_TRUE(names.insert(entry.name).second) << entry.name;
   }
   EXPECT_EQ(TheLibrary().coclasses.size(), names.size());
+  EXPECT_EQ(86U, TheLibrary().interfaces.size());
+  const auto registered = [](Registration how) {
+    return std::count_if(ClassTable().begin(), ClassTable().end(),
+                         [how](const ClassEntry& entry) { return entry.registration == how; });
+  };
+  EXPECT_EQ(59, registered(Registration::kWithProgIds));
+  EXPECT_EQ(22, registered(Registration::kClassIdOnly));
+  EXPECT_EQ(3, registered(Registration::kNone));
 }
 
 TEST(Inventory, EveryObjectHasItsInterfaceAndTypeInformation) {

@@ -37,6 +37,19 @@ expect '@="VeAppParser Class"'
 expect '"ThreadingModel"="Apartment"'
 expect '\AppID\SabXmlParser.DLL]'
 expect '\Programmable]'
+expect '@="VeStdSymbolStdParser Class"'
+expect '@="VePrsFileBaleCfg Class"'
+expect_count() {
+  local found
+  found=$(grep -ciF -- "$2" "$scratch/registered.txt" || true)
+  if [ "$found" != "$1" ]; then
+    echo "$found times instead of $1: $2"
+    failed=1
+  fi
+}
+# Every class but those that only their owners create, and those with ProgIDs.
+expect_count 81 '"ThreadingModel"="Apartment"'
+expect_count 59 '\VersionIndependentProgID]'
 if ! diff "$scratch/before.txt" "$scratch/after.txt" >"$scratch/difference.txt"; then
   echo "the registry is not as it was:"
   head -40 "$scratch/difference.txt"
