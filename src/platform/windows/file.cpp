@@ -49,6 +49,16 @@ class OpenFile {
   HANDLE file_;
 };
 
+// ReplaceFileW of Wine takes no name without a folder. A path that has no full form stays.
+Text FullPathOf(const Text& path) {
+  const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  Text full(size, L'\0');
+  const DWORD length = GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
+  if (length == 0 || length >= size) return path;
+  full.resize(length);
+  return full;
+}
+
 // Leads from a symbolic link or junction to the file that is meant; other paths stay as they are.
 void FollowLinks(Text& path, DWORD attributes) {
   if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return;
@@ -136,6 +146,7 @@ DWORD Replace(Text path, std::string_view bytes) {
   } else if (GetLastError() != ERROR_FILE_NOT_FOUND) {
     return GetLastError();
   }
+  path = FullPathOf(path);
   TemporaryFile file(path);
   if (const DWORD error = file.CreationError()) return error;
   if (const DWORD error = file.WriteAndFlush(bytes)) return error;
