@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 
+#include <map>
 #include <pugixml.hpp>
 #include <vector>
 
@@ -150,8 +151,11 @@ sab::ComPtr<IVeUiParser> ParserFor(benchmark::State& state) {
   static const sab::ComPtr<IClassFactory> factory = sab::bench::FactoryOf(CLSID_VeUiParser);
   sab::ComPtr<IVeUiParser> parser;
   factory->CreateInstance(nullptr, IID_IVeUiParser, parser.PutVoid());
-  const std::string path =
-      sab::bench::WriteSample("ui-" + std::to_string(state.range(0)) + ".xml", Sample(state));
+  static std::map<std::int64_t, std::string> paths;
+  std::string& path = paths[state.range(0)];
+  if (path.empty()) {
+    path = sab::bench::WriteSample("ui-" + std::to_string(state.range(0)) + ".xml", Sample(state));
+  }
   parser->put_ConfigurationPath(sab::Bstr(sab::FromUtf8(path)).Get());
   return parser;
 }

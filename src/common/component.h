@@ -15,6 +15,7 @@
 #include "common/module_lock.h"
 #include "common/release_queue.h"
 #include "common/support_error_info.h"
+#include "common/task_memory.h"
 #include "dispatch_tables.h"
 #include "platform/type_info.h"
 #include "properties.h"
@@ -30,7 +31,7 @@ struct NoFields {};
 /// @tparam CoclassType the generated description of the class (name, identifier, interface)
 /// @tparam Fields      plain struct that holds the property values and their initial values
 template <class CoclassType, class FieldsType = NoFields>
-class ComponentBase : public CoclassType::Interface, private LiveObject {
+class ComponentBase : public CoclassType::Interface, private LiveObject, public TaskMemory {
  public:
   using Coclass = CoclassType;
   using Interface = typename Coclass::Interface;

@@ -36,6 +36,11 @@ LPVOID CoTaskMemAlloc(SIZE_T size);
 LPVOID CoTaskMemRealloc(LPVOID memory, SIZE_T size);
 void CoTaskMemFree(LPVOID memory);
 
+/// For tests of what happens without memory: asked before each automation string, each object and
+/// each CoTaskMemAlloc on any thread, with its size in bytes; FALSE makes it fail. Null stops
+/// asking. This runtime's own.
+void SabComFilterAllocations(BOOL (*may_allocate)(SIZE_T size));
+
 /// Looks a class up by its programmatic name, through CurVer where there is one.
 /// @return CO_E_CLASSSTRING for an unknown name
 HRESULT CLSIDFromProgID(LPCOLESTR prog_id, LPCLSID clsid);

@@ -1,24 +1,29 @@
 #include <sabxml/com.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <utility>
 
+#include "platform/com/allocation_filter.h"
+#include "platform/com/small_blocks.h"
+
 namespace {
 
-// A string's memory: padding, its length in bytes, the text, a zero. The text is aligned for 8
-// bytes.
-constexpr std::size_t kPrefix = 8;
+// A string's memory: what was allocated for it, its length in bytes, the text, a zero. The text is
+// aligned for 8 bytes. Clients have been seen to cut a string by changing its length, so that says
+// nothing of the memory.
+constexpr std::size_t kPrefix = 2 * sizeof(UINT);
 constexpr UINT kMostBytes = std::numeric_limits<UINT>::max() - 64;
 
 char* MemoryOf(BSTR string) { return reinterpret_cast<char*>(string) - kPrefix; }
 
 BSTR Allocate(UINT bytes) {
-  if (bytes > kMostBytes) return nullptr;
-  auto* const memory = static_cast<char*>(std::malloc(kPrefix + bytes + sizeof(OLECHAR)));
+  if (bytes > kMostBytes || !sabcom::MayAllocate(bytes)) return nullptr;
+  const UINT size = static_cast<UINT>(kPrefix + sizeof(OLECHAR)) + bytes;
+  auto* const memory = static_cast<char*>(sabcom::AllocateBlock(size));
   if (!memory) return nullptr;
-  std::memcpy(memory + kPrefix - sizeof(UINT), &bytes, sizeof bytes);
+  std::memcpy(memory, &size, sizeof size);
+  std::memcpy(memory + sizeof size, &bytes, sizeof bytes);
   char* const text = memory + kPrefix;
   std::memset(text + bytes, 0, sizeof(OLECHAR));
   return reinterpret_cast<BSTR>(text);
@@ -62,7 +67,11 @@ INT SysReAllocStringLen(BSTR* string, const OLECHAR* text, UINT length) {
 }
 
 void SysFreeString(BSTR string) {
-  if (string) std::free(MemoryOf(string));
+  if (!string) return;
+  char* const memory = MemoryOf(string);
+  UINT size = 0;
+  std::memcpy(&size, memory, sizeof size);
+  sabcom::FreeBlock(memory, size);
 }
 
 UINT SysStringByteLen(BSTR string) {

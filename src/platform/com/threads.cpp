@@ -1,6 +1,5 @@
 #include <sabxml/com.h>
 
-#include <cstdlib>
 
 #include "platform/com/threads.h"
 
@@ -27,18 +26,6 @@ void CoUninitialize() {
 HRESULT OleInitialize(LPVOID reserved) { return CoInitialize(reserved); }
 
 void OleUninitialize() { CoUninitialize(); }
-
-LPVOID CoTaskMemAlloc(SIZE_T size) { return std::malloc(size ? size : 1); }
-
-LPVOID CoTaskMemRealloc(LPVOID memory, SIZE_T size) {
-  if (memory && size == 0) {
-    std::free(memory);
-    return nullptr;
-  }
-  return std::realloc(memory, size);
-}
-
-void CoTaskMemFree(LPVOID memory) { std::free(memory); }
 
 LCID GetThreadLocale() { return locale; }
 

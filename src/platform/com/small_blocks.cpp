@@ -1,0 +1,155 @@
+#include "platform/com/small_blocks.h"
+
+#include <pthread.h>
+
+#include <cstdlib>
+#include <mutex>
+#include <new>
+#include <utility>
+
+#include "platform/com/slab.h"
+
+namespace sabcom {
+
+/// The slabs of one thread. When it ends, its blocks live on, and the next thread that starts takes
+/// the heap over.
+class SlabHeap {
+ public:
+  static constexpr std::size_t kGrain = 16;
+  static constexpr std::size_t kLargest = 512;  // larger blocks are the system's
+
+  void* Allocate(std::size_t size) {
+    Family& family = families_[FamilyOf(size)];
+    if (family.current) {
+      if (void* const block = family.current->Take()) return block;
+    }
+    return AllocateElsewhere(family, RoundedBlockSize(size));
+  }
+
+  void Free(Slab* slab, void* block) {
+    Family& family = families_[FamilyOf(slab->size)];
+    const bool was_full = slab->IsFull();
+    slab->Give(block);
+    if (slab == family.current) return;
+    if (slab->IsEmpty()) {
+      family.Remove(slab);
+      ReleaseSlab(slab);
+    } else if (was_full) {
+      family.Remove(slab);
+      family.AddFirst(slab);
+    }
+  }
+
+  SlabHeap* next = nullptr;  ///< of those without a thread
+
+ private:
+  // The slabs for blocks of one size: one to take from, and the others, those first that the thread
+  // has freed blocks of.
+  struct Family {
+    Slab* current = nullptr;
+    Slab* first = nullptr;
+    Slab* last = nullptr;
+
+    void AddFirst(Slab* slab) {
+      slab->previous = nullptr;
+      slab->next = first;
+      (first ? first->previous : last) = slab;
+      first = slab;
+    }
+    void AddLast(Slab* slab) {
+      slab->next = nullptr;
+      slab->previous = last;
+      (last ? last->next : first) = slab;
+      last = slab;
+    }
+    void Remove(Slab* slab) {
+      (slab->previous ? slab->previous->next : first) = slab->next;
+      (slab->next ? slab->next->previous : last) = slab->previous;
+    }
+  };
+
+  static std::size_t FamilyOf(std::size_t size) { return (size - 1) / kGrain; }
+
+  void* AllocateElsewhere(Family& family, std::size_t block_size) {
+    if (family.current) family.AddLast(std::exchange(family.current, nullptr));
+    // Full slabs take turns: other threads may have handed blocks back.
+    constexpr int kMostTurns = 4;
+    for (int turn = 0; turn < kMostTurns && family.first; ++turn) {
+      Slab* const slab = family.first;
+      family.Remove(slab);
+      slab->Collect();
+      if (void* const block = slab->Take()) {
+        family.current = slab;
+        return block;
+      }
+      family.AddLast(slab);
+    }
+    family.current = AcquireSlab(this, block_size);
+    return family.current ? family.current->Take() : nullptr;
+  }
+
+  Family families_[kLargest / kGrain];
+};
+
+namespace {
+
+// The heap of the thread. A plain pointer, so that it can be read to the very end of the thread.
+[[gnu::tls_model("initial-exec")]] thread_local SlabHeap* own_heap = nullptr;
+
+SlabHeap* heaps_without_thread = nullptr;
+
+void LeaveHeap(void* heap) {
+  const std::lock_guard lock(SlabMutex());
+  own_heap = nullptr;
+  auto* const left = static_cast<SlabHeap*>(heap);
+  left->next = std::exchange(heaps_without_thread, left);
+}
+
+// Says when a thread ends.
+pthread_key_t ThreadEnd() {
+  static const pthread_key_t key = [] {
+    pthread_key_t created{};
+    pthread_key_create(&created, LeaveHeap);
+    return created;
+  }();
+  return key;
+}
+
+SlabHeap* EnterHeap() {
+  SlabHeap* heap = nullptr;
+  {
+    const std::lock_guard lock(SlabMutex());
+    heap = heaps_without_thread;
+    if (heap) heaps_without_thread = heap->next;
+  }
+  if (!heap) heap = new (std::nothrow) SlabHeap;
+  if (!heap) return nullptr;
+  pthread_setspecific(ThreadEnd(), heap);
+  own_heap = heap;
+  return heap;
+}
+
+}  // namespace
+
+void* AllocateBlock(std::size_t size) noexcept {
+  if (size == 0) size = 1;
+  if (size > SlabHeap::kLargest) return std::malloc(size);
+  SlabHeap* const heap = own_heap ? own_heap : EnterHeap();
+  return heap ? heap->Allocate(size) : nullptr;
+}
+
+void FreeBlock(void* block, std::size_t size) noexcept {
+  if (size > SlabHeap::kLargest) {
+    std::free(block);
+    return;
+  }
+  Slab* const slab = Slab::Of(block);
+  // A heap without a thread takes blocks as another thread's.
+  if (slab->heap == own_heap) {
+    slab->heap->Free(slab, block);
+  } else {
+    slab->GiveFromElsewhere(block);
+  }
+}
+
+}  // namespace sabcom
