@@ -4,15 +4,33 @@
 
 #include "common/component.h"
 #include "common/position_list.h"
+#include "common/script_list.h"
 
 namespace sab {
 
 /// The 28 methods behind every collection class: a list of references to one item interface, walked
 /// by opaque positions. Elements are compared by the very pointer that was passed in.
 template <class Coclass, class Item>
-class Collection : public ComponentBase<Coclass> {
+class Collection : public ComponentBase<Coclass>, private ScriptList {
  public:
   using Coll = typename Coclass::Interface;
+
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override {
+    if (riid == IID_NULL && names && ids && count == 1) {
+      ids[0] = ScriptList::IdOf(names[0]);
+      if (ids[0] != DISPID_UNKNOWN) return S_OK;
+    }
+    return Base::GetIDsOfNames(riid, names, count, locale, ids);
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID riid, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* bad_argument) override {
+    if (ScriptList::Has(member)) {
+      return InvokeMember(member, riid, flags, parameters, result, bad_argument);
+    }
+    return Base::Invoke(member, riid, locale, flags, parameters, result, exception, bad_argument);
+  }
 
   HRESULT STDMETHODCALLTYPE GetCount(ULONG_PTR* o_plCount) override {
     if (!o_plCount) return NullArgument("o_plCount");
@@ -158,11 +176,14 @@ class Collection : public ComponentBase<Coclass> {
                             "was removed or belongs to another collection.");
   }
 
+  std::size_t ItemCount() const override { return items_.Count(); }
+  IDispatch* ItemAt(std::size_t index) const override { return ItemOf(items_.AtIndex(index)); }
+
   // The item's interface derives from IUnknown alone, so both are the same pointer.
-  Item* ItemAt(LONG_PTR position) const { return static_cast<Item*>(items_.At(position)); }
+  Item* ItemOf(LONG_PTR position) const { return static_cast<Item*>(items_.At(position)); }
 
   void HandOut(LONG_PTR position, Item** out) const {
-    *out = ItemAt(position);
+    *out = ItemOf(position);
     (*out)->AddRef();
   }
   HRESULT HandOutIfAny(LONG_PTR position, Item** out) const {

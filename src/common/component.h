@@ -13,11 +13,11 @@
 #include "common/error_edge.h"
 #include "common/fields.h"
 #include "common/module_lock.h"
+#include "common/provide_class_info.h"
 #include "common/release_queue.h"
 #include "common/support_error_info.h"
 #include "common/task_memory.h"
 #include "dispatch_tables.h"
-#include "platform/type_info.h"
 #include "properties.h"
 
 namespace sab {
@@ -76,6 +76,8 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
       *object = static_cast<IDispatch*>(this);
     } else if (riid == IID_ISupportErrorInfo) {
       return SupportErrorInfo::Create(this, InterfaceInfoOf<Interface>(), object);
+    } else if (riid == IID_IProvideClassInfo) {
+      return ProvideClassInfo::Create(this, Coclass::clsid, object);
     } else {
       for (const InterfaceInfo* info = &InterfaceInfoOf<Interface>(); info; info = info->base) {
         if (riid == *info->iid) *object = static_cast<Interface*>(this);

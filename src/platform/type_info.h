@@ -8,5 +8,7 @@ namespace sab {
 /// has such, else made from the tables.
 /// @param info receives a reference that the caller releases
 HRESULT GetTypeInfo(const InterfaceInfo& interface_, ITypeInfo** info) noexcept;
+/// The same of a class, by its identifier in the type library.
+HRESULT GetClassTypeInfo(REFCLSID clsid, ITypeInfo** info) noexcept;
 
 }  // namespace sab

@@ -6,7 +6,6 @@
 #include "common/error_edge.h"
 #include "platform/module_path.h"
 #include "platform/script_resource.h"
-#include "platform/type_library_registration.h"
 #include "server/registrar.h"
 
 namespace sab {
@@ -51,26 +50,43 @@ Replacements ReplacementsFor(const ClassEntry& entry, const std::string& module)
 
 Replacements ModuleReplacements() { return {{"APPID", TextOf(kServerAppId)}}; }
 
+// The system's registry, or the part of it where the scope's classes are.
+class ScopedRegistry {
+ public:
+  explicit ScopedRegistry(RegistrationScope scope)
+      : target_(scope == RegistrationScope::kUser ? static_cast<RegistryTarget*>(&user_)
+                                                  : &system_) {}
+
+  RegistryTarget& Target() { return *target_; }
+  void Close() { system_.Close(); }
+
+ private:
+  SystemRegistry system_;
+  UserClasses user_{system_};
+  RegistryTarget* target_;
+};
+
 ErrorOrigin Origin() { return {"SabXmlParser", &IID_IUnknown}; }
 
 }  // namespace
 
-HRESULT RegisterServer(std::span<const ClassEntry> classes) noexcept {
+HRESULT RegisterServer(std::span<const ClassEntry> classes, RegistrationScope scope) noexcept {
   return Guard(Origin(), [&]() -> HRESULT {
     const SystemLocale locale;
     const Text module = ModulePath();
-    SystemRegistry registry;
-    RunRegistrarScript(ModuleScript(), ModuleReplacements(), registry);
+    ScopedRegistry registry(scope);
+    RunRegistrarScript(ModuleScript(), ModuleReplacements(), registry.Target());
     for (const ClassEntry& entry : classes) {
       if (entry.registration == Registration::kNone) continue;
-      RunRegistrarScript(ScriptOf(entry), ReplacementsFor(entry, ToUtf8(module)), registry);
+      RunRegistrarScript(ScriptOf(entry), ReplacementsFor(entry, ToUtf8(module)),
+                         registry.Target());
     }
     registry.Close();
-    return RegisterTypeLibraryOf(module);
+    return RegisterTypeLibraryOf(module, scope);
   });
 }
 
-HRESULT UnregisterServer(std::span<const ClassEntry> classes) noexcept {
+HRESULT UnregisterServer(std::span<const ClassEntry> classes, RegistrationScope scope) noexcept {
   HRESULT first_failure = S_OK;
   const auto attempt = [&first_failure](const auto& step) {
     const HRESULT result = Guard(Origin(), step);
@@ -79,15 +95,16 @@ HRESULT UnregisterServer(std::span<const ClassEntry> classes) noexcept {
   attempt([&] {
     const SystemLocale locale;
     const Text module = ModulePath();
-    SystemRegistry registry;
+    ScopedRegistry registry(scope);
     for (const ClassEntry& entry : classes) {
       if (entry.registration == Registration::kNone) continue;
       attempt([&] {
-        UndoRegistrarScript(ScriptOf(entry), ReplacementsFor(entry, ToUtf8(module)), registry);
+        UndoRegistrarScript(ScriptOf(entry), ReplacementsFor(entry, ToUtf8(module)),
+                            registry.Target());
       });
     }
-    attempt([&] { return UnregisterTypeLibraryOf(module); });
-    attempt([&] { UndoRegistrarScript(ModuleScript(), ModuleReplacements(), registry); });
+    attempt([&] { return UnregisterTypeLibraryOf(module, scope); });
+    attempt([&] { UndoRegistrarScript(ModuleScript(), ModuleReplacements(), registry.Target()); });
     registry.Close();
   });
   return first_failure;

@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "platform/type_library_registration.h"
 #include "server/class_entry.h"
 
 namespace sab {
@@ -10,10 +11,11 @@ namespace sab {
 /// failure. The thread's locale is the system's meanwhile, so that the scripts mean the same for
 /// every user.
 /// @return a failure with error info that names the script, its line and column, or the key
-HRESULT RegisterServer(std::span<const ClassEntry> classes) noexcept;
+HRESULT RegisterServer(std::span<const ClassEntry> classes, RegistrationScope scope) noexcept;
 
-/// Removes what RegisterServer wrote: classes, type library, module. Goes on after a failure.
+/// Removes what RegisterServer wrote in that scope: classes, type library, module. Goes on after a
+/// failure.
 /// @return the first failure
-HRESULT UnregisterServer(std::span<const ClassEntry> classes) noexcept;
+HRESULT UnregisterServer(std::span<const ClassEntry> classes, RegistrationScope scope) noexcept;
 
 }  // namespace sab

@@ -114,4 +114,9 @@ void SystemRegistry::DeleteKeyIfEmpty(const RegistryPath& path) {
   CheckStatus(RegDeleteKeyW(path.root, FromUtf8(path.key).c_str()), path, "removed");
 }
 
+RegistryPath UserClasses::Moved(const RegistryPath& path) {
+  if (path.root != HKEY_CLASSES_ROOT) return path;
+  return {HKEY_CURRENT_USER, "Software\\Classes\\" + path.key};
+}
+
 }  // namespace sab

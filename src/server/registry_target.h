@@ -53,4 +53,30 @@ class SystemRegistry final : public RegistryTarget {
   HKEY kept_open_ = nullptr;
 };
 
+/// The classes of the current user, in place of those of the machine: what is written below
+/// HKEY_CLASSES_ROOT goes below HKEY_CURRENT_USER\Software\Classes, which needs no rights.
+class UserClasses final : public RegistryTarget {
+ public:
+  /// @param registry outlives this
+  explicit UserClasses(RegistryTarget& registry) : registry_(registry) {}
+
+  void CreateKey(const RegistryPath& path) override { registry_.CreateKey(Moved(path)); }
+  void SetValue(const RegistryPath& path, const std::string& name, DWORD type,
+                const std::vector<BYTE>& data) override {
+    registry_.SetValue(Moved(path), name, type, data);
+  }
+  void DeleteValue(const RegistryPath& path, const std::string& name) override {
+    registry_.DeleteValue(Moved(path), name);
+  }
+  void DeleteTree(const RegistryPath& path) override { registry_.DeleteTree(Moved(path)); }
+  void DeleteKeyIfEmpty(const RegistryPath& path) override {
+    registry_.DeleteKeyIfEmpty(Moved(path));
+  }
+
+ private:
+  static RegistryPath Moved(const RegistryPath& path);
+
+  RegistryTarget& registry_;
+};
+
 }  // namespace sab

@@ -62,6 +62,75 @@ TEST(Inventory, EveryObjectHasItsInterfaceAndTypeInformation) {
   }
 }
 
+// What tools ask that show an object without knowing it.
+TEST(Inventory, EveryObjectLeadsToItsClass) {
+  for (const ClassEntry& entry : ClassTable()) {
+    SCOPED_TRACE(entry.name);
+    const CoclassInfo& coclass = *CoclassOf(entry);
+    const auto object = New(entry);
+    ComPtr<IProvideClassInfo> provider;
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(S_OK, object->QueryInterface(IID_IProvideClassInfo, provider.PutVoid()));
+    ComPtr<IDispatch> same;
+    EXPECT_EQ(S_OK, provider->QueryInterface(IID_IDispatch, same.PutVoid()));
+    EXPECT_EQ(object.Get(), same.Get());
+    EXPECT_EQ(E_POINTER, provider->GetClassInfo(nullptr));
+    ASSERT_EQ(S_OK, provider->GetClassInfo(info.Put()));
+    TYPEATTR* attributes = nullptr;
+    ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
+    EXPECT_EQ(TKIND_COCLASS, attributes->typekind);
+    EXPECT_EQ(*coclass.clsid, attributes->guid);
+    EXPECT_EQ(1, attributes->cImplTypes);
+    info->ReleaseTypeAttr(attributes);
+
+    INT flags = 0;
+    HREFTYPE reference = 0;
+    EXPECT_EQ(S_OK, info->GetImplTypeFlags(0, &flags));
+    EXPECT_EQ(IMPLTYPEFLAG_FDEFAULT, flags);
+    ComPtr<ITypeInfo> interface_;
+    ASSERT_EQ(S_OK, info->GetRefTypeOfImplType(0, &reference));
+    ASSERT_EQ(S_OK, info->GetRefTypeInfo(reference, interface_.Put()));
+    ASSERT_EQ(S_OK, interface_->GetTypeAttr(&attributes));
+    EXPECT_EQ(*coclass.default_interface->iid, attributes->guid);
+    interface_->ReleaseTypeAttr(attributes);
+  }
+}
+
+// How compilers of late-bound languages look members up.
+TEST(Inventory, NamesAreBoundToMembers) {
+  ComPtr<ITypeInfo> info;
+  ComPtr<ITypeComp> comp;
+  const auto display = Created<IDispatch>(CLSID_VeDisplayCfgParser);
+  ASSERT_EQ(S_OK, display->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put()));
+  ASSERT_EQ(S_OK, info->GetTypeComp(comp.Put()));
+  const struct {
+    const OLECHAR* name;
+    WORD flags;
+    HRESULT result;
+    DESCKIND kind;
+    INVOKEKIND use;
+  } rows[] = {
+      {OLESTR("PtSize"), INVOKE_PROPERTYGET, S_OK, DESCKIND_FUNCDESC, INVOKE_PROPERTYGET},
+      {OLESTR("PtSize"), INVOKE_PROPERTYPUT, S_OK, DESCKIND_FUNCDESC, INVOKE_PROPERTYPUT},
+      {OLESTR("PTSIZE"), 0, S_OK, DESCKIND_FUNCDESC, INVOKE_PROPERTYGET},
+      {OLESTR("PtSize"), INVOKE_FUNC, TYPE_E_TYPEMISMATCH, DESCKIND_NONE, INVOKE_FUNC},
+      {OLESTR("Load"), INVOKE_FUNC, S_OK, DESCKIND_FUNCDESC, INVOKE_FUNC},
+      {OLESTR("NoSuchMember"), 0, S_OK, DESCKIND_NONE, INVOKE_FUNC},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(ToUtf8(row.name));
+    Text name = row.name;
+    ComPtr<ITypeInfo> found;
+    DESCKIND kind = DESCKIND_NONE;
+    BINDPTR bound{};
+    EXPECT_EQ(row.result, comp->Bind(name.data(), 0, row.flags, found.Put(), &kind, &bound));
+    EXPECT_EQ(row.kind, kind);
+    if (kind != DESCKIND_FUNCDESC || !found) continue;
+    EXPECT_EQ(row.use, bound.lpfuncdesc->invkind);
+    found->ReleaseFuncDesc(bound.lpfuncdesc);
+  }
+}
+
 // A value of a property, as a script gives it.
 class Given {
  public:

@@ -2,8 +2,9 @@
 
 namespace sab::testing {
 
-/// Lets operator new fail, in the tests and in every library that they have loaded, after a number
-/// of calls that succeed; from then on all fail. It is so for as long as an instance lives.
+/// Lets operator new, in the tests and in every library that they have loaded, and the memory of
+/// the component runtime fail after a number of calls that succeed; from then on all fail. It is so
+/// for as long as an instance lives.
 class AllocationFaults {
  public:
   explicit AllocationFaults(long successes);

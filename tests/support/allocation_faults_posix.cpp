@@ -1,5 +1,7 @@
 #include "support/allocation_faults.h"
 
+#include <sabxml/com.h>
+
 #include <cstdlib>
 #include <new>
 
@@ -7,16 +9,21 @@ namespace {
 
 constexpr long kNever = -1;
 
-// Calls of operator new until one fails.
+// Allocations until one fails.
 long allocations_until_failure = kNever;
 bool has_struck = false;
 
-void* Allocate(std::size_t size) {
+BOOL MayAllocate(SIZE_T) {
   if (allocations_until_failure == 0) {
     has_struck = true;
-    throw std::bad_alloc();
+    return FALSE;
   }
   if (allocations_until_failure > 0) --allocations_until_failure;
+  return TRUE;
+}
+
+void* Allocate(std::size_t size) {
+  if (!MayAllocate(size)) throw std::bad_alloc();
   if (void* const memory = std::malloc(size ? size : 1)) return memory;
   throw std::bad_alloc();
 }
@@ -35,9 +42,13 @@ namespace sab::testing {
 AllocationFaults::AllocationFaults(long successes) {
   allocations_until_failure = successes;
   has_struck = false;
+  SabComFilterAllocations(MayAllocate);
 }
 
-AllocationFaults::~AllocationFaults() { allocations_until_failure = kNever; }
+AllocationFaults::~AllocationFaults() {
+  allocations_until_failure = kNever;
+  SabComFilterAllocations(nullptr);
+}
 
 bool AllocationFaults::HasStruck() const { return has_struck; }
 

@@ -10,6 +10,7 @@ ServerLibrary::ServerLibrary() {
   get_class_object_ = FunctionIn<decltype(get_class_object_)>(library, "DllGetClassObject");
   register_ = FunctionIn<decltype(register_)>(library, "DllRegisterServer");
   unregister_ = FunctionIn<decltype(unregister_)>(library, "DllUnregisterServer");
+  install_ = FunctionIn<decltype(install_)>(library, "DllInstall");
 }
 
 const ServerLibrary& Server() {

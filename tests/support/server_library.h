@@ -13,6 +13,9 @@ class ServerLibrary {
   }
   HRESULT Register() const { return register_(); }
   HRESULT Unregister() const { return unregister_(); }
+  HRESULT Install(bool install, const OLECHAR* command_line) const {
+    return install_(install ? TRUE : FALSE, command_line);
+  }
 
  private:
   friend const ServerLibrary& Server();
@@ -22,6 +25,7 @@ class ServerLibrary {
   HRESULT(STDMETHODCALLTYPE* get_class_object_)(REFCLSID, REFIID, void**);
   HRESULT(STDMETHODCALLTYPE* register_)();
   HRESULT(STDMETHODCALLTYPE* unregister_)();
+  HRESULT(STDMETHODCALLTYPE* install_)(BOOL, LPCOLESTR);
 };
 
 /// The library under test, loaded at the first use and kept until the process ends.

@@ -23,6 +23,12 @@ export_registry >"$scratch/registered.txt"
 wine regsvr32 /s /u "$library"
 export_registry >"$scratch/after.txt"
 
+# For the current user alone: with nothing of the machine changed, and gone again.
+wine regsvr32 /s /n /i:user "$library"
+export_registry >"$scratch/user.txt"
+wine regsvr32 /s /u /n /i:user "$library"
+export_registry >"$scratch/after_user.txt"
+
 failed=0
 expect() {
   if ! grep -qiF -- "$1" "$scratch/registered.txt"; then
@@ -50,9 +56,21 @@ expect_count() {
 # Every class but those that only their owners create, and those with ProgIDs.
 expect_count 81 '"ThreadingModel"="Apartment"'
 expect_count 59 '\VersionIndependentProgID]'
-if ! diff "$scratch/before.txt" "$scratch/after.txt" >"$scratch/difference.txt"; then
-  echo "the registry is not as it was:"
-  head -40 "$scratch/difference.txt"
+for after in after after_user; do
+  if ! diff "$scratch/before.txt" "$scratch/$after.txt" >"$scratch/difference.txt"; then
+    echo "the registry is not as it was ($after):"
+    head -40 "$scratch/difference.txt"
+    failed=1
+  fi
+done
+for key in 'SabXmlParser.VeAppParser\CLSID' 'TypeLib\{'; do
+  if ! diff "$scratch/before.txt" "$scratch/user.txt" | grep -qiF "HKEY_CURRENT_USER\Software\Classes\\$key"; then
+    echo "not registered for the user: $key"
+    failed=1
+  fi
+done
+if diff "$scratch/before.txt" "$scratch/user.txt" | grep -iF 'HKEY_LOCAL_MACHINE'; then
+  echo "registering for the user changed the machine"
   failed=1
 fi
 [ -s "$scratch/before.txt" ] || { echo "nothing was exported"; failed=1; }

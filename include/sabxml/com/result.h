@@ -73,6 +73,7 @@ inline constexpr HRESULT DISP_E_BADCALLEE = sabcom::Code(0x80020010);
 inline constexpr HRESULT DISP_E_NOTACOLLECTION = sabcom::Code(0x80020011);
 inline constexpr HRESULT DISP_E_DIVBYZERO = sabcom::Code(0x80020012);
 inline constexpr HRESULT TYPE_E_ELEMENTNOTFOUND = sabcom::Code(0x8002802B);
+inline constexpr HRESULT TYPE_E_TYPEMISMATCH = sabcom::Code(0x80028CA0);
 inline constexpr HRESULT TYPE_E_LIBNOTREGISTERED = sabcom::Code(0x8002801D);
 inline constexpr HRESULT TYPE_E_CANTLOADLIBRARY = sabcom::Code(0x80029C4A);
 

@@ -8,10 +8,15 @@
 
 namespace {
 
+// A key of the classes: the user's own, before that of the machine.
 class OpenKey {
  public:
   explicit OpenKey(const std::u16string& path) {
-    status_ = RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key_);
+    const std::u16string own = u"Software\\Classes\\" + path;
+    status_ = RegOpenKeyExW(HKEY_CURRENT_USER, own.c_str(), 0, KEY_READ, &key_);
+    if (status_ != ERROR_SUCCESS) {
+      status_ = RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key_);
+    }
   }
   OpenKey(const OpenKey&) = delete;
   OpenKey& operator=(const OpenKey&) = delete;

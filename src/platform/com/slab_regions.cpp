@@ -88,9 +88,9 @@ Slab* AcquireSlab(SlabHeap* heap, std::size_t block_size) noexcept {
 
 void ReleaseSlab(Slab* slab) noexcept {
   Region* const region = Region::Of(slab);
-  const std::size_t index = static_cast<std::size_t>(reinterpret_cast<char*>(slab) -
-                                                     reinterpret_cast<char*>(region)) /
-                            Slab::kBytes;
+  const std::size_t index =
+      static_cast<std::size_t>(reinterpret_cast<char*>(slab) - reinterpret_cast<char*>(region)) /
+      Slab::kBytes;
   const std::lock_guard lock(SlabMutex());
   if (region->free_slabs == 0) Link(region);
   region->free_slabs |= std::uint64_t{1} << index;

@@ -1,6 +1,5 @@
 #include <sabxml/com.h>
 
-
 #include "platform/com/threads.h"
 
 namespace {

@@ -5,19 +5,12 @@
 
 #include "base/bstr.h"
 #include "platform/type_info.h"
+#include "type_comp.h"
 
 namespace sab {
 namespace {
 
 constexpr UINT kDispatchMembers = 7;  // of IUnknown and IDispatch, before an interface's own
-
-bool IsSameName(TextView a, TextView b) {
-  const auto lower = [](OLECHAR c) {
-    return c >= u'A' && c <= u'Z' ? static_cast<OLECHAR>(c + 32) : c;
-  };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [&](OLECHAR x, OLECHAR y) { return lower(x) == lower(y); });
-}
 
 // A parameter's type as type information nests it: a pointer to …, an array of …
 struct ElementTypes {
@@ -102,6 +95,29 @@ HRESULT QueryOne(Object* object, REFIID wanted, REFIID riid, void** out) {
 }
 
 }  // namespace
+
+bool IsSameName(TextView a, TextView b) {
+  const auto lower = [](OLECHAR c) {
+    return c >= u'A' && c <= u'Z' ? static_cast<OLECHAR>(c + 32) : c;
+  };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [&](OLECHAR x, OLECHAR y) { return lower(x) == lower(y); });
+}
+
+const MemberInfo* MemberOf(UINT type, std::size_t index) {
+  return TableTypeInfo(type).MemberAt(index);
+}
+
+INVOKEKIND InvokeKindOf(const MemberInfo& member) {
+  switch (member.kind) {
+    case MemberKind::kPropertyGet:
+      return INVOKE_PROPERTYGET;
+    case MemberKind::kPropertyPut:
+      return INVOKE_PROPERTYPUT;
+    default:
+      return INVOKE_FUNC;
+  }
+}
 
 // --- DescribedType ---
 
@@ -213,6 +229,8 @@ HRESULT TableTypeInfo::GetTypeAttr(TYPEATTR** attributes) {
   return S_OK;
 }
 
+HRESULT TableTypeInfo::GetTypeComp(ITypeComp** comp) { return CreateTypeComp(index_, comp); }
+
 HRESULT TableTypeInfo::GetFuncDesc(UINT index, FUNCDESC** description) try {
   if (!description) return E_INVALIDARG;
   *description = nullptr;
@@ -227,9 +245,7 @@ HRESULT TableTypeInfo::GetFuncDesc(UINT index, FUNCDESC** description) try {
   out.memid = member.id;
   out.lprgelemdescParam = owned->elements.data();
   out.funckind = FUNC_DISPATCH;
-  out.invkind = member.kind == MemberKind::kMethod        ? INVOKE_FUNC
-                : member.kind == MemberKind::kPropertyGet ? INVOKE_PROPERTYGET
-                                                          : INVOKE_PROPERTYPUT;
+  out.invkind = InvokeKindOf(member);
   out.callconv = CC_STDCALL;
   out.cParams = static_cast<SHORT>(member.parameters.size());
   out.elemdescFunc.tdesc.vt = VT_VOID;
@@ -410,6 +426,8 @@ HRESULT TableTypeLib::GetLibAttr(TLIBATTR** attributes) {
   return *attributes ? S_OK : E_OUTOFMEMORY;
 }
 
+HRESULT TableTypeLib::GetTypeComp(ITypeComp** comp) { return CreateTypeComp({}, comp); }
+
 HRESULT TableTypeLib::GetDocumentation(INT index, BSTR* name, BSTR* help, DWORD* context,
                                        BSTR* file) {
   if (index == -1) {
@@ -446,6 +464,10 @@ HRESULT TableTypeLib::FindName(LPOLESTR name, ULONG, ITypeInfo** infos, MEMBERID
 
 HRESULT GetTypeInfo(const InterfaceInfo& interface_, ITypeInfo** info) noexcept {
   return TableTypeLib().GetTypeInfo(DescribedType::IndexOf(&interface_), info);
+}
+
+HRESULT GetClassTypeInfo(REFCLSID clsid, ITypeInfo** info) noexcept {
+  return TableTypeLib().GetTypeInfoOfGuid(clsid, info);
 }
 
 }  // namespace sab

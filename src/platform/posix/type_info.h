@@ -6,8 +6,12 @@
 
 #include "base/com_ptr.h"
 #include "base/interface_info.h"
+#include "base/text.h"
 
 namespace sab {
+
+/// Whether two names are the same in letters of any case.
+bool IsSameName(TextView a, TextView b);
 
 /// One type of the library: an enumeration, an interface or a class. Their numbers in the library
 /// run in that order.
@@ -27,8 +31,13 @@ struct DescribedType {
   const GUID& Guid() const;
 };
 
+/// A member of an interface by its number, those of the interfaces that it derives from first; null
+/// behind the last one and for other types.
+const MemberInfo* MemberOf(UINT type, std::size_t index);
+INVOKEKIND InvokeKindOf(const MemberInfo& member);
+
 /// Type information over the generated tables, read-only. What the tables do not know (entry points
-/// of libraries, marshalling, binding through ITypeComp) answers E_NOTIMPL.
+/// of libraries, marshalling) answers E_NOTIMPL.
 class TableTypeInfo final : public ITypeInfo {
  public:
   explicit TableTypeInfo(UINT index) : index_(index), type_(DescribedType::At(index)) {}
@@ -39,7 +48,7 @@ class TableTypeInfo final : public ITypeInfo {
   ULONG AddRef() override { return ++references_; }
   ULONG Release() override;
   HRESULT GetTypeAttr(TYPEATTR** attributes) override;
-  HRESULT GetTypeComp(ITypeComp**) override { return E_NOTIMPL; }
+  HRESULT GetTypeComp(ITypeComp** comp) override;
   HRESULT GetFuncDesc(UINT index, FUNCDESC** description) override;
   HRESULT GetVarDesc(UINT index, VARDESC** description) override;
   HRESULT GetNames(MEMBERID member, BSTR* names, UINT capacity, UINT* count) override;
@@ -59,10 +68,11 @@ class TableTypeInfo final : public ITypeInfo {
   void ReleaseVarDesc(VARDESC* description) override;
   // clang-format on
 
- private:
-  // As a dispatch interface has them: those of the interfaces that it derives from come first.
-  std::size_t MemberCount() const;
+  /// As a dispatch interface has them: those of the interfaces that it derives from come first.
   const MemberInfo* MemberAt(std::size_t index) const;
+
+ private:
+  std::size_t MemberCount() const;
   const MemberInfo* FindMember(MEMBERID member) const;
 
   UINT index_;
@@ -84,7 +94,7 @@ class TableTypeLib final : public ITypeLib {
   HRESULT GetTypeInfoType(UINT index, TYPEKIND* kind) override;
   HRESULT GetTypeInfoOfGuid(REFGUID guid, ITypeInfo** info) override;
   HRESULT GetLibAttr(TLIBATTR** attributes) override;
-  HRESULT GetTypeComp(ITypeComp**) override { return E_NOTIMPL; }
+  HRESULT GetTypeComp(ITypeComp** comp) override;
   HRESULT GetDocumentation(INT index, BSTR* name, BSTR* help, DWORD* context, BSTR* file) override;
   HRESULT IsName(LPOLESTR name, ULONG hash, BOOL* is_name) override;
   HRESULT FindName(LPOLESTR name, ULONG hash, ITypeInfo** infos, MEMBERID* members, USHORT* count) override;

@@ -2,8 +2,8 @@
 
 namespace sab {
 
-HRESULT RegisterTypeLibraryOf(const Text&) noexcept { return S_OK; }
+HRESULT RegisterTypeLibraryOf(const Text&, RegistrationScope) noexcept { return S_OK; }
 
-HRESULT UnregisterTypeLibraryOf(const Text&) noexcept { return S_OK; }
+HRESULT UnregisterTypeLibraryOf(const Text&, RegistrationScope) noexcept { return S_OK; }
 
 }  // namespace sab

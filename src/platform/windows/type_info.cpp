@@ -13,13 +13,13 @@ namespace {
 // that were handed out keep their own references.
 class EmbeddedLibrary {
  public:
-  HRESULT TypeInfoOf(REFIID iid, ITypeInfo** info) {
+  HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info) {
     const std::lock_guard guard(loading_);
     if (!library_) {
       const HRESULT result = LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, library_.Put());
       if (FAILED(result)) return result;
     }
-    return library_->GetTypeInfoOfGuid(iid, info);
+    return library_->GetTypeInfoOfGuid(guid, info);
   }
 
  private:
@@ -29,16 +29,24 @@ class EmbeddedLibrary {
 
 EmbeddedLibrary embedded_library;
 
-}  // namespace
-
-HRESULT GetTypeInfo(const InterfaceInfo& interface_, ITypeInfo** info) noexcept {
+HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info) noexcept {
   try {
-    return embedded_library.TypeInfoOf(*interface_.iid, info);
+    return embedded_library.TypeInfoOf(guid, info);
   } catch (const ComError& error) {
     return error.Code();
   } catch (...) {
     return E_OUTOFMEMORY;
   }
+}
+
+}  // namespace
+
+HRESULT GetTypeInfo(const InterfaceInfo& interface_, ITypeInfo** info) noexcept {
+  return TypeInfoOf(*interface_.iid, info);
+}
+
+HRESULT GetClassTypeInfo(REFCLSID clsid, ITypeInfo** info) noexcept {
+  return TypeInfoOf(clsid, info);
 }
 
 }  // namespace sab

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+
+#include "type_info.h"
+
+namespace sab {
+
+/// Binds names to members as a compiler does: those of one type, or of the whole library.
+class TableTypeComp final : public ITypeComp {
+ public:
+  /// @param type its number in the library; none for the library
+  explicit TableTypeComp(std::optional<UINT> type) : type_(type) {}
+  virtual ~TableTypeComp() = default;
+
+  HRESULT QueryInterface(REFIID riid, void** object) override;
+  ULONG AddRef() override { return ++references_; }
+  ULONG Release() override;
+
+  /// An unknown name is S_OK and DESCKIND_NONE. @return TYPE_E_TYPEMISMATCH for a member that
+  /// cannot be used as the flags want it
+  HRESULT Bind(LPOLESTR name, ULONG hash, WORD flags, ITypeInfo** info, DESCKIND* kind,
+               BINDPTR* bound) override;
+  HRESULT BindType(LPOLESTR name, ULONG hash, ITypeInfo** info, ITypeComp** comp) override;
+
+ private:
+  ULONG references_ = 1;
+  std::optional<UINT> type_;
+};
+
+/// @return E_INVALIDARG; E_OUTOFMEMORY
+HRESULT CreateTypeComp(std::optional<UINT> type, ITypeComp** comp);
+
+}  // namespace sab
