@@ -105,7 +105,8 @@ bool IsSameName(TextView a, TextView b) {
 }
 
 const MemberInfo* MemberOf(UINT type, std::size_t index) {
-  return TableTypeInfo(type).MemberAt(index);
+  const TableTypeInfo info(type);
+  return index < info.MemberCount() ? info.MemberAt(index) : nullptr;
 }
 
 INVOKEKIND InvokeKindOf(const MemberInfo& member) {

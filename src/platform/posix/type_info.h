@@ -68,11 +68,11 @@ class TableTypeInfo final : public ITypeInfo {
   void ReleaseVarDesc(VARDESC* description) override;
   // clang-format on
 
-  /// As a dispatch interface has them: those of the interfaces that it derives from come first.
-  const MemberInfo* MemberAt(std::size_t index) const;
+  // As a dispatch interface has them: those of the interfaces that it derives from come first.
+  std::size_t MemberCount() const;
+  const MemberInfo* MemberAt(std::size_t index) const;  ///< below MemberCount()
 
  private:
-  std::size_t MemberCount() const;
   const MemberInfo* FindMember(MEMBERID member) const;
 
   UINT index_;
