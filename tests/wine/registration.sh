@@ -45,11 +45,11 @@ expect '\AppID\SabXmlParser.DLL]'
 expect '\Programmable]'
 expect '@="VeStdSymbolStdParser Class"'
 expect '@="VePrsFileBaleCfg Class"'
+times() { grep -ciF -- "$1" "$scratch/$2.txt" || true; }
 expect_count() {
-  local found
-  found=$(grep -ciF -- "$2" "$scratch/registered.txt" || true)
-  if [ "$found" != "$1" ]; then
-    echo "$found times instead of $1: $2"
+  local added=$(($(times "$2" registered) - $(times "$2" before)))
+  if [ "$added" != "$1" ]; then
+    echo "added $added times instead of $1: $2"
     failed=1
   fi
 }
