@@ -1,9 +1,9 @@
-// Registering for one user, in the tests' own registry. On Windows a script does the same with
-// regsvr32.
+// Registering in the tests' own registry. On Windows a script does the same with regsvr32.
 
 #include <gtest/gtest.h>
 
 #include "server/created_object.h"
+#include "server/registration.h"
 #include "support/server_library.h"
 
 namespace sab::testing {
@@ -41,6 +41,33 @@ TEST(UserRegistration, ClassesOfTheUserAreFoundAndTheMachineIsLeftAlone) {
   EXPECT_EQ(CO_E_CLASSSTRING, CreateByProgId());
   ASSERT_EQ(S_OK, Server().Install(true, nullptr));
   EXPECT_EQ(S_OK, CreateByProgId());
+}
+
+// Three classes, of which the second cannot be registered.
+TEST(Registration, StopsAtTheFirstFailureAndRestoresTheLocale) {
+  ClassEntry rows[] = {ClassTable()[0], ClassTable()[1], ClassTable()[2]};
+  constexpr CLSID kClassIds[] = {
+      {0x51F1A001, 1, 2, {3}}, {0x51F1A002, 1, 2, {3}}, {0x51F1A003, 1, 2, {3}}};
+  constexpr std::string_view kProgIds[] = {"SabTest.First", "SabTest\\Second", "SabTest.Third"};
+  for (std::size_t i = 0; i < 3; ++i) {
+    rows[i].clsid = &kClassIds[i];
+    rows[i].registered_prog_id = kProgIds[i];
+    rows[i].registered_version_independent_prog_id = kProgIds[i];
+  }
+  const LCID before = GetThreadLocale();
+  constexpr LCID kOfTheCaller = 0x0404;
+  SetThreadLocale(kOfTheCaller);
+  const HRESULT result = RegisterServer(rows, RegistrationScope::kUser);
+  EXPECT_TRUE(FAILED(result));
+  const std::string description = TakeErrorDescription();
+  EXPECT_NE(std::string::npos, description.find("class_with_progid.rgs:3:")) << description;
+  EXPECT_EQ(kOfTheCaller, GetThreadLocale());
+  SetThreadLocale(before);
+  EXPECT_TRUE(IsThere(HKEY_CURRENT_USER, OLESTR("Software\\Classes\\SabTest.First")));
+  EXPECT_FALSE(IsThere(HKEY_CURRENT_USER, OLESTR("Software\\Classes\\SabTest.Third")));
+
+  EXPECT_EQ(S_OK, UnregisterServer(std::span(rows, 1), RegistrationScope::kUser));
+  EXPECT_FALSE(IsThere(HKEY_CURRENT_USER, OLESTR("Software\\Classes\\SabTest.First")));
 }
 
 }  // namespace
