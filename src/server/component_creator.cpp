@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "base/com_error.h"
 #include "platform/host_library.h"
@@ -21,8 +22,8 @@ HRESULT ComponentCreator::CreateInstance(REFCLSID clsid, IUnknown* outer, REFIID
   *object = nullptr;
   HRESULT result = CreateFromHost(clsid, outer, riid, object);
   if (SUCCEEDED(result)) return result;
-  ComPtr<IClassFactory> factory;
-  result = FindFactory(clsid, factory.Put());
+  IClassFactory* factory = nullptr;
+  result = FindFactory(clsid, factory);
   if (FAILED(result)) return result;
   if (!outer) return factory->CreateInstance(nullptr, riid, object);
   ComPtr<IUnknown> created;
@@ -40,29 +41,30 @@ HRESULT ComponentCreator::CreateFromHost(REFCLSID clsid, IUnknown* outer, REFIID
   return created ? created->QueryInterface(riid, object) : E_UNEXPECTED;
 }
 
-HRESULT ComponentCreator::FindFactory(REFCLSID clsid, IClassFactory** factory) noexcept {
+HRESULT ComponentCreator::FindFactory(REFCLSID clsid, IClassFactory*& factory) noexcept {
   for (const KnownFactory& known : factories_) {
     if (known.clsid == clsid) {
-      known.factory.CopyTo(factory);
+      factory = known.factory.Get();
       return S_OK;
     }
   }
-  HRESULT result = CoGetClassObject(clsid, CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER, nullptr,
-                                    IID_IClassFactory, reinterpret_cast<void**>(factory));
+  ComPtr<IClassFactory> found;
+  const HRESULT result = CoGetClassObject(clsid, CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER,
+                                          nullptr, IID_IClassFactory, found.PutVoid());
   if (FAILED(result)) {
     // The runtime's answer stands unless the class is one of ours.
     Module* const module = Module::Current();
-    if (!module ||
-        FAILED(module->ClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(factory)))) {
+    if (!module || FAILED(module->ClassObject(clsid, IID_IClassFactory, found.PutVoid()))) {
       return result;
     }
   }
+  factory = found.Get();
   try {
-    factories_.push_back({clsid, ComPtr<IClassFactory>(*factory)});
+    factories_.push_back({clsid, std::move(found)});
+    return S_OK;
   } catch (const std::bad_alloc&) {
-    // Then it is looked up again the next time.
+    return E_OUTOFMEMORY;
   }
-  return S_OK;
 }
 
 void ComponentCreator::RaiseNotCreated(const char* class_name, HRESULT code) {

@@ -74,7 +74,8 @@ class ComponentCreator {
 
   [[noreturn]] static void RaiseNotCreated(const char* class_name, HRESULT code);
   HRESULT CreateFromHost(REFCLSID clsid, IUnknown* outer, REFIID riid, void** object) noexcept;
-  HRESULT FindFactory(REFCLSID clsid, IClassFactory** factory) noexcept;
+  /// @param factory not counted: the creator keeps it
+  HRESULT FindFactory(REFCLSID clsid, IClassFactory*& factory) noexcept;
 
   ComPtr<IUnknown> host_list_;
   std::vector<KnownFactory> factories_;

@@ -47,7 +47,9 @@ class Document {
     return NameOf(element).substr(nodes_[element].prefix_length);
   }
   bool HasLocalName(NodeIndex element, std::string_view name) const {
-    return LocalNameOf(element) == name;
+    const std::string_view local = LocalNameOf(element);
+    // Names of one length mostly differ in their first letter.
+    return local.size() == name.size() && local[0] == name[0] && local == name;
   }
   bool IsInNamespace(NodeIndex element) const {
     return (nodes_[element].flags & kInNamespace) != 0;

@@ -7,6 +7,13 @@
 #include "base/bstr.h"
 #include "base/com_ptr.h"
 
+// The system has these since Windows Vista; not every SDK declares them.
+extern "C" {
+HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* help_folder);
+HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID guid, WORD major, WORD minor, LCID locale,
+                                        SYSKIND kind);
+}
+
 namespace sab {
 namespace {
 
