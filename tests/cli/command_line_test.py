@@ -184,8 +184,6 @@ def setUpModule():
     """Everything runs in a scratch folder with a copy of the samples and files that are wrong."""
     global scratch
     scratch = Path(tempfile.mkdtemp(prefix="sabxml-test-"))
-    if ON_WINDOWS:  # that not every command starts Wine anew
-        subprocess.run([*COMMAND[:2], "wineserver", "-p30"], check=True)
     shutil.copytree(SAMPLES, scratch / "samples/workshop")
     kinds = scratch / "kinds"
     kinds.mkdir()

@@ -63,13 +63,15 @@ for after in after after_user; do
     failed=1
   fi
 done
+diff "$scratch/before.txt" "$scratch/user.txt" >"$scratch/for_user.txt" || true
 for key in 'SabXmlParser.VeAppParser\CLSID' 'TypeLib\{'; do
-  if ! diff "$scratch/before.txt" "$scratch/user.txt" | grep -qiF "HKEY_CURRENT_USER\Software\Classes\\$key"; then
+  if ! grep -qiF "HKEY_CURRENT_USER\Software\Classes\\$key" "$scratch/for_user.txt"; then
     echo "not registered for the user: $key"
     failed=1
   fi
 done
-if diff "$scratch/before.txt" "$scratch/user.txt" | grep -iF 'HKEY_LOCAL_MACHINE'; then
+# Wine has one place for the interfaces of 32-bit programs, which is the machine's.
+if grep -F 'HKEY_LOCAL_MACHINE' "$scratch/for_user.txt" | grep -vF 'Wow6432Node'; then
   echo "registering for the user changed the machine"
   failed=1
 fi

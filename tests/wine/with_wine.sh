@@ -14,4 +14,7 @@ if [ ! -f "$WINEPREFIX/ready" ]; then
   wineserver -w
   touch "$WINEPREFIX/ready"
 fi
+# What Wine starts in the background holds on to the output of the program that was the first; who
+# reads that output would wait for it to end.
+wine cmd /c exit </dev/null >/dev/null 2>&1 || true
 exec "$@"

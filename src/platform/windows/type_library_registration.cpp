@@ -7,13 +7,6 @@
 #include "base/bstr.h"
 #include "base/com_ptr.h"
 
-// The system has these since Windows Vista; not every SDK declares them.
-extern "C" {
-HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* help_folder);
-HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID guid, WORD major, WORD minor, LCID locale,
-                                        SYSKIND kind);
-}
-
 namespace sab {
 namespace {
 
@@ -39,20 +32,29 @@ class TypeLibrary {
   TLIBATTR attributes_{};
 };
 
-struct Scope {
-  HKEY root;
-  const wchar_t* type_libraries;
-  HRESULT(WINAPI* add)(ITypeLib*, OLECHAR*, OLECHAR*);
-  HRESULT(WINAPI* remove)(REFGUID, WORD, WORD, LCID, SYSKIND);
-};
-
-Scope Of(RegistrationScope scope) {
-  if (scope == RegistrationScope::kUser) {
-    return {HKEY_CURRENT_USER, L"Software\\Classes\\TypeLib\\", RegisterTypeLibForUser,
-            UnRegisterTypeLibForUser};
+// The classes of the scope in place of HKEY_CLASSES_ROOT for as long as this lives. The functions
+// for one user that the system has since Windows Vista would do, were they what they say
+// everywhere: Wine writes to the machine.
+class ClassesRoot {
+ public:
+  explicit ClassesRoot(RegistrationScope scope) {
+    if (scope == RegistrationScope::kMachine) return;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS,
+                        nullptr, &user_, nullptr) == ERROR_SUCCESS) {
+      RegOverridePredefKey(HKEY_CLASSES_ROOT, user_);
+    }
   }
-  return {HKEY_CLASSES_ROOT, L"TypeLib\\", RegisterTypeLib, UnRegisterTypeLib};
-}
+  ClassesRoot(const ClassesRoot&) = delete;
+  ClassesRoot& operator=(const ClassesRoot&) = delete;
+  ~ClassesRoot() {
+    if (!user_) return;
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+    RegCloseKey(user_);
+  }
+
+ private:
+  HKEY user_ = nullptr;
+};
 
 // The versions that are registered: of "1.0" the two numbers, which are hexadecimal.
 struct Version {
@@ -60,13 +62,14 @@ struct Version {
   WORD minor;
 };
 
-std::vector<Version> RegisteredVersions(const Scope& scope, REFGUID guid) {
+std::vector<Version> RegisteredVersions(REFGUID guid) {
   wchar_t text[40];
   StringFromGUID2(guid, text, 40);
   std::vector<Version> versions;
   HKEY key = nullptr;
-  const std::wstring path = std::wstring(scope.type_libraries) + text;
-  if (RegOpenKeyExW(scope.root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return versions;
+  const std::wstring path = std::wstring(L"TypeLib\\") + text;
+  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+    return versions;
   for (DWORD index = 0;; ++index) {
     wchar_t name[64];
     DWORD length = 64;
@@ -91,13 +94,13 @@ HRESULT RegisterTypeLibraryOf(const Text& module, RegistrationScope scope) noexc
   const HRESULT result = library.Load(module);
   if (FAILED(result)) return result;
   const TLIBATTR& own = library.Attributes();
-  const Scope place = Of(scope);
-  for (const Version& version : RegisteredVersions(place, own.guid)) {
+  const ClassesRoot root(scope);
+  for (const Version& version : RegisteredVersions(own.guid)) {
     if (version.major == own.wMajorVerNum && version.minor == own.wMinorVerNum) continue;
     // What cannot be removed does no harm to the version that is registered now.
-    place.remove(own.guid, version.major, version.minor, own.lcid, own.syskind);
+    UnRegisterTypeLib(own.guid, version.major, version.minor, own.lcid, own.syskind);
   }
-  return place.add(library.Get(), Text(module).data(), nullptr);
+  return RegisterTypeLib(library.Get(), Text(module).data(), nullptr);
 } catch (const std::bad_alloc&) {
   return E_OUTOFMEMORY;
 }
@@ -107,11 +110,11 @@ HRESULT UnregisterTypeLibraryOf(const Text& module, RegistrationScope scope) noe
   const HRESULT result = library.Load(module);
   if (FAILED(result)) return result;
   const TLIBATTR& own = library.Attributes();
-  const Scope place = Of(scope);
+  const ClassesRoot root(scope);
   // Systems differ in the code for a type library that is not registered, so that is asked first.
-  for (const Version& version : RegisteredVersions(place, own.guid)) {
+  for (const Version& version : RegisteredVersions(own.guid)) {
     if (version.major != own.wMajorVerNum || version.minor != own.wMinorVerNum) continue;
-    return place.remove(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind);
+    return UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind);
   }
   return S_OK;
 } catch (const std::bad_alloc&) {
