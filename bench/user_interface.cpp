@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/bstr.h"
+#include "platform/file.h"
 #include "samples.h"
 #include "server_fixture.h"
 
@@ -184,6 +185,17 @@ void ReleaseTree(benchmark::State& state) {
   Report(state);
 }
 
+// What GenerateUI spends on the file itself; the peers start with its bytes in memory.
+void ReadTheFile(benchmark::State& state) {
+  const sab::Text name = sab::FromUtf8(
+      sab::bench::WriteSample("ui-" + std::to_string(state.range(0)) + ".xml", Sample(state)));
+  for (auto _ : state) {
+    std::string reason;
+    benchmark::DoNotOptimize(sab::ReadFileBytes(name, reason));
+  }
+  Report(state);
+}
+
 template <std::vector<Tab> (*kRead)(const std::string&)>
 void ReadPeer(benchmark::State& state) {
   for (auto _ : state) {
@@ -213,6 +225,7 @@ void Sizes(benchmark::internal::Benchmark* benchmark) {
       ->Arg(50 << 20);
 }
 
+BENCHMARK(ReadTheFile)->Apply(Sizes);
 BENCHMARK(GenerateUI)->Apply(Sizes);
 BENCHMARK(ReadPeer<ReadWithPugixml>)->Name("ReadWithPugixml")->Apply(Sizes);
 BENCHMARK(ReadPeer<ReadWithLibxml>)->Name("ReadWithLibxml")->Apply(Sizes);

@@ -11,7 +11,11 @@ namespace {
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-std::string EndTag(std::string_view name) { return "</" + std::string(name) + '>'; }
+void AppendEndTag(std::string_view name, std::string& out) {
+  out += "</";
+  out += name;
+  out += '>';
+}
 
 }  // namespace
 
@@ -59,21 +63,23 @@ void Editor::Write(const NewElement& element, const Layout& layout, std::string&
     throw Error("the name " + element.name_ + " cannot be written in the file's encoding");
   }
   if (layout.has_lines) out += layout.line_start;
-  out += '<' + element.name_;
+  out += '<';
+  out += element.name_;
   if (element.children_.empty() && element.text_.empty()) {
     out += "/>";
     return;
   }
-  out += '>' + EscapedText(element.text_);
+  out += '>';
+  AppendEscaped(element.text_, out);
   // White space between a text and elements would become part of the text.
   const bool has_lines = layout.has_lines && element.text_.empty() && !element.children_.empty();
   const Layout deeper = has_lines ? layout.Deeper() : Layout();
   for (const NewElement& child : element.children_) Write(child, deeper, out);
   if (has_lines) out += layout.line_start;
-  out += EndTag(element.name_);
+  AppendEndTag(element.name_, out);
 }
 
-Editor::Splice Editor::SpliceForAdded(NodeIndex parent, const std::deque<NewElement>& added) const {
+Editor::Splice Editor::SpliceForAdded(NodeIndex parent, const std::list<NewElement>& added) const {
   const std::string_view text = document_.TextBytes();
   const Node& node = document_.At(parent);
   NodeIndex last = kNoNode;
@@ -118,8 +124,8 @@ Editor::Splice Editor::SpliceForContent(NodeIndex element, const Change& change)
   if (!change.text) return SpliceForAdded(element, change.added);
   const Node& node = document_.At(element);
   const bool is_empty_tag = (node.flags & kIsEmptyTag) != 0;
-  Splice splice{is_empty_tag ? node.end : document_.ContentStart(element), node.end,
-                EscapedText(*change.text)};
+  Splice splice{is_empty_tag ? node.end : document_.ContentStart(element), node.end, {}};
+  AppendEscaped(*change.text, splice.text);
   for (const NewElement& added : change.added) Write(added, {}, splice.text);
   return splice;
 }
@@ -152,7 +158,8 @@ Editor::Splice Editor::SpliceFor(NodeIndex element, const Change& change) const 
   splice.from = node.end - 2;
   while (IsTrimmed(static_cast<unsigned char>(text[splice.from - 1]))) --splice.from;
   splice.to = node.end;
-  splice.text = '>' + splice.text + EndTag(document_.NameOf(element));
+  splice.text.insert(0, 1, '>');
+  AppendEndTag(document_.NameOf(element), splice.text);
   return splice;
 }
 

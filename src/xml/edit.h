@@ -1,6 +1,6 @@
 #pragma once
 
-#include <deque>
+#include <list>
 #include <map>
 #include <optional>
 #include <string>
@@ -25,7 +25,7 @@ class NewElement {
 
   std::string name_;
   std::u16string text_;
-  std::deque<NewElement> children_;  // which leaves its elements where they are
+  std::list<NewElement> children_;  // which leaves its elements where they are
 };
 
 /// Changes to a document, written into a copy of its bytes. Every byte outside of what is changed
@@ -53,7 +53,7 @@ class Editor {
   struct Change {
     bool is_removed = false;
     std::optional<std::u16string> text;
-    std::deque<NewElement> added;
+    std::list<NewElement> added;
   };
   // Text bytes [from, to) that give way to others.
   struct Splice {
@@ -72,7 +72,7 @@ class Editor {
 
   Splice SpliceFor(NodeIndex element, const Change& change) const;
   Splice SpliceForContent(NodeIndex element, const Change& change) const;
-  Splice SpliceForAdded(NodeIndex parent, const std::deque<NewElement>& added) const;
+  Splice SpliceForAdded(NodeIndex parent, const std::list<NewElement>& added) const;
   Splice SpliceForRemoval(NodeIndex element) const;
 
   /// The space before a node if nothing else stands before it on its line.

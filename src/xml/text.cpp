@@ -97,11 +97,13 @@ void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out
   }
 }
 
-std::string EscapedText(std::u16string_view text) {
-  std::string out;
-  out.reserve(text.size());
+void AppendEscaped(std::u16string_view text, std::string& out) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     char32_t code = text[i];
+    if (code < 0x80 && Has(static_cast<char>(code), kPlainText) && code != '>') {
+      out.push_back(static_cast<char>(code));
+      continue;
+    }
     if (code >= 0xD800 && code <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
         text[i + 1] <= 0xDFFF) {
       code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00U);
@@ -127,7 +129,6 @@ std::string EscapedText(std::u16string_view text) {
         AppendUtf8(out, code);
     }
   }
-  return out;
 }
 
 }  // namespace sab::xml

@@ -13,8 +13,8 @@ void AppendUtf16(std::string_view utf8, std::u16string& out);
 /// @param in_attribute white space becomes spaces, as it does in attributes' values
 void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out);
 
-/// Valid UTF-8 from UTF-16. Raises Error for what XML cannot hold.
-std::string EscapedText(std::u16string_view text);
+/// Appends a text as a document holds it, as UTF-8. Raises Error for what XML cannot hold.
+void AppendEscaped(std::u16string_view text, std::string& out);
 
 inline bool IsTrimmed(char32_t c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 

@@ -95,11 +95,9 @@ void ReleaseSlab(Slab* slab) noexcept {
   if (region->free_slabs == 0) Link(region);
   region->free_slabs |= std::uint64_t{1} << index;
   if (region->free_slabs != kAllFree) return;
-  // One empty region is kept for what comes next; the pages of any other go back to the system.
-  const bool is_the_only_one = first_region == region && !region->next;
-  if (is_the_only_one) return;
-  Unlink(region);
-  munmap(region, Region::kBytes);
+  // An empty region stays where it is, but the system may take its pages when it needs memory. What
+  // is read next then mostly finds pages that are there.
+  madvise(region->Place(1), Region::kBytes - Slab::kBytes, MADV_FREE);
 }
 
 }  // namespace sabcom
