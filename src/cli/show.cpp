@@ -49,7 +49,8 @@ void CheckRefusals(const ObjectReader& reader, const std::string& file) {
   if (reader.Refusals().empty()) return;
   std::string all;
   for (const std::string& refusal : reader.Refusals()) {
-    all += (all.empty() ? "" : "\n") + file + ": " + refusal;
+    if (!all.empty()) all += '\n';
+    all.append(file).append(": ").append(refusal);
   }
   throw Failure(all);
 }

@@ -15,6 +15,10 @@ export_registry() {
   done
 }
 
+# Keys that every user has who has ever registered anything; nobody removes them.
+for key in AppID CLSID Interface TypeLib; do
+  wine reg add "HKCU\\Software\\Classes\\$key" /f >/dev/null
+done
 # Whatever an earlier run left.
 wine regsvr32 /s /u "$library" || true
 export_registry >"$scratch/before.txt"
