@@ -1,8 +1,11 @@
-' A collection of accelerators, filled and walked by position.
+' A collection of accelerators, filled, walked by position and as scripts walk lists.
 ' expect: 3 False
 ' expect: F1 F2 F3
 ' expect: F2 again
 ' expect: after removing: F1 F3
+' expect: 2 elements, second F3
+' expect: the list changes meanwhile: F1 F3, and holds 0
+' expect: 9
 
 Set accels = CreateObject("SabXmlParser.VePrsAccelColl")
 For number = 1 To 3
@@ -26,3 +29,14 @@ middle = accels.FindIndex(1)
 WScript.Echo accels.GetAt(middle).Key & " again"
 accels.RemoveAt middle
 WScript.Echo "after removing: " & Keys
+
+WScript.Echo accels.Count & " elements, second " & accels.Item(1).Key
+line = ""
+For Each accel In accels
+  accels.RemoveAll
+  line = line & " " & accel.Key
+Next
+WScript.Echo "the list changes meanwhile:" & line & ", and holds " & accels.Count
+On Error Resume Next
+Set accel = accels.Item(0)
+WScript.Echo Err.Number

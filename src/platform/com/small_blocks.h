@@ -4,9 +4,8 @@
 
 namespace sabcom {
 
-/// Memory for small things that come and go in great numbers, strings and objects: several times
-/// faster than the system's allocator where a thread frees what it allocated itself, and right
-/// where it does not.
+/// Memory for small things that come and go in great numbers, strings and objects: without a lock
+/// where a thread frees what it allocated itself, and right where it does not.
 ///
 /// @return memory aligned for 16 bytes; null when there is none
 void* AllocateBlock(std::size_t size) noexcept;
