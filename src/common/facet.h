@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/com_ptr.h"
+#include "base/counted.h"
 #include "common/module_lock.h"
 
 namespace sab {
@@ -13,25 +14,16 @@ namespace sab {
 /// An interface that few ask an object for. What answers it is made only then, so that objects stay
 /// small; it keeps its object alive and shares its identity.
 template <class Interface>
-class Facet : public Interface, private LiveObject {
+class Facet : public Counted<Interface>, private LiveObject {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) final {
     if (!object) return E_POINTER;
     if (riid != iid_) return object_->QueryInterface(riid, object);
-    *object = static_cast<Interface*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() final { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() final {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
+    return this->AnswerFor(iid_, riid, object);
   }
 
  protected:
   Facet(IUnknown* object, REFIID iid) : object_(object), iid_(iid) {}
-  virtual ~Facet() = default;
 
   /// Hands out a new facet of the class. @return E_OUTOFMEMORY
   template <class Class, class... Arguments>
@@ -45,7 +37,6 @@ class Facet : public Interface, private LiveObject {
  private:
   ComPtr<IUnknown> object_;
   const IID& iid_;
-  ULONG references_ = 1;
 };
 
 }  // namespace sab

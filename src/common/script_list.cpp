@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/com_ptr.h"
+#include "base/counted.h"
 #include "base/text.h"
 #include "common/module_lock.h"
 
@@ -15,25 +16,13 @@ namespace {
 using Elements = std::vector<ComPtr<IDispatch>>;
 
 /// Walks the elements that a list had when the walk began, whatever becomes of the list meanwhile.
-class Enumerator final : public IEnumVARIANT, private LiveObject {
+class Enumerator final : public Counted<IEnumVARIANT>, private LiveObject {
  public:
   Enumerator(std::shared_ptr<const Elements> elements, std::size_t next)
       : elements_(std::move(elements)), next_(next) {}
-  virtual ~Enumerator() = default;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-    if (!object) return E_POINTER;
-    *object = nullptr;
-    if (riid != IID_IUnknown && riid != IID_IEnumVARIANT) return E_NOINTERFACE;
-    *object = static_cast<IEnumVARIANT*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
+    return AnswerFor(IID_IEnumVARIANT, riid, object);
   }
 
   HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* values, ULONG* fetched) override {
@@ -68,7 +57,6 @@ class Enumerator final : public IEnumVARIANT, private LiveObject {
 
   std::shared_ptr<const Elements> elements_;
   std::size_t next_;
-  ULONG references_ = 1;
 };
 
 HRESULT Enumerate(const ScriptList& list, VARIANT* result) noexcept try {

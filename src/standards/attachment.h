@@ -4,6 +4,7 @@
 
 #include "base/bstr.h"
 #include "base/com_ptr.h"
+#include "base/counted.h"
 
 namespace sab {
 
@@ -35,33 +36,20 @@ struct SymbolState {
 
 /// A state that outlives its owner as long as somebody knows it.
 template <class State>
-class Shared final : public IUnknown, public State {
+class Shared final : public Counted<IUnknown>, public State {
  public:
   static ComPtr<Shared> Create() {
     ComPtr<Shared> state;
     state.Attach(new Shared);
     return state;
   }
-  virtual ~Shared() = default;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-    if (!object) return E_POINTER;
-    const bool is_known = riid == IID_IUnknown || riid == State::kId;
-    *object = is_known ? this : nullptr;
-    if (is_known) AddRef();
-    return is_known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
+    return AnswerFor(State::kId, riid, object);
   }
 
  private:
   Shared() = default;
-
-  ULONG references_ = 1;
 };
 
 /// The state of a standard or of a symbol, whoever made the object. Raises ComError with the code

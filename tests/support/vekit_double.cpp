@@ -6,6 +6,7 @@
 
 #include "base/bstr.h"
 #include "base/com_ptr.h"
+#include "base/counted.h"
 #include "support/host_double.h"
 
 #if defined(_WIN32)
@@ -16,6 +17,7 @@
 
 namespace {
 
+using sab::Counted;
 using sab::testing::HostBehaviour;
 
 HostBehaviour behaviour = HostBehaviour::kHasNoList;
@@ -23,22 +25,12 @@ int created = 0;
 int asked = 0;
 
 // The host's own configuration page. It answers as the server's does, and is counted.
-class HostsPage final : public IVePrsConfig {
+class HostsPage final : public Counted<IVePrsConfig> {
  public:
   HostsPage() { ++created; }
-  virtual ~HostsPage() = default;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-    const bool known = riid == IID_IUnknown || riid == IID_IDispatch || riid == IID_IVePrsConfig;
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
+    return AnswerFor(IID_IVePrsConfig, riid == IID_IDispatch ? IID_IVePrsConfig : riid, object);
   }
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
@@ -73,23 +65,11 @@ class HostsPage final : public IVePrsConfig {
   sab::Bstr texts_[4];
 };
 
-class ForeignObject final : public IUnknown {
+class ForeignObject final : public Counted<IUnknown> {
  public:
-  virtual ~ForeignObject() = default;
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-    *object = riid == IID_IUnknown ? this : nullptr;
-    if (*object) AddRef();
-    return *object ? S_OK : E_NOINTERFACE;
+    return AnswerFor(IID_IUnknown, riid, object);
   }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-
- private:
-  ULONG references_ = 1;
 };
 
 class FactoryList final : public IVeClassFactoryList {

@@ -22,6 +22,9 @@ done
 # Whatever an earlier run left.
 wine regsvr32 /s /u "$library" || true
 export_registry >"$scratch/before.txt"
+# What a version has left whose library is gone.
+old='TypeLib\{59F5EE32-53B8-4D50-81A8-CF955FAF3041}\0.9'
+wine reg add "HKLM\\Software\\Classes\\$old\\0\\win64" /ve /d 'c:\gone.dll' /f >/dev/null
 wine regsvr32 /s "$library"
 export_registry >"$scratch/registered.txt"
 wine regsvr32 /s /u "$library"
@@ -60,6 +63,10 @@ expect_count() {
 # Every class but those that only their owners create, and those with ProgIDs.
 expect_count 81 '"ThreadingModel"="Apartment"'
 expect_count 59 '\VersionIndependentProgID]'
+if grep -qiF "$old" "$scratch/registered.txt"; then
+  echo "the older version of the type library is still registered"
+  failed=1
+fi
 for after in after after_user; do
   if ! diff "$scratch/before.txt" "$scratch/$after.txt" >"$scratch/difference.txt"; then
     echo "the registry is not as it was ($after):"

@@ -36,20 +36,6 @@ HRESULT BindConstant(UINT type, TextView name, ITypeInfo** info, DESCKIND* kind,
 
 }  // namespace
 
-HRESULT TableTypeComp::QueryInterface(REFIID riid, void** object) {
-  if (!object) return E_POINTER;
-  *object = riid == IID_IUnknown || riid == IID_ITypeComp ? static_cast<ITypeComp*>(this) : nullptr;
-  if (!*object) return E_NOINTERFACE;
-  AddRef();
-  return S_OK;
-}
-
-ULONG TableTypeComp::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 HRESULT TableTypeComp::Bind(LPOLESTR name, ULONG, WORD flags, ITypeInfo** info, DESCKIND* kind,
                             BINDPTR* bound) {
   if (!name || !info || !kind || !bound) return E_INVALIDARG;

@@ -7,15 +7,14 @@
 namespace sab {
 
 /// Binds names to members as a compiler does: those of one type, or of the whole library.
-class TableTypeComp final : public ITypeComp {
+class TableTypeComp final : public Counted<ITypeComp> {
  public:
   /// @param type its number in the library; none for the library
   explicit TableTypeComp(std::optional<UINT> type) : type_(type) {}
-  virtual ~TableTypeComp() = default;
 
-  HRESULT QueryInterface(REFIID riid, void** object) override;
-  ULONG AddRef() override { return ++references_; }
-  ULONG Release() override;
+  HRESULT QueryInterface(REFIID riid, void** object) override {
+    return AnswerFor(IID_ITypeComp, riid, object);
+  }
 
   /// An unknown name is S_OK and DESCKIND_NONE. @return TYPE_E_TYPEMISMATCH for a member that
   /// cannot be used as the flags want it
@@ -24,7 +23,6 @@ class TableTypeComp final : public ITypeComp {
   HRESULT BindType(LPOLESTR name, ULONG hash, ITypeInfo** info, ITypeComp** comp) override;
 
  private:
-  ULONG references_ = 1;
   std::optional<UINT> type_;
 };
 

@@ -85,15 +85,6 @@ HRESULT Document(TextView name, const char* help, BSTR* name_out, BSTR* help_out
   }
 }
 
-template <class Object, class Interface>
-HRESULT QueryOne(Object* object, REFIID wanted, REFIID riid, void** out) {
-  if (!out) return E_POINTER;
-  *out = riid == IID_IUnknown || riid == wanted ? static_cast<Interface*>(object) : nullptr;
-  if (!*out) return E_NOINTERFACE;
-  object->AddRef();
-  return S_OK;
-}
-
 }  // namespace
 
 bool IsSameName(TextView a, TextView b) {
@@ -166,16 +157,6 @@ const GUID& DescribedType::Guid() const {
 }
 
 // --- TableTypeInfo ---
-
-HRESULT TableTypeInfo::QueryInterface(REFIID riid, void** object) {
-  return QueryOne<TableTypeInfo, ITypeInfo>(this, IID_ITypeInfo, riid, object);
-}
-
-ULONG TableTypeInfo::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
 
 std::size_t TableTypeInfo::MemberCount() const {
   std::size_t count = 0;
@@ -384,16 +365,6 @@ HRESULT TableTypeInfo::GetContainingTypeLib(ITypeLib** library, UINT* index) {
 }
 
 // --- TableTypeLib ---
-
-HRESULT TableTypeLib::QueryInterface(REFIID riid, void** object) {
-  return QueryOne<TableTypeLib, ITypeLib>(this, IID_ITypeLib, riid, object);
-}
-
-ULONG TableTypeLib::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
 
 HRESULT TableTypeLib::GetTypeInfo(UINT index, ITypeInfo** info) {
   if (!info) return E_INVALIDARG;

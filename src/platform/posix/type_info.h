@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/com_ptr.h"
+#include "base/counted.h"
 #include "base/interface_info.h"
 #include "base/text.h"
 
@@ -38,15 +39,12 @@ INVOKEKIND InvokeKindOf(const MemberInfo& member);
 
 /// Type information over the generated tables, read-only. What the tables do not know (entry points
 /// of libraries, marshalling) answers E_NOTIMPL.
-class TableTypeInfo final : public ITypeInfo {
+class TableTypeInfo final : public Counted<ITypeInfo> {
  public:
   explicit TableTypeInfo(UINT index) : index_(index), type_(DescribedType::At(index)) {}
-  virtual ~TableTypeInfo() = default;
 
   // clang-format off
-  HRESULT QueryInterface(REFIID riid, void** object) override;
-  ULONG AddRef() override { return ++references_; }
-  ULONG Release() override;
+  HRESULT QueryInterface(REFIID riid, void** object) override { return AnswerFor(IID_ITypeInfo, riid, object); }
   HRESULT GetTypeAttr(TYPEATTR** attributes) override;
   HRESULT GetTypeComp(ITypeComp** comp) override;
   HRESULT GetFuncDesc(UINT index, FUNCDESC** description) override;
@@ -77,18 +75,13 @@ class TableTypeInfo final : public ITypeInfo {
 
   UINT index_;
   DescribedType type_;
-  ULONG references_ = 1;
 };
 
 /// The library that the tables describe.
-class TableTypeLib final : public ITypeLib {
+class TableTypeLib final : public Counted<ITypeLib> {
  public:
-  virtual ~TableTypeLib() = default;
-
   // clang-format off
-  HRESULT QueryInterface(REFIID riid, void** object) override;
-  ULONG AddRef() override { return ++references_; }
-  ULONG Release() override;
+  HRESULT QueryInterface(REFIID riid, void** object) override { return AnswerFor(IID_ITypeLib, riid, object); }
   UINT GetTypeInfoCount() override { return DescribedType::Count(); }
   HRESULT GetTypeInfo(UINT index, ITypeInfo** info) override;
   HRESULT GetTypeInfoType(UINT index, TYPEKIND* kind) override;
@@ -100,9 +93,6 @@ class TableTypeLib final : public ITypeLib {
   HRESULT FindName(LPOLESTR name, ULONG hash, ITypeInfo** infos, MEMBERID* members, USHORT* count) override;
   void ReleaseTLibAttr(TLIBATTR* attributes) override { delete attributes; }
   // clang-format on
-
- private:
-  ULONG references_ = 1;
 };
 
 }  // namespace sab

@@ -56,32 +56,31 @@ class ClassesRoot {
   HKEY user_ = nullptr;
 };
 
-// The versions that are registered: of "1.0" the two numbers, which are hexadecimal.
-struct Version {
-  WORD major;
-  WORD minor;
-};
-
-std::vector<Version> RegisteredVersions(REFGUID guid) {
+// The key below which the versions of a type library are registered, by their names: "1.0".
+std::wstring KeyOf(REFGUID guid) {
   wchar_t text[40];
   StringFromGUID2(guid, text, 40);
-  std::vector<Version> versions;
+  return std::wstring(L"TypeLib\\") + text;
+}
+
+std::wstring VersionOf(const TLIBATTR& library) {
+  wchar_t name[16];
+  std::swprintf(name, 16, L"%x.%x", library.wMajorVerNum, library.wMinorVerNum);
+  return name;
+}
+
+std::vector<std::wstring> RegisteredVersions(REFGUID guid) {
+  std::vector<std::wstring> versions;
   HKEY key = nullptr;
-  const std::wstring path = std::wstring(L"TypeLib\\") + text;
-  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, KeyOf(guid).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) {
     return versions;
-  for (DWORD index = 0;; ++index) {
-    wchar_t name[64];
-    DWORD length = 64;
-    if (RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr) !=
-        ERROR_SUCCESS) {
-      break;
-    }
-    unsigned major = 0;
-    unsigned minor = 0;
-    if (std::swscanf(name, L"%x.%x", &major, &minor) == 2) {
-      versions.push_back({static_cast<WORD>(major), static_cast<WORD>(minor)});
-    }
+  }
+  wchar_t name[64];
+  DWORD length = 64;
+  while (RegEnumKeyExW(key, static_cast<DWORD>(versions.size()), name, &length, nullptr, nullptr,
+                       nullptr, nullptr) == ERROR_SUCCESS) {
+    versions.emplace_back(name, length);
+    length = 64;
   }
   RegCloseKey(key);
   return versions;
@@ -95,10 +94,11 @@ HRESULT RegisterTypeLibraryOf(const Text& module, RegistrationScope scope) noexc
   if (FAILED(result)) return result;
   const TLIBATTR& own = library.Attributes();
   const ClassesRoot root(scope);
-  for (const Version& version : RegisteredVersions(own.guid)) {
-    if (version.major == own.wMajorVerNum && version.minor == own.wMinorVerNum) continue;
-    // What cannot be removed does no harm to the version that is registered now.
-    UnRegisterTypeLib(own.guid, version.major, version.minor, own.lcid, own.syskind);
+  for (const std::wstring& version : RegisteredVersions(own.guid)) {
+    if (version == VersionOf(own)) continue;
+    // UnRegisterTypeLib wants the library's file, which is gone. What cannot be removed does no
+    // harm to the version that is registered now.
+    RegDeleteTreeW(HKEY_CLASSES_ROOT, (KeyOf(own.guid) + L'\\' + version).c_str());
   }
   return RegisterTypeLib(library.Get(), Text(module).data(), nullptr);
 } catch (const std::bad_alloc&) {
@@ -112,8 +112,8 @@ HRESULT UnregisterTypeLibraryOf(const Text& module, RegistrationScope scope) noe
   const TLIBATTR& own = library.Attributes();
   const ClassesRoot root(scope);
   // Systems differ in the code for a type library that is not registered, so that is asked first.
-  for (const Version& version : RegisteredVersions(own.guid)) {
-    if (version.major != own.wMajorVerNum || version.minor != own.wMinorVerNum) continue;
+  for (const std::wstring& version : RegisteredVersions(own.guid)) {
+    if (version != VersionOf(own)) continue;
     return UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind);
   }
   return S_OK;
