@@ -1,7 +1,9 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
+#include "base/com_error.h"
 #include "common/component.h"
 #include "common/position_list.h"
 #include "common/script_list.h"
@@ -27,7 +29,15 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
                                    DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                    UINT* bad_argument) override {
     if (ScriptList::Has(member)) {
-      return InvokeMember(member, riid, flags, parameters, result, bad_argument);
+      SetErrorInfo(0, nullptr);
+      const HRESULT outcome = InvokeMember(member, riid, flags, parameters, result, bad_argument);
+      if (outcome != DISP_E_BADINDEX) return outcome;
+      Base::Guarded([this] {
+        throw ComError(DISP_E_BADINDEX, "There is no element of this index: the collection has " +
+                                            std::to_string(items_.Count()) +
+                                            " elements, counted from 0.");
+      });
+      return RaiseFromInvoke(outcome, exception);
     }
     return Base::Invoke(member, riid, locale, flags, parameters, result, exception, bad_argument);
   }
@@ -166,7 +176,8 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
   using Base = ComponentBase<Coclass>;
 
   static HRESULT NullArgument(const char* name) {
-    return Base::Fail(E_INVALIDARG, std::string(name) + " must not be null.");
+    return Base::Guarded(
+        [name] { throw ComError(E_INVALIDARG, std::string(name) + " must not be null."); });
   }
   static HRESULT BadPosition(LONG_PTR position) {
     return position == PositionList::kNone

@@ -47,14 +47,15 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-    if (!count) return E_POINTER;
+    if (!count) return Reported(E_POINTER);
     *count = 1;
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
-    if (!info) return E_POINTER;
+    if (!info) return Reported(E_POINTER);
     *info = nullptr;
-    return index == 0 ? sab::GetTypeInfo(InterfaceInfoOf<Interface>(), info) : DISP_E_BADINDEX;
+    return Reported(index == 0 ? sab::GetTypeInfo(InterfaceInfoOf<Interface>(), info)
+                               : DISP_E_BADINDEX);
   }
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID locale,
                                           DISPID* ids) override {
@@ -88,14 +89,14 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
     return S_OK;
   }
 
+  static ErrorOrigin Origin() { return {{kSource.data(), kSource.size()}, &IdOf<Interface>()}; }
+
  protected:
   /// Interfaces by which only objects of this library know each other.
   virtual HRESULT QueryInnerInterface(REFIID, void**) { return E_NOINTERFACE; }
 
   ComponentBase() = default;
   virtual ~ComponentBase() = default;
-
-  static ErrorOrigin Origin() { return {{kSource.data(), kSource.size()}, &IdOf<Interface>()}; }
 
   /// Runs the body of an interface method; see sab::Guard.
   template <class Body>
@@ -105,6 +106,10 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   /// Ends an interface method with a failure that the caller can read about.
   static HRESULT Fail(HRESULT code, std::string_view message) noexcept {
     return ReportError(Origin(), code, message);
+  }
+  /// Ends an interface method that has no body to guard; a failure gets its error object.
+  static HRESULT Reported(HRESULT result) noexcept {
+    return SUCCEEDED(result) ? result : ReportCode(Origin(), result);
   }
 
   FieldsType fields{};  ///< the property values
@@ -178,10 +183,13 @@ class Aggregated final : public Class {
 ///         for anything but IUnknown; E_NOINTERFACE; E_OUTOFMEMORY
 template <class Class>
 HRESULT CreateObject(IUnknown* outer, REFIID riid, void** object) {
-  if (!object) return E_POINTER;
+  const ErrorOrigin origin = Class::Origin();
+  if (!object) return ReportCode(origin, E_POINTER);
   *object = nullptr;
-  if (outer && riid != IID_IUnknown) return CLASS_E_NOAGGREGATION;
-  const ErrorOrigin origin{Class::Coclass::kName, &riid};
+  if (outer && riid != IID_IUnknown) {
+    return ReportError(origin, CLASS_E_NOAGGREGATION,
+                       "An outer object has to ask for IUnknown when it creates its part.");
+  }
   return Guard(origin, [&]() -> HRESULT {
     if (outer) {
       *object = (new Aggregated<Class>(outer))->Inner();

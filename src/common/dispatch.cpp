@@ -64,8 +64,9 @@ FoundMember FindById(const InterfaceInfo& info, DISPID id, WORD flags) {
   return {};
 }
 
-// A failing member as the caller of Invoke sees it. The strings go to the caller.
-HRESULT ReportException(HRESULT code, EXCEPINFO* exception) {
+}  // namespace
+
+HRESULT RaiseFromInvoke(HRESULT code, EXCEPINFO* exception) noexcept {
   if (exception) {
     *exception = {};
     exception->scode = code;
@@ -80,10 +81,9 @@ HRESULT ReportException(HRESULT code, EXCEPINFO* exception) {
   return DISP_E_EXCEPTION;
 }
 
-}  // namespace
-
 HRESULT GetIDsOfNames(const InterfaceInfo& info, REFIID riid, LPOLESTR* names, UINT count, LCID,
                       DISPID* ids) noexcept {
+  SetErrorInfo(0, nullptr);
   if (riid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!names || !ids || count == 0) return E_INVALIDARG;
   const MemberInfo* const member = names[0] ? FindByName(info, names[0]) : nullptr;
@@ -98,6 +98,7 @@ HRESULT GetIDsOfNames(const InterfaceInfo& info, REFIID riid, LPOLESTR* names, U
 HRESULT Invoke(const InterfaceInfo& info, void* self, DISPID id, REFIID riid, LCID, WORD flags,
                DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                UINT* bad_argument) noexcept {
+  SetErrorInfo(0, nullptr);
   if (riid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!parameters) return E_INVALIDARG;
   const FoundMember found = FindById(info, id, flags);
@@ -112,9 +113,8 @@ HRESULT Invoke(const InterfaceInfo& info, void* self, DISPID id, REFIID riid, LC
   DispatchArguments arguments(member, *parameters);
   HRESULT outcome = arguments.Prepare(bad_argument);
   if (FAILED(outcome)) return outcome;
-  SetErrorInfo(0, nullptr);
   outcome = found.owner->call(self, found.index, arguments.Slots());
-  if (FAILED(outcome)) return ReportException(outcome, exception);
+  if (FAILED(outcome)) return RaiseFromInvoke(outcome, exception);
   return arguments.Deliver(result, bad_argument);
 }
 

@@ -12,6 +12,12 @@ namespace sab {
 HRESULT GetIDsOfNames(const InterfaceInfo& info, REFIID riid, LPOLESTR* names, UINT count,
                       LCID locale, DISPID* ids) noexcept;
 
+/// Hands the thread's error object to the caller of Invoke, who asked for a member that failed with
+/// the code.
+/// @param exception may be null
+/// @return DISP_E_EXCEPTION
+HRESULT RaiseFromInvoke(HRESULT code, EXCEPINFO* exception) noexcept;
+
 /// IDispatch::Invoke.
 /// @param self the object's pointer to the interface that the table describes
 HRESULT Invoke(const InterfaceInfo& info, void* self, DISPID member, REFIID riid, LCID locale,

@@ -1,5 +1,6 @@
 #include "common/error_edge.h"
 
+#include <cstdio>
 #include <new>
 
 #include "base/bstr.h"
@@ -7,21 +8,58 @@
 #include "base/com_ptr.h"
 
 namespace sab {
+namespace {
+
+std::string WordsOf(HRESULT code) {
+  if (code == E_POINTER) {
+    return "A pointer is null that must not be: pass the address of a variable for every result.";
+  }
+  if (code == E_NOINTERFACE) return "The object does not have the interface that was asked for.";
+  if (code == E_OUTOFMEMORY) return "There is not enough memory.";
+  char text[40];
+  std::snprintf(text, sizeof text, "The call failed with 0x%08X.", static_cast<unsigned>(code));
+  return text;
+}
+
+}  // namespace
 
 HRESULT ReportError(const ErrorOrigin& origin, HRESULT code, std::string_view message) noexcept {
+  SetErrorInfo(0, nullptr);
   try {
+    const Bstr source(FromUtf8(origin.source));
+    const Bstr description(FromUtf8(message));
     ComPtr<ICreateErrorInfo> creator;
-    if (FAILED(CreateErrorInfo(creator.Put()))) return code;
-    creator->SetGUID(*origin.interface_id);
-    creator->SetSource(Bstr(FromUtf8(origin.source)).Get());
-    creator->SetDescription(Bstr(FromUtf8(message)).Get());
+    Check(CreateErrorInfo(creator.Put()), "no error object");
+    Check(creator->SetGUID(*origin.interface_id), "no interface");
+    Check(creator->SetSource(source.Get()), "no source");
+    Check(creator->SetDescription(description.Get()), "no description");
     ComPtr<IErrorInfo> info;
-    if (SUCCEEDED(creator->QueryInterface(IID_IErrorInfo, info.PutVoid()))) {
-      SetErrorInfo(0, info.Get());
-    }
+    Check(creator->QueryInterface(IID_IErrorInfo, info.PutVoid()), "no error info");
+    SetErrorInfo(0, info.Get());
   } catch (const std::exception&) {
     // Without memory for the description the code alone has to do.
   }
+  return code;
+}
+
+HRESULT ReportCode(const ErrorOrigin& origin, HRESULT code) noexcept try {
+  return ReportError(origin, code, WordsOf(code));
+} catch (const std::bad_alloc&) {
+  SetErrorInfo(0, nullptr);
+  return code;
+}
+
+std::string TakeErrorDescription(HRESULT code) {
+  ComPtr<IErrorInfo> info;
+  Bstr description;
+  if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(description.Put());
+  return description.IsEmpty() ? WordsOf(code) : ToUtf8(description.View());
+}
+
+HRESULT ReportResult(const ErrorOrigin& origin, HRESULT code) noexcept try {
+  return ReportError(origin, code, TakeErrorDescription(code));
+} catch (const std::bad_alloc&) {
+  SetErrorInfo(0, nullptr);
   return code;
 }
 
@@ -31,7 +69,7 @@ HRESULT ReportCurrentException(const ErrorOrigin& origin) noexcept {
   } catch (const ComError& error) {
     return ReportError(origin, error.Code(), error.what());
   } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
+    return ReportCode(origin, E_OUTOFMEMORY);
   } catch (const std::exception& error) {
     return ReportError(origin, E_FAIL, error.what());
   } catch (...) {

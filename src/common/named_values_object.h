@@ -14,20 +14,21 @@ template <class Coclass, class Fields = NoFields>
 class NamedValuesObject : public ComponentBase<Coclass, Fields> {
  public:
   HRESULT STDMETHODCALLTYPE get_ValueCount(INT* pVal) override {
-    return GetField(static_cast<INT>(values_.Count()), pVal);
+    return Base::Reported(GetField(static_cast<INT>(values_.Count()), pVal));
   }
   HRESULT STDMETHODCALLTYPE get_ValueName(INT i_iIndex, BSTR* pVal) override {
-    if (!pVal) return E_POINTER;
-    if (i_iIndex < 0 || static_cast<std::size_t>(i_iIndex) >= values_.Count()) {
-      return Base::Fail(E_INVALIDARG, "There is no value " + std::to_string(i_iIndex) +
-                                          ": there are " + std::to_string(values_.Count()) +
-                                          ", counted from 0.");
-    }
-    return Base::Guarded(
-        [&] { *pVal = Bstr(values_.NameAt(static_cast<std::size_t>(i_iIndex))).Detach(); });
+    if (!pVal) return Base::Reported(E_POINTER);
+    return Base::Guarded([&] {
+      if (i_iIndex < 0 || static_cast<std::size_t>(i_iIndex) >= values_.Count()) {
+        throw ComError(E_INVALIDARG, "There is no value " + std::to_string(i_iIndex) +
+                                         ": there are " + std::to_string(values_.Count()) +
+                                         ", counted from 0.");
+      }
+      *pVal = Bstr(values_.NameAt(static_cast<std::size_t>(i_iIndex))).Detach();
+    });
   }
   HRESULT STDMETHODCALLTYPE get_Value(BSTR i_bsName, BSTR* pVal) override {
-    if (!pVal) return E_POINTER;
+    if (!pVal) return Base::Reported(E_POINTER);
     return Base::Guarded([&] { *pVal = Bstr(ValueNamed(Bstr::ViewOf(i_bsName))).Detach(); });
   }
   /// A new name adds a value at the end. @return E_INVALIDARG for what cannot name a value

@@ -24,7 +24,8 @@ class ScriptList {
   }
 
   /// IDispatch::Invoke for one of these members. An index counts from zero; one that is out of
-  /// range is DISP_E_BADINDEX. An enumerator walks the elements that the list has at this moment.
+  /// range is DISP_E_BADINDEX, which the list has words for. An enumerator walks the elements that
+  /// the list has at this moment.
   HRESULT InvokeMember(DISPID member, REFIID riid, WORD flags, const DISPPARAMS* parameters,
                        VARIANT* result, UINT* bad_argument) const noexcept;
 

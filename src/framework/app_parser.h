@@ -19,36 +19,36 @@ class CVeAppParser : public Component<coclass::VeAppParser, AppParserFields> {
   HRESULT STDMETHODCALLTYPE GenerateApp() override;
 
   // clang-format off
-  HRESULT STDMETHODCALLTYPE GetAppID(BSTR* bsAppID) override { return GetField(app_id_, bsAppID); }
-  HRESULT STDMETHODCALLTYPE GetAppTmplID(BSTR* bsAppTmplID) override { return GetField(app_template_id_, bsAppTmplID); }
-  HRESULT STDMETHODCALLTYPE GetTmplatePaths(SAFEARRAY** o_pTemplatePaths) override { return template_paths_.CopyTo(o_pTemplatePaths); }
-  HRESULT STDMETHODCALLTYPE GetConfigurations(IVePrsConfigColl** o_ppConfigurations) override { return GetField(configurations_, o_ppConfigurations); }
-  HRESULT STDMETHODCALLTYPE GetProductName(BSTR* bsProductName) override { return GetField(product_name_, bsProductName); }
-  HRESULT STDMETHODCALLTYPE GetSubProductName(BSTR* bsSubProductName) override { return GetField(sub_product_name_, bsSubProductName); }
-  HRESULT STDMETHODCALLTYPE GetProductPubName(BSTR* bsProductPubName) override { return GetField(product_pub_name_, bsProductPubName); }
-  HRESULT STDMETHODCALLTYPE GetProductPubVer(BSTR* bsProductPubVer) override { return GetField(product_pub_version_, bsProductPubVer); }
-  HRESULT STDMETHODCALLTYPE GetProductPubDate(BSTR* bsProductPubDate) override { return GetField(product_pub_date_, bsProductPubDate); }
-  HRESULT STDMETHODCALLTYPE GetProductPubBuild(BSTR* bsProductPubBuild) override { return GetField(product_pub_build_, bsProductPubBuild); }
-  HRESULT STDMETHODCALLTYPE GetCompanyName(BSTR* bsCompanyName) override { return GetField(company_name_, bsCompanyName); }
-  HRESULT STDMETHODCALLTYPE GetDlgTitle(BSTR* bsDlgTilte) override { return GetField(dialog_title_, bsDlgTilte); }
-  HRESULT STDMETHODCALLTYPE GetEmail(BSTR* bsEmail) override { return GetField(e_mail_, bsEmail); }
-  HRESULT STDMETHODCALLTYPE GetURL(BSTR* bsURL) override { return GetField(url_, bsURL); }
-  HRESULT STDMETHODCALLTYPE GetCopyrightFile(BSTR* bsCopyrightFile) override { return GetField(copyright_file_, bsCopyrightFile); }
-  HRESULT STDMETHODCALLTYPE GetLicenseFile(BSTR* bsLicenseFile) override { return GetField(license_file_, bsLicenseFile); }
-  HRESULT STDMETHODCALLTYPE GetLogoFile(BSTR* bsLogoFile) override { return GetField(logo_file_, bsLogoFile); }
-  HRESULT STDMETHODCALLTYPE GetTelNum(BSTR* bsTelNum) override { return GetField(telephone_, bsTelNum); }
-  HRESULT STDMETHODCALLTYPE GetOnlineReport(BSTR* bsOnlineReport) override { return GetField(online_report_, bsOnlineReport); }
-  HRESULT STDMETHODCALLTYPE GetOnlineResource(BSTR* bsOnlineResource) override { return GetField(online_resource_, bsOnlineResource); }
-  HRESULT STDMETHODCALLTYPE GetOnlineCon(BSTR* bsOnlineCon) override { return GetField(online_con_, bsOnlineCon); }
-  HRESULT STDMETHODCALLTYPE GetOnlineCloud(BSTR* bsOnlineCloud) override { return GetField(online_cloud_, bsOnlineCloud); }
-  HRESULT STDMETHODCALLTYPE GetOnlineWhatsNew(BSTR* bsOnlineWhatsNew) override { return GetField(online_whats_new_, bsOnlineWhatsNew); }
-  HRESULT STDMETHODCALLTYPE GetCloudSpaceWebSite(BSTR* bsCloudSpaceWebSite) override { return GetField(cloud_space_web_site_, bsCloudSpaceWebSite); }
-  HRESULT STDMETHODCALLTYPE GetCloudSpaceRigisWeb(BSTR* bsCloudSpaceRigisWeb) override { return GetField(cloud_space_registration_web_site_, bsCloudSpaceRigisWeb); }
-  HRESULT STDMETHODCALLTYPE GetCloudSpaceBuyOrderWeb(BSTR* bsCloudSpaceBuyOrderWeb) override { return GetField(cloud_space_buy_order_web_site_, bsCloudSpaceBuyOrderWeb); }
-  HRESULT STDMETHODCALLTYPE GetProductDownloadWebSite(BSTR* bsProductDownloadWebSite) override { return GetField(product_download_web_site_, bsProductDownloadWebSite); }
-  HRESULT STDMETHODCALLTYPE GetBuyOrderWebSite(BSTR* bsBuyOrderWebSite) override { return GetField(buy_order_web_site_, bsBuyOrderWebSite); }
-  HRESULT STDMETHODCALLTYPE GetOnlineHelpWebSite(BSTR* bsOnlineHelpWebSite) override { return GetField(online_help_web_site_, bsOnlineHelpWebSite); }
-  HRESULT STDMETHODCALLTYPE GetProductEdition(BSTR* pVal) override { return GetField(product_edition_, pVal); }
+  HRESULT STDMETHODCALLTYPE GetAppID(BSTR* bsAppID) override { return Reported(GetField(app_id_, bsAppID)); }
+  HRESULT STDMETHODCALLTYPE GetAppTmplID(BSTR* bsAppTmplID) override { return Reported(GetField(app_template_id_, bsAppTmplID)); }
+  HRESULT STDMETHODCALLTYPE GetTmplatePaths(SAFEARRAY** o_pTemplatePaths) override { return Reported(template_paths_.CopyTo(o_pTemplatePaths)); }
+  HRESULT STDMETHODCALLTYPE GetConfigurations(IVePrsConfigColl** o_ppConfigurations) override { return Reported(GetField(configurations_, o_ppConfigurations)); }
+  HRESULT STDMETHODCALLTYPE GetProductName(BSTR* bsProductName) override { return Reported(GetField(product_name_, bsProductName)); }
+  HRESULT STDMETHODCALLTYPE GetSubProductName(BSTR* bsSubProductName) override { return Reported(GetField(sub_product_name_, bsSubProductName)); }
+  HRESULT STDMETHODCALLTYPE GetProductPubName(BSTR* bsProductPubName) override { return Reported(GetField(product_pub_name_, bsProductPubName)); }
+  HRESULT STDMETHODCALLTYPE GetProductPubVer(BSTR* bsProductPubVer) override { return Reported(GetField(product_pub_version_, bsProductPubVer)); }
+  HRESULT STDMETHODCALLTYPE GetProductPubDate(BSTR* bsProductPubDate) override { return Reported(GetField(product_pub_date_, bsProductPubDate)); }
+  HRESULT STDMETHODCALLTYPE GetProductPubBuild(BSTR* bsProductPubBuild) override { return Reported(GetField(product_pub_build_, bsProductPubBuild)); }
+  HRESULT STDMETHODCALLTYPE GetCompanyName(BSTR* bsCompanyName) override { return Reported(GetField(company_name_, bsCompanyName)); }
+  HRESULT STDMETHODCALLTYPE GetDlgTitle(BSTR* bsDlgTilte) override { return Reported(GetField(dialog_title_, bsDlgTilte)); }
+  HRESULT STDMETHODCALLTYPE GetEmail(BSTR* bsEmail) override { return Reported(GetField(e_mail_, bsEmail)); }
+  HRESULT STDMETHODCALLTYPE GetURL(BSTR* bsURL) override { return Reported(GetField(url_, bsURL)); }
+  HRESULT STDMETHODCALLTYPE GetCopyrightFile(BSTR* bsCopyrightFile) override { return Reported(GetField(copyright_file_, bsCopyrightFile)); }
+  HRESULT STDMETHODCALLTYPE GetLicenseFile(BSTR* bsLicenseFile) override { return Reported(GetField(license_file_, bsLicenseFile)); }
+  HRESULT STDMETHODCALLTYPE GetLogoFile(BSTR* bsLogoFile) override { return Reported(GetField(logo_file_, bsLogoFile)); }
+  HRESULT STDMETHODCALLTYPE GetTelNum(BSTR* bsTelNum) override { return Reported(GetField(telephone_, bsTelNum)); }
+  HRESULT STDMETHODCALLTYPE GetOnlineReport(BSTR* bsOnlineReport) override { return Reported(GetField(online_report_, bsOnlineReport)); }
+  HRESULT STDMETHODCALLTYPE GetOnlineResource(BSTR* bsOnlineResource) override { return Reported(GetField(online_resource_, bsOnlineResource)); }
+  HRESULT STDMETHODCALLTYPE GetOnlineCon(BSTR* bsOnlineCon) override { return Reported(GetField(online_con_, bsOnlineCon)); }
+  HRESULT STDMETHODCALLTYPE GetOnlineCloud(BSTR* bsOnlineCloud) override { return Reported(GetField(online_cloud_, bsOnlineCloud)); }
+  HRESULT STDMETHODCALLTYPE GetOnlineWhatsNew(BSTR* bsOnlineWhatsNew) override { return Reported(GetField(online_whats_new_, bsOnlineWhatsNew)); }
+  HRESULT STDMETHODCALLTYPE GetCloudSpaceWebSite(BSTR* bsCloudSpaceWebSite) override { return Reported(GetField(cloud_space_web_site_, bsCloudSpaceWebSite)); }
+  HRESULT STDMETHODCALLTYPE GetCloudSpaceRigisWeb(BSTR* bsCloudSpaceRigisWeb) override { return Reported(GetField(cloud_space_registration_web_site_, bsCloudSpaceRigisWeb)); }
+  HRESULT STDMETHODCALLTYPE GetCloudSpaceBuyOrderWeb(BSTR* bsCloudSpaceBuyOrderWeb) override { return Reported(GetField(cloud_space_buy_order_web_site_, bsCloudSpaceBuyOrderWeb)); }
+  HRESULT STDMETHODCALLTYPE GetProductDownloadWebSite(BSTR* bsProductDownloadWebSite) override { return Reported(GetField(product_download_web_site_, bsProductDownloadWebSite)); }
+  HRESULT STDMETHODCALLTYPE GetBuyOrderWebSite(BSTR* bsBuyOrderWebSite) override { return Reported(GetField(buy_order_web_site_, bsBuyOrderWebSite)); }
+  HRESULT STDMETHODCALLTYPE GetOnlineHelpWebSite(BSTR* bsOnlineHelpWebSite) override { return Reported(GetField(online_help_web_site_, bsOnlineHelpWebSite)); }
+  HRESULT STDMETHODCALLTYPE GetProductEdition(BSTR* pVal) override { return Reported(GetField(product_edition_, pVal)); }
   // clang-format on
 
  private:

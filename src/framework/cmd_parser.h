@@ -1,6 +1,5 @@
 #pragma once
 
-#include "common/component.h"
 #include "common/config_document.h"
 #include "framework/text_getters.h"
 
@@ -12,7 +11,7 @@ struct CmdParserFields {
 
 /// Reads a command descriptor: the commands that an environment offers, in groups, as one flat
 /// list.
-class CVeCmdParser : public Component<coclass::VeCmdParser, CmdParserFields> {
+class CVeCmdParser : public TextGetters<coclass::VeCmdParser, CmdParserFields> {
  public:
   CVeCmdParser();
 
@@ -22,7 +21,7 @@ class CVeCmdParser : public Component<coclass::VeCmdParser, CmdParserFields> {
     return CopyText(command_file_id_, pID);
   }
   HRESULT STDMETHODCALLTYPE GetCommands(IVePrsCommandColl** o_ppCommands) override {
-    return GetField(commands_, o_ppCommands);
+    return Reported(GetField(commands_, o_ppCommands));
   }
 
  private:

@@ -26,10 +26,10 @@ HRESULT CVeEnvParser::GenerateEnv() {
 }
 
 HRESULT CVeEnvParser::GetDefaultPanel(BSTR* pDefaultPanel) {
-  if (!pDefaultPanel || default_command_.IsEmpty()) {
+  if (pDefaultPanel && default_command_.IsEmpty()) {
     return Fail(E_FAIL, "There is no default panel without a default command.");
   }
-  if (default_panel_.IsEmpty()) {
+  if (pDefaultPanel && default_panel_.IsEmpty()) {
     *pDefaultPanel = nullptr;
     return S_OK;
   }

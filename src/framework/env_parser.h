@@ -1,6 +1,5 @@
 #pragma once
 
-#include "common/component.h"
 #include "common/string_list.h"
 #include "framework/text_getters.h"
 
@@ -12,7 +11,7 @@ struct EnvParserFields {
 
 /// Reads an environment descriptor: a working environment of a module with its user-interface file,
 /// its first panel and command, and its command descriptors.
-class CVeEnvParser : public Component<coclass::VeEnvParser, EnvParserFields> {
+class CVeEnvParser : public TextGetters<coclass::VeEnvParser, EnvParserFields> {
  public:
   HRESULT STDMETHODCALLTYPE GenerateEnv() override;
 
@@ -23,7 +22,7 @@ class CVeEnvParser : public Component<coclass::VeEnvParser, EnvParserFields> {
     return CopyUnlessEmpty(ui_path_, pUiPath);
   }
   HRESULT STDMETHODCALLTYPE GetCmdPaths(SAFEARRAY** o_pCmdPaths) override {
-    return command_paths_.CopyTo(o_pCmdPaths);
+    return Reported(command_paths_.CopyTo(o_pCmdPaths));
   }
   HRESULT STDMETHODCALLTYPE GetDefaultCmd(BSTR* pDefaultCmd) override {
     return CopyUnlessEmpty(default_command_, pDefaultCmd);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "common/component.h"
 #include "common/string_list.h"
 #include "framework/descriptor_reader.h"
 #include "framework/text_getters.h"
@@ -13,7 +12,7 @@ struct TmplParserFields {
 
 /// Reads a template descriptor: a document template of the host with its file types, services,
 /// editing objects and module descriptors.
-class CVeTmplParser : public Component<coclass::VeTmplParser, TmplParserFields> {
+class CVeTmplParser : public TextGetters<coclass::VeTmplParser, TmplParserFields> {
  public:
   CVeTmplParser();
 
@@ -21,7 +20,7 @@ class CVeTmplParser : public Component<coclass::VeTmplParser, TmplParserFields> 
 
   // clang-format off
   HRESULT STDMETHODCALLTYPE GetTmplID(BSTR* bsTmplID) override { return CopyText(template_id_, bsTmplID); }
-  HRESULT STDMETHODCALLTYPE GetModulePaths(SAFEARRAY** o_pModulePaths) override { return module_paths_.CopyTo(o_pModulePaths); }
+  HRESULT STDMETHODCALLTYPE GetModulePaths(SAFEARRAY** o_pModulePaths) override { return Reported(module_paths_.CopyTo(o_pModulePaths)); }
   /// Always empty: no file names its template.
   HRESULT STDMETHODCALLTYPE GetTmplName(BSTR* pTmplName) override { return CopyText(Bstr(), pTmplName); }
   HRESULT STDMETHODCALLTYPE GetWindowTitle(BSTR* sWindowTitle) override { return CopyText(window_title_, sWindowTitle); }
@@ -34,14 +33,14 @@ class CVeTmplParser : public Component<coclass::VeTmplParser, TmplParserFields> 
   HRESULT STDMETHODCALLTYPE GetDllPath(BSTR* pDllPath) override { return CopyText(library_path_, pDllPath); }
   HRESULT STDMETHODCALLTYPE GetDefaultEnv(BSTR* pDefaultEnv) override { return CopyText(default_environment_, pDefaultEnv); }
   HRESULT STDMETHODCALLTYPE GetDefaultModule(BSTR* pDefaultModule) override { return CopyText(default_module_, pDefaultModule); }
-  HRESULT STDMETHODCALLTYPE GetPreServiceCLSIDs(SAFEARRAY** o_sPreServiceCLSIDs) override { return pre_services_.CopyTo(o_sPreServiceCLSIDs); }
-  HRESULT STDMETHODCALLTYPE GetPostServiceCLSIDs(SAFEARRAY** o_sPostServiceCLSIDs) override { return post_services_.CopyTo(o_sPostServiceCLSIDs); }
+  HRESULT STDMETHODCALLTYPE GetPreServiceCLSIDs(SAFEARRAY** o_sPreServiceCLSIDs) override { return Reported(pre_services_.CopyTo(o_sPreServiceCLSIDs)); }
+  HRESULT STDMETHODCALLTYPE GetPostServiceCLSIDs(SAFEARRAY** o_sPostServiceCLSIDs) override { return Reported(post_services_.CopyTo(o_sPostServiceCLSIDs)); }
   HRESULT STDMETHODCALLTYPE GetDatabaseCLSID(BSTR* pDatabaseCLSID) override { return CopyText(database_clsid_, pDatabaseCLSID); }
   HRESULT STDMETHODCALLTYPE GetSessionCLSID(BSTR* pSessionCLSID) override { return CopyText(session_clsid_, pSessionCLSID); }
   HRESULT STDMETHODCALLTYPE GetDocCLSID(BSTR* pDocCLSID) override { return CopyText(document_clsid_, pDocCLSID); }
-  HRESULT STDMETHODCALLTYPE GetOpenFileTypes(IVePrsOpenFileTypeColl** o_ppOpenFileTypes) override { return GetField(open_file_types_, o_ppOpenFileTypes); }
+  HRESULT STDMETHODCALLTYPE GetOpenFileTypes(IVePrsOpenFileTypeColl** o_ppOpenFileTypes) override { return Reported(GetField(open_file_types_, o_ppOpenFileTypes)); }
   HRESULT STDMETHODCALLTYPE GetIconPath(BSTR* o_pIconPath) override { return CopyText(icon_path_, o_pIconPath); }
-  HRESULT STDMETHODCALLTYPE GetEditObjs(IVePrsEditObjColl** o_ppEditObjs) override { return GetField(edit_objects_, o_ppEditObjs); }
+  HRESULT STDMETHODCALLTYPE GetEditObjs(IVePrsEditObjColl** o_ppEditObjs) override { return Reported(GetField(edit_objects_, o_ppEditObjs)); }
   HRESULT STDMETHODCALLTYPE GetResPath(BSTR* o_pResPath) override { return CopyText(resource_path_, o_pResPath); }
   // clang-format on
 

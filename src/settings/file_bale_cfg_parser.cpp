@@ -50,7 +50,7 @@ CVeFileBaleCfgParser::CVeFileBaleCfgParser()
     : bales_(ComponentCreator().TryCreate<coclass::VePrsFileBaleColl>()) {}
 
 HRESULT CVeFileBaleCfgParser::GetFileBales(IVePrsFileBaleColl** o_ppFileBales) {
-  return GetField(bales_, o_ppFileBales);
+  return Reported(GetField(bales_, o_ppFileBales));
 }
 
 void CVeFileBaleCfgParser::WriteMore(ConfigElement& node) {

@@ -8,7 +8,9 @@ namespace sab {
 /// One set of a packing of files: the name of its element, and the values in it.
 class CVePrsFileBaleSet : public NamedValuesObject<coclass::VePrsFileBaleSet> {
  public:
-  HRESULT STDMETHODCALLTYPE get_Name(BSTR* pVal) override { return GetField(name_, pVal); }
+  HRESULT STDMETHODCALLTYPE get_Name(BSTR* pVal) override {
+    return Reported(GetField(name_, pVal));
+  }
   /// @return E_INVALIDARG for what cannot name an element
   HRESULT STDMETHODCALLTYPE put_Name(BSTR newVal) override;
 

@@ -71,12 +71,11 @@ void CVeFilePathCfgParser::LoadHistory(TextView file) {
 }
 
 HRESULT CVeFilePathCfgParser::get_DCHistoryCount(INT* o_iVal) {
-  return GetField(CountOf(history_), o_iVal);
+  return Reported(GetField(CountOf(history_), o_iVal));
 }
 
 HRESULT CVeFilePathCfgParser::get_DCHistoryAt(INT i_iVal, BSTR* pVal) {
-  if (!IsIndexOf(history_, i_iVal)) return Fail(E_INVALIDARG, OutsideMessage(history_, i_iVal));
-  return GetField(history_[static_cast<std::size_t>(i_iVal)], pVal);
+  return Guarded([&] { return GetField(EntryAt(history_, i_iVal), pVal); });
 }
 
 HRESULT CVeFilePathCfgParser::put_DCBrowseHistory(BSTR pVal) {

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "base/com_error.h"
+
 namespace sab {
 
 // Zero-based positions as the interfaces give them.
@@ -13,15 +15,14 @@ INT CountOf(const List& list) {
   return static_cast<INT>(list.size());
 }
 
+/// Raises ComError(E_INVALIDARG) for a position outside the list.
 template <class List>
-bool IsIndexOf(const List& list, INT index) {
-  return index >= 0 && static_cast<std::size_t>(index) < list.size();
-}
-
-template <class List>
-std::string OutsideMessage(const List& list, INT index) {
-  return "There is no entry " + std::to_string(index) + ": the list has " +
-         std::to_string(list.size()) + " entries, counted from 0.";
+const auto& EntryAt(const List& list, INT index) {
+  if (index >= 0 && static_cast<std::size_t>(index) < list.size()) {
+    return list[static_cast<std::size_t>(index)];
+  }
+  throw ComError(E_INVALIDARG, "There is no entry " + std::to_string(index) + ": the list has " +
+                                   std::to_string(list.size()) + " entries, counted from 0.");
 }
 
 }  // namespace sab

@@ -15,7 +15,7 @@ std::string NoLineType(const std::string& what) {
 }  // namespace
 
 HRESULT CVeProjectionCfgParser::get_LineType(BSTR i_bsName, ProjectionLineType* pVal) {
-  if (!pVal) return E_POINTER;
+  if (!pVal) return Reported(E_POINTER);
   return Guarded([&] {
     const TextView text = ValueNamed(Bstr::ViewOf(i_bsName));
     const std::int32_t number = ParseInt(text);
@@ -28,8 +28,8 @@ HRESULT CVeProjectionCfgParser::get_LineType(BSTR i_bsName, ProjectionLineType* 
 }
 
 HRESULT CVeProjectionCfgParser::put_LineType(BSTR i_bsName, ProjectionLineType newVal) {
-  if (!IsLineType(newVal)) return Fail(E_INVALIDARG, NoLineType(std::to_string(newVal)));
   return Guarded([&] {
+    if (!IsLineType(newVal)) throw ComError(E_INVALIDARG, NoLineType(std::to_string(newVal)));
     CheckName(Bstr::ViewOf(i_bsName));
     values_.Set(Bstr::ViewOf(i_bsName), FormatInt(newVal));
   });

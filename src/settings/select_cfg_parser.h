@@ -68,21 +68,21 @@ class CVeSelectCfgParser : public SettingsParser<coclass::VeSelectCfgParser, Sel
   HRESULT STDMETHODCALLTYPE AddIncludeTypeID(INT i_iTypeID) override { return Append(fields.included_type_ids, i_iTypeID); }
   HRESULT STDMETHODCALLTYPE AddExculdeTypeID(INT i_iTypeID) override { return Append(fields.excluded_type_ids, i_iTypeID); }
 
-  HRESULT STDMETHODCALLTYPE GetSelectIncludeTypes(SAFEARRAY** o_pTypes) override { return CopyToArray(fields.included_types, o_pTypes); }
-  HRESULT STDMETHODCALLTYPE GetSelectExcludeTypes(SAFEARRAY** o_pTypes) override { return CopyToArray(fields.excluded_types, o_pTypes); }
-  HRESULT STDMETHODCALLTYPE GetExceptiveColors(SAFEARRAY** o_pColors) override { return CopyToArray(fields.excepted_colors, o_pColors); }
-  HRESULT STDMETHODCALLTYPE GetSelectIncludeTypeIDs(SAFEARRAY** o_pTypeIDs) override { return CopyToArray(fields.included_type_ids, o_pTypeIDs); }
-  HRESULT STDMETHODCALLTYPE GetSelectExcludeTypeIDs(SAFEARRAY** o_pTypeIDs) override { return CopyToArray(fields.excluded_type_ids, o_pTypeIDs); }
+  HRESULT STDMETHODCALLTYPE GetSelectIncludeTypes(SAFEARRAY** o_pTypes) override { return Reported(CopyToArray(fields.included_types, o_pTypes)); }
+  HRESULT STDMETHODCALLTYPE GetSelectExcludeTypes(SAFEARRAY** o_pTypes) override { return Reported(CopyToArray(fields.excluded_types, o_pTypes)); }
+  HRESULT STDMETHODCALLTYPE GetExceptiveColors(SAFEARRAY** o_pColors) override { return Reported(CopyToArray(fields.excepted_colors, o_pColors)); }
+  HRESULT STDMETHODCALLTYPE GetSelectIncludeTypeIDs(SAFEARRAY** o_pTypeIDs) override { return Reported(CopyToArray(fields.included_type_ids, o_pTypeIDs)); }
+  HRESULT STDMETHODCALLTYPE GetSelectExcludeTypeIDs(SAFEARRAY** o_pTypeIDs) override { return Reported(CopyToArray(fields.excluded_type_ids, o_pTypeIDs)); }
 
-  HRESULT STDMETHODCALLTYPE SelectAll_Layer(VARIANT_BOOL i_vbVal) override { return PutField(fields.selects_all_layers, i_vbVal); }
-  HRESULT STDMETHODCALLTYPE SelectAll_LnType(VARIANT_BOOL i_vbVal) override { return PutField(fields.selects_all_line_types, i_vbVal); }
-  HRESULT STDMETHODCALLTYPE SelectAll_Color(VARIANT_BOOL i_vbVal) override { return PutField(fields.selects_all_colors, i_vbVal); }
-  HRESULT STDMETHODCALLTYPE PopupNoteWhenModifyLocalData(VARIANT_BOOL i_vbVal) override { return PutField(fields.notes_change_of_local_data, i_vbVal); }
+  HRESULT STDMETHODCALLTYPE SelectAll_Layer(VARIANT_BOOL i_vbVal) override { return Reported(PutField(fields.selects_all_layers, i_vbVal)); }
+  HRESULT STDMETHODCALLTYPE SelectAll_LnType(VARIANT_BOOL i_vbVal) override { return Reported(PutField(fields.selects_all_line_types, i_vbVal)); }
+  HRESULT STDMETHODCALLTYPE SelectAll_Color(VARIANT_BOOL i_vbVal) override { return Reported(PutField(fields.selects_all_colors, i_vbVal)); }
+  HRESULT STDMETHODCALLTYPE PopupNoteWhenModifyLocalData(VARIANT_BOOL i_vbVal) override { return Reported(PutField(fields.notes_change_of_local_data, i_vbVal)); }
 
-  HRESULT STDMETHODCALLTYPE IsSelectAll_Layer(VARIANT_BOOL* o_pbVal) override { return GetField(fields.selects_all_layers, o_pbVal); }
-  HRESULT STDMETHODCALLTYPE IsSelectAll_LnType(VARIANT_BOOL* o_pbVal) override { return GetField(fields.selects_all_line_types, o_pbVal); }
-  HRESULT STDMETHODCALLTYPE IsSelectAll_Color(VARIANT_BOOL* o_pbVal) override { return GetField(fields.selects_all_colors, o_pbVal); }
-  HRESULT STDMETHODCALLTYPE IsPopupNoteWhenModifyLocalData(VARIANT_BOOL* o_pbVal) override { return GetField(fields.notes_change_of_local_data, o_pbVal); }
+  HRESULT STDMETHODCALLTYPE IsSelectAll_Layer(VARIANT_BOOL* o_pbVal) override { return Reported(GetField(fields.selects_all_layers, o_pbVal)); }
+  HRESULT STDMETHODCALLTYPE IsSelectAll_LnType(VARIANT_BOOL* o_pbVal) override { return Reported(GetField(fields.selects_all_line_types, o_pbVal)); }
+  HRESULT STDMETHODCALLTYPE IsSelectAll_Color(VARIANT_BOOL* o_pbVal) override { return Reported(GetField(fields.selects_all_colors, o_pbVal)); }
+  HRESULT STDMETHODCALLTYPE IsPopupNoteWhenModifyLocalData(VARIANT_BOOL* o_pbVal) override { return Reported(GetField(fields.notes_change_of_local_data, o_pbVal)); }
   // clang-format on
 
  private:

@@ -19,11 +19,6 @@ HRESULT HandOut(const Bstr& first, BSTR* first_out, const Bstr& second, BSTR* se
   return S_OK;
 }
 
-template <class List>
-const auto& At(const List& list, INT index) {
-  return list[static_cast<std::size_t>(index)];
-}
-
 }  // namespace
 
 using F = SysParameterCfgFields;
@@ -88,27 +83,21 @@ CVeSysParameterCfgParser::CVeSysParameterCfgParser() { fields.automatic_layers.S
 // --- Match rules ---
 
 HRESULT CVeSysParameterCfgParser::get_MatchKeyCount(INT* o_iKeyCount) {
-  return GetField(CountOf(fields.match_rules.Entries()), o_iKeyCount);
+  return Reported(GetField(CountOf(fields.match_rules.Entries()), o_iKeyCount));
 }
 
 HRESULT CVeSysParameterCfgParser::get_MatchValueCount(INT i_iKeyNum, INT* o_iValueCount) {
-  const auto& entries = fields.match_rules.Entries();
-  if (!IsIndexOf(entries, i_iKeyNum)) return Fail(E_INVALIDARG, OutsideMessage(entries, i_iKeyNum));
-  return GetField(CountOf(At(entries, i_iKeyNum).values), o_iValueCount);
+  return Guarded([&] {
+    return GetField(CountOf(EntryAt(fields.match_rules.Entries(), i_iKeyNum).values),
+                    o_iValueCount);
+  });
 }
 
 HRESULT CVeSysParameterCfgParser::get_MatchRuleAt(INT i_iKeyIndex, INT i_iValueIndex, BSTR* o_bsKey,
                                                   BSTR* o_bsValue) {
-  const auto& entries = fields.match_rules.Entries();
-  if (!IsIndexOf(entries, i_iKeyIndex)) {
-    return Fail(E_INVALIDARG, OutsideMessage(entries, i_iKeyIndex));
-  }
-  const auto& [key, values] = At(entries, i_iKeyIndex);
-  if (!IsIndexOf(values, i_iValueIndex)) {
-    return Fail(E_INVALIDARG, OutsideMessage(values, i_iValueIndex));
-  }
-  return Guarded([&, &first = key, &second = At(values, i_iValueIndex)] {
-    return HandOut(first, o_bsKey, second, o_bsValue);
+  return Guarded([&] {
+    const auto& [key, values] = EntryAt(fields.match_rules.Entries(), i_iKeyIndex);
+    return HandOut(key, o_bsKey, EntryAt(values, i_iValueIndex), o_bsValue);
   });
 }
 
@@ -134,16 +123,17 @@ HRESULT CVeSysParameterCfgParser::AddAutoLayerPair(GUID i_idObj, BSTR i_bsLayerN
 }
 
 HRESULT CVeSysParameterCfgParser::GetAutoLayerPairCount(INT* o_iCount) {
-  return GetField(CountOf(fields.automatic_layers.Pairs()), o_iCount);
+  return Reported(GetField(CountOf(fields.automatic_layers.Pairs()), o_iCount));
 }
 
 HRESULT CVeSysParameterCfgParser::GetAutoLayerPair(INT iCount, GUID* o_pID, BSTR* o_pbsLayerName) {
-  const auto& pairs = fields.automatic_layers.Pairs();
-  if (!IsIndexOf(pairs, iCount)) return Fail(E_INVALIDARG, OutsideMessage(pairs, iCount));
-  if (!o_pID) return E_POINTER;
-  const HRESULT result = GetField(At(pairs, iCount).layer, o_pbsLayerName);
-  if (SUCCEEDED(result)) *o_pID = At(pairs, iCount).entity_class;
-  return result;
+  return Guarded([&] {
+    const auto& [entity_class, layer] = EntryAt(fields.automatic_layers.Pairs(), iCount);
+    if (!o_pID) return E_POINTER;
+    const HRESULT result = GetField(layer, o_pbsLayerName);
+    if (SUCCEEDED(result)) *o_pID = entity_class;
+    return result;
+  });
 }
 
 HRESULT CVeSysParameterCfgParser::ClearAutoLayerPair() {
@@ -154,7 +144,7 @@ HRESULT CVeSysParameterCfgParser::ClearAutoLayerPair() {
 // --- Retained styles ---
 
 HRESULT CVeSysParameterCfgParser::GetRetainStyleInfo(INT i_iStyleType, ULONG_PTR* o_spStyleInfo) {
-  if (!o_spStyleInfo) return E_POINTER;
+  if (!o_spStyleInfo) return Reported(E_POINTER);
   if (RetainedStyles::IsType(i_iStyleType)) {
     *o_spStyleInfo = reinterpret_cast<ULONG_PTR>(&fields.retained_styles.OfType(i_iStyleType));
   }
@@ -164,24 +154,24 @@ HRESULT CVeSysParameterCfgParser::GetRetainStyleInfo(INT i_iStyleType, ULONG_PTR
 HRESULT CVeSysParameterCfgParser::SetRetainStyleInfo(INT i_iStyleType, ULONG_PTR i_pStyleInfo) {
   if (!RetainedStyles::IsType(i_iStyleType)) return S_OK;
   const VeRetainStyleInfo* const info = InfoOf(i_pStyleInfo);
-  if (!info || (info->count > 0 && !info->names)) return E_POINTER;
+  if (!info || (info->count > 0 && !info->names)) return Reported(E_POINTER);
   return Guarded([&] { fields.retained_styles.Replace(i_iStyleType, *info); });
 }
 
 // --- Merging of styles ---
 
 HRESULT CVeSysParameterCfgParser::GetIsMergeSameStyle(VARIANT_BOOL* o_pbVal) {
-  return GetField(fields.merges_same_style, o_pbVal);
+  return Reported(GetField(fields.merges_same_style, o_pbVal));
 }
 
 HRESULT CVeSysParameterCfgParser::SetIsMergeSameStyle(VARIANT_BOOL i_vbVal) {
-  return PutField(fields.merges_same_style, i_vbVal);
+  return Reported(PutField(fields.merges_same_style, i_vbVal));
 }
 
 // --- Visual styles ---
 
 HRESULT CVeSysParameterCfgParser::GetVisualStylePairCount(INT* pVal) {
-  return GetField(CountOf(fields.visual_styles.Pairs()), pVal);
+  return Reported(GetField(CountOf(fields.visual_styles.Pairs()), pVal));
 }
 
 HRESULT CVeSysParameterCfgParser::AddVisualStylePair(BSTR i_bsVisualStyleID,
@@ -193,9 +183,8 @@ HRESULT CVeSysParameterCfgParser::AddVisualStylePair(BSTR i_bsVisualStyleID,
 
 HRESULT CVeSysParameterCfgParser::GetVisualStylePair(INT iIndex, BSTR* o_pbsVisualStyleID,
                                                      BSTR* o_pbsVisualStyleName) {
-  const auto& pairs = fields.visual_styles.Pairs();
-  if (!IsIndexOf(pairs, iIndex)) return Fail(E_INVALIDARG, OutsideMessage(pairs, iIndex));
-  return Guarded([&, &pair = At(pairs, iIndex)] {
+  return Guarded([&] {
+    const auto& pair = EntryAt(fields.visual_styles.Pairs(), iIndex);
     return HandOut(pair.id, o_pbsVisualStyleID, pair.name, o_pbsVisualStyleName);
   });
 }

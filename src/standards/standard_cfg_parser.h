@@ -13,7 +13,7 @@ class CVeStandardCfgParser : public ComponentBase<coclass::VeStandardCfgParser> 
   ///         no catalogue
   HRESULT STDMETHODCALLTYPE Load(BSTR i_bsPath) override;
   HRESULT STDMETHODCALLTYPE GetStandardParserColl(IVeStandardParserColl** o_ppColl) override {
-    return GetField(standards_, o_ppColl);
+    return Reported(GetField(standards_, o_ppColl));
   }
 
  private:

@@ -43,7 +43,7 @@ class CVeStandardParser : public Component<coclass::VeStandardParser, StandardPa
   /// @return kInvalidCatalogue without a node
   HRESULT STDMETHODCALLTYPE Load(ULONG_PTR i_bsPrsNode) override;
   HRESULT STDMETHODCALLTYPE GetSymbolParserColl(IVeStdSymbolParserColl** o_ppColl) override {
-    return GetField(symbols_, o_ppColl);
+    return Reported(GetField(symbols_, o_ppColl));
   }
 
  protected:

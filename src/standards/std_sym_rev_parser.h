@@ -44,12 +44,13 @@ class IVeStdSymRevParserImpl : public StdSymRevParserBase<Coclass> {
   }
   /// Null where there is none, as with the other.
   HRESULT STDMETHODCALLTYPE GetAttachStdName(BSTR* o_pName) override {
-    return CopyName(symbol_ ? symbol_->standard : ComPtr<Shared<StandardState>>(), o_pName);
+    return this->Reported(
+        CopyName(symbol_ ? symbol_->standard : ComPtr<Shared<StandardState>>(), o_pName));
   }
   /// The number that the symbol's identifier begins with.
   HRESULT STDMETHODCALLTYPE GetAttachSymStdID(LONG* o_plSymInfoID) override {
-    return GetField(static_cast<LONG>(symbol_ ? ParseInt(symbol_->identify.View()) : 0),
-                    o_plSymInfoID);
+    return this->Reported(GetField(
+        static_cast<LONG>(symbol_ ? ParseInt(symbol_->identify.View()) : 0), o_plSymInfoID));
   }
 
  protected:

@@ -15,20 +15,20 @@ class CVeStdSymbolParser : public ComponentBase<coclass::VeStdSymbolParser> {
   /// @return kInvalidCatalogue without a node
   HRESULT STDMETHODCALLTYPE Load(ULONG_PTR i_ulPrsNode) override;
   HRESULT STDMETHODCALLTYPE GetRevParserColl(IVeStdSymRevParserColl** o_ppColl) override {
-    return GetField(revisions_, o_ppColl);
+    return Reported(GetField(revisions_, o_ppColl));
   }
   HRESULT STDMETHODCALLTYPE GetID(BSTR* o_pbsID) override {
-    return GetField(state_->identify, o_pbsID);
+    return Reported(GetField(state_->identify, o_pbsID));
   }
   HRESULT STDMETHODCALLTYPE GetCLSID(BSTR* o_pbsCLSID) override {
-    return GetField(clsid_, o_pbsCLSID);
+    return Reported(GetField(clsid_, o_pbsCLSID));
   }
   HRESULT STDMETHODCALLTYPE GetRevParserCLSID(BSTR* o_pbsRevParserCLSID) override {
-    return GetField(rev_parser_clsid_, o_pbsRevParserCLSID);
+    return Reported(GetField(rev_parser_clsid_, o_pbsRevParserCLSID));
   }
   /// Null where the symbol is attached to no standard.
   HRESULT STDMETHODCALLTYPE GetAttachStdName(BSTR* o_pName) override {
-    return CopyName(state_->standard, o_pName);
+    return Reported(CopyName(state_->standard, o_pName));
   }
   /// Null detaches.
   HRESULT STDMETHODCALLTYPE SetAttachStdInfo(IVeStandardParser* i_pStdParser) override;

@@ -37,11 +37,11 @@ HRESULT CVeTxtTemplateFileParser::Load(BSTR i_bsPath) {
 }
 
 HRESULT CVeTxtTemplateFileParser::get_SectionCount(INT* pVal) {
-  return GetField(static_cast<INT>(template_.SectionCount()), pVal);
+  return Reported(GetField(static_cast<INT>(template_.SectionCount()), pVal));
 }
 
 HRESULT CVeTxtTemplateFileParser::get_SectionName(INT i_iSection, BSTR* pVal) {
-  if (!pVal) return E_POINTER;
+  if (!pVal) return Reported(E_POINTER);
   *pVal = nullptr;
   return Guarded([&] {
     const std::size_t section = CheckedIndex(i_iSection, template_.SectionCount(), "section");
@@ -50,7 +50,7 @@ HRESULT CVeTxtTemplateFileParser::get_SectionName(INT i_iSection, BSTR* pVal) {
 }
 
 HRESULT CVeTxtTemplateFileParser::FindSection(BSTR i_bsName, INT* o_piSection) {
-  if (!o_piSection) return E_POINTER;
+  if (!o_piSection) return Reported(E_POINTER);
   *o_piSection = -1;
   return Guarded([&] {
     const std::optional<std::size_t> found = template_.Find(Bstr::ViewOf(i_bsName));
@@ -59,7 +59,7 @@ HRESULT CVeTxtTemplateFileParser::FindSection(BSTR i_bsName, INT* o_piSection) {
 }
 
 HRESULT CVeTxtTemplateFileParser::get_LineCount(INT i_iSection, INT* pVal) {
-  if (!pVal) return E_POINTER;
+  if (!pVal) return Reported(E_POINTER);
   *pVal = 0;
   return Guarded([&] {
     const std::size_t section = CheckedIndex(i_iSection, template_.SectionCount(), "section");
@@ -68,7 +68,7 @@ HRESULT CVeTxtTemplateFileParser::get_LineCount(INT i_iSection, INT* pVal) {
 }
 
 HRESULT CVeTxtTemplateFileParser::get_Line(INT i_iSection, INT i_iLine, BSTR* pVal) {
-  if (!pVal) return E_POINTER;
+  if (!pVal) return Reported(E_POINTER);
   *pVal = nullptr;
   return Guarded([&] {
     const std::size_t section = CheckedIndex(i_iSection, template_.SectionCount(), "section");
@@ -78,13 +78,13 @@ HRESULT CVeTxtTemplateFileParser::get_Line(INT i_iSection, INT i_iLine, BSTR* pV
 }
 
 HRESULT CVeTxtTemplateFileParser::get_DefaultMarkerCount(INT* pVal) {
-  if (!pVal) return E_POINTER;
+  if (!pVal) return Reported(E_POINTER);
   *pVal = 0;
   return Guarded([&] { *pVal = static_cast<INT>(DefaultMarkerCount()); });
 }
 
 HRESULT CVeTxtTemplateFileParser::get_DefaultMarker(INT i_iIndex, BSTR* pVal) {
-  if (!pVal) return E_POINTER;
+  if (!pVal) return Reported(E_POINTER);
   *pVal = nullptr;
   return Guarded([&] {
     const std::size_t index = CheckedIndex(i_iIndex, DefaultMarkerCount(), "default marker");

@@ -22,8 +22,15 @@ class ScriptListTest : public ::testing::Test {
 
   HRESULT Call(DISPID member, WORD flags, VARIANT* result, std::vector<VARIANT> arguments = {}) {
     DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    return list_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr,
-                         nullptr);
+    EXCEPINFO exception{};
+    const HRESULT outcome = list_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                                          result, &exception, nullptr);
+    Bstr source;
+    Bstr description;
+    source.Attach(exception.bstrSource);
+    description.Attach(exception.bstrDescription);
+    said_ = ToUtf8(description.View());
+    return outcome == DISP_E_EXCEPTION ? exception.scode : outcome;
   }
 
   ComPtr<IEnumVARIANT> Walk() {
@@ -56,6 +63,7 @@ class ScriptListTest : public ::testing::Test {
     return keys;
   }
 
+  std::string said_;  // by the last call
   ComPtr<IVePrsAccelColl> list_ = Created<IVePrsAccelColl>(CLSID_VePrsAccelColl);
 };
 
@@ -91,6 +99,8 @@ TEST_F(ScriptListTest, ElementsByIndex) {
   EXPECT_EQ("F2", item(VT_R8, 1));
   EXPECT_EQ("none", item(VT_I4, 3));
   EXPECT_EQ("none", item(VT_I2, -1));
+  EXPECT_EQ("There is no element of this index: the collection has 3 elements, counted from 0.",
+            said_);
   EXPECT_EQ(DISP_E_BADPARAMCOUNT, Call(DISPID_VALUE, DISPATCH_PROPERTYGET, &result));
   EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Call(DISPID_VALUE, DISPATCH_PROPERTYPUT, &result, {index}));
 }

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <set>
 
+#include "common/error_edge.h"
 #include "dispatch_tables.h"
 #include "server/class_entry.h"
 #include "server/created_object.h"
+#include "server/nullable_calls.h"
 #include "server/registry_text.h"
 #include "support/server_library.h"
 
@@ -163,13 +165,13 @@ std::string AsText(const VARIANT& value) {
 }
 
 HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, std::vector<VARIANT> arguments,
-               VARIANT* result) {
+               VARIANT* result, EXCEPINFO* exception = nullptr) {
   std::reverse(arguments.begin(), arguments.end());
   DISPID put = DISPID_PROPERTYPUT;
   const bool is_put = flags == DISPATCH_PROPERTYPUT;
   DISPPARAMS parameters{arguments.data(), is_put ? &put : nullptr,
                         static_cast<UINT>(arguments.size()), is_put ? 1U : 0U};
-  return object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr,
+  return object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, exception,
                        nullptr);
 }
 
@@ -219,6 +221,209 @@ TEST(Inventory, EveryPropertyGivesBackWhatWasPut) {
     }
   }
   EXPECT_GT(tried, 500U);
+}
+
+// Arguments that no member can do much with.
+struct Misuse {
+  LONG number;
+  const OLECHAR* text;
+};
+constexpr Misuse kMisuses[] = {{0, nullptr}, {9999, OLESTR("no folder/no.xml")}, {-1, OLESTR("")}};
+
+// What a call leaves behind: the error object that its caller reads, or that of an earlier call.
+constexpr char kEarlier[] = "SabXmlParser.Earlier: an earlier failure";
+
+void LeaveEarlierError() {
+  ReportError({"SabXmlParser.Earlier", &IID_IUnknown}, E_FAIL, "an earlier failure");
+}
+
+std::string InWords(BSTR source, BSTR description) {
+  return ToUtf8(Bstr::ViewOf(source)) + ": " + ToUtf8(Bstr::ViewOf(description));
+}
+
+std::string CurrentError() {
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Put()) != S_OK) return "(none)";
+  Bstr source;
+  Bstr description;
+  info->GetSource(source.Put());
+  info->GetDescription(description.Put());
+  return InWords(source.Get(), description.Get());
+}
+
+// As clients read it: they ask the object first whether its interface supports it.
+std::string ErrorAfter(IUnknown& object, REFIID iid) {
+  ComPtr<ISupportErrorInfo> support;
+  EXPECT_EQ(S_OK, object.QueryInterface(IID_ISupportErrorInfo, support.PutVoid()));
+  EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(iid));
+  return CurrentError();
+}
+
+// A member with its arguments, for either way of calling it.
+class WrongCall {
+ public:
+  WrongCall(const InterfaceInfo& owner, std::size_t index, const Misuse& misuse)
+      : owner_(owner), index_(index) {
+    for (const ParameterInfo& parameter : Info().parameters) {
+      const bool is_number = !parameter.type.is_array && !parameter.type.interface_ &&
+                             parameter.type.type != VT_USERDEFINED &&
+                             parameter.type.type != VT_BSTR;
+      // A handle is an address: only null can be wrong and harmless.
+      const LONG number = parameter.type.type == kUnsignedPointer ? 0 : misuse.number;
+      Slot& slot = slots_.emplace_back();
+      slot = {};
+      VARIANT value;
+      VariantInit(&value);
+      if (is_number) {
+        slot.int64 = number;
+        value.vt = VT_I4;
+        value.lVal = number;
+      } else if (parameter.type.type == VT_BSTR && !parameter.IsOut()) {
+        if (misuse.text) texts_.emplace_back(misuse.text);
+        slot.text = misuse.text ? texts_.back().Get() : nullptr;
+        value.vt = VT_BSTR;
+        value.bstrVal = slot.text;
+      }
+      if (!parameter.IsRetval()) arguments_.push_back(value);
+    }
+  }
+
+  const MemberInfo& Info() const { return owner_.members[index_]; }
+
+  /// @param without which place of a result is null; one past the last parameter for all of them
+  HRESULT ThroughTable(IUnknown& object, std::size_t without) {
+    std::vector<Slot> slots = slots_;
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+      slots[i].is_missing = without == i || without == slots.size();
+    }
+    const HRESULT outcome = CallNullable(owner_, &object, index_, slots.data());
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+      const ParameterInfo& parameter = Info().parameters[i];
+      if (FAILED(outcome) || !parameter.IsOut()) continue;
+      if (parameter.type.is_array) {
+        if (slots[i].array) SafeArrayDestroy(slots[i].array);
+      } else if (parameter.type.interface_) {
+        if (slots[i].object) static_cast<IUnknown*>(slots[i].object)->Release();
+      } else if (parameter.type.type == VT_BSTR) {
+        SysFreeString(slots[i].text);
+      }
+    }
+    return outcome;
+  }
+
+  HRESULT LateBound(IDispatch& object, EXCEPINFO& exception) {
+    static constexpr WORD kFlags[] = {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT};
+    const WORD flags = kFlags[static_cast<std::size_t>(Info().kind)];
+    VARIANT result;
+    VariantInit(&result);
+    const HRESULT outcome = Invoke(object, Info().id, flags, arguments_, &result, &exception);
+    VariantClear(&result);
+    return outcome;
+  }
+
+ private:
+  const InterfaceInfo& owner_;
+  std::size_t index_;
+  std::vector<Slot> slots_;
+  std::vector<VARIANT> arguments_;
+  std::vector<Bstr> texts_;
+};
+
+// Of every member of every class: each place of a result null, and all; no text, an index outside,
+// a file that is not there. A call that fails says why, and no caller reads of an earlier failure.
+TEST(Inventory, EveryFailureIsToldOnBothWays) {
+  unsigned failures = 0;
+  unsigned exceptions = 0;
+  const auto check = [&](const ClassEntry& entry, const InterfaceInfo& owner, std::size_t index,
+                         const Misuse& misuse) {
+    const IID& iid = *CoclassOf(entry)->default_interface->iid;
+    const auto fresh = [&] {
+      auto object = New(entry);
+      VARIANT path;
+      VariantInit(&path);
+      path.vt = VT_BSTR;
+      const Bstr text = misuse.text ? Bstr(misuse.text) : Bstr();
+      path.bstrVal = text.Get();
+      OLECHAR name[] = OLESTR("ConfigurationPath");
+      LPOLESTR names = name;
+      DISPID id = 0;
+      if (object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id) == S_OK) {
+        EXPECT_EQ(S_OK, Invoke(*object, id, DISPATCH_PROPERTYPUT, {path}, nullptr));
+      }
+      return object;
+    };
+    WrongCall call(owner, index, misuse);
+    const std::string source = "SabXmlParser." + std::string(entry.name) + ": ";
+    const std::size_t count = call.Info().parameters.size();
+    std::string told;
+    for (std::size_t without = 0; without <= count + 1; ++without) {
+      ComPtr<IUnknown> object;
+      ASSERT_EQ(S_OK, fresh()->QueryInterface(iid, object.PutVoid()));
+      LeaveEarlierError();
+      const HRESULT outcome = call.ThroughTable(*object, without);
+      const std::string error = ErrorAfter(*object, *owner.iid);
+      if (SUCCEEDED(outcome)) {
+        EXPECT_TRUE(error == "(none)" || error == kEarlier) << error;
+        told.clear();
+        continue;
+      }
+      ++failures;
+      EXPECT_EQ(source, error.substr(0, source.size())) << outcome;
+      EXPECT_LT(source.size() + 10, error.size()) << error;
+      told = without > count ? error : "";
+    }
+
+    const auto object = fresh();
+    EXCEPINFO exception{};
+    LeaveEarlierError();
+    const HRESULT outcome = call.LateBound(*object, exception);
+    if (outcome == DISP_E_EXCEPTION) {
+      ++exceptions;
+      EXPECT_EQ(told, InWords(exception.bstrSource, exception.bstrDescription));
+      EXPECT_TRUE(FAILED(exception.scode));
+    }
+    EXPECT_EQ("(none)", ErrorAfter(*object, *owner.iid));
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+  };
+  for (const ClassEntry& entry : ClassTable()) {
+    for (auto* owner = CoclassOf(entry)->default_interface; owner; owner = owner->base) {
+      for (std::size_t index = 0; index < owner->members.size(); ++index) {
+        for (const Misuse& misuse : kMisuses) {
+          SCOPED_TRACE(std::string(entry.name) + " " + ToUtf8(owner->members[index].name) + " " +
+                       std::to_string(misuse.number));
+          check(entry, *owner, index, misuse);
+        }
+      }
+    }
+  }
+  EXPECT_LT(5000U, failures);
+  EXPECT_LT(500U, exceptions);
+}
+
+TEST(Inventory, EveryClassTellsOfItsOwnErrorsAlone) {
+  IUnknown* const outer = New(ClassTable()[0]).Detach();
+  for (const ClassEntry& entry : ClassTable()) {
+    SCOPED_TRACE(entry.name);
+    const auto object = New(entry);
+    ComPtr<ISupportErrorInfo> support;
+    ASSERT_EQ(S_OK, object->QueryInterface(IID_ISupportErrorInfo, support.PutVoid()));
+    for (const InterfaceInfo* info : TheLibrary().interfaces) {
+      ComPtr<IUnknown> own;
+      const bool is_own = SUCCEEDED(object->QueryInterface(*info->iid, own.PutVoid()));
+      EXPECT_EQ(is_own ? S_OK : S_FALSE, support->InterfaceSupportsErrorInfo(*info->iid));
+    }
+    EXPECT_EQ(S_FALSE, support->InterfaceSupportsErrorInfo(IID_IDispatch));
+
+    LeaveEarlierError();
+    ComPtr<IClassFactory> factory;
+    ComPtr<IUnknown> part;
+    EXPECT_EQ(S_OK, Server().GetClassObject(*entry.clsid, IID_IClassFactory, factory.PutVoid()));
+    EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(outer, IID_IDispatch, part.PutVoid()));
+    const std::string source = "SabXmlParser." + std::string(entry.name);
+    EXPECT_EQ(source, CurrentError().substr(0, source.size()));
+  }
+  outer->Release();
 }
 
 std::string InBraces(REFGUID guid) {

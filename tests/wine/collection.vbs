@@ -5,7 +5,7 @@
 ' expect: after removing: F1 F3
 ' expect: 2 elements, second F3
 ' expect: the list changes meanwhile: F1 F3, and holds 0
-' expect: 9
+' expect: 9 There is no element of this index: the collection has 0 elements, counted from 0.
 
 Set accels = CreateObject("SabXmlParser.VePrsAccelColl")
 For number = 1 To 3
@@ -39,4 +39,4 @@ Next
 WScript.Echo "the list changes meanwhile:" & line & ", and holds " & accels.Count
 On Error Resume Next
 Set accel = accels.Item(0)
-WScript.Echo Err.Number
+WScript.Echo Err.Number & " " & Err.Description

@@ -5,7 +5,7 @@
 ' expect: values 2: Scale=2 Paper=A3
 ' expect: changed values 2: Paper=A2 Colour=Grey
 ' expect: history 2: D:\parts
-' expect: no value named Scale: 80070057
+' expect: 80070057 There is no value named "Scale".
 ' expect: damaged file: 84000C06
 
 Set files = CreateObject("Scripting.FileSystemObject")
@@ -69,7 +69,7 @@ WScript.Echo "history " & count & ": " & entry
 
 On Error Resume Next
 ignored = again.Value("Scale")
-WScript.Echo "no value named Scale: " & Hex(Err.Number)
+WScript.Echo Hex(Err.Number) & " " & Err.Description
 Err.Clear
 Write "<Settings><Display></Settings>"
 other.Save path, "/Settings/Display"

@@ -71,17 +71,24 @@ def write_interface(library, interface):
         out.append(f"    {{OLESTR(\"{member.name}\"), {member.dispid}, MemberKind::"
                    f"{KINDS[member.kind]}, {parameters}, {cpp.string_text(member.help)}}},")
     out.append("};\n")
-    out.append(f"HRESULT Call{name}(void* self, std::size_t member, [[maybe_unused]] Slot* a) {{")
-    out.append(f"  auto* const object = static_cast<{name}*>(self);")
-    out.append("  switch (member) {")
-    for index, member in enumerate(interface.members):
-        arguments = ", ".join(argument(library, p, i) for i, p in enumerate(member.parameters))
-        out.append(f"    case {index}:  // {member.source}")
-        out.append(f"      return object->{member.function}({arguments});")
-    out.append("    default:\n      return DISP_E_MEMBERNOTFOUND;\n  }\n}\n")
+    out += write_call(library, interface)
     base = f"&k{interface.base}" if interface.base in library.interfaces else "nullptr"
     out.append(f"const InterfaceInfo k{name} = {{OLESTR(\"{name}\"), &IID_{name}, {base}, "
                f"{cpp.string_text(interface.help)}, k{name}Members, &Call{name}}};\n")
+    return out
+
+
+def write_call(library, interface, write_argument=None):
+    """The function that calls a member by its index; write_argument may stand in for argument()."""
+    name, write_argument = interface.name, write_argument or argument
+    out = [f"HRESULT Call{name}(void* self, std::size_t member, [[maybe_unused]] Slot* a) {{",
+           f"  auto* const object = static_cast<{name}*>(self);",
+           "  switch (member) {"]
+    for index, member in enumerate(interface.members):
+        arguments = ", ".join(write_argument(library, p, i) for i, p in enumerate(member.parameters))
+        out.append(f"    case {index}:  // {member.source}")
+        out.append(f"      return object->{member.function}({arguments});")
+    out.append("    default:\n      return DISP_E_MEMBERNOTFOUND;\n  }\n}\n")
     return out
 
 

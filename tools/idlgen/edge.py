@@ -19,7 +19,8 @@ def write_properties(library, source):
                        f"override {{")
             value = member.parameters[0].name
             call = "GetField" if member.kind == "propget" else "PutField"
-            out.append(f"    return {call}(this->fields.{member.name}, {value});\n  }}")
+            out.append(f"    return this->Reported({call}(this->fields.{member.name}, {value}));\n"
+                       "  }")
         out.append("};\n")
     out.append("}  // namespace sab")
     return "\n".join(out) + "\n"
