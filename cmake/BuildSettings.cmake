@@ -37,4 +37,8 @@ if(WIN32)
   # The DLL stands alone: no compiler runtime has to be installed beside it.
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   add_link_options(-static -static-libgcc -static-libstdc++)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Module definition files name functions without the decoration of stdcall.
+    add_link_options(-Wl,--enable-stdcall-fixup)
+  endif()
 endif()

@@ -52,8 +52,8 @@ if(WIN32)
   install(FILES ${SAB_TYPE_LIBRARY} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
   install(FILES cmake/windows/register.cmd cmake/windows/unregister.cmd
     DESTINATION . COMPONENT runtime)
-  install(FILES ${SAB_NATIVE_BUILD}/manifests/SabXmlParser.manifest
-    ${SAB_NATIVE_BUILD}/manifests/application.manifest
+  install(FILES ${SAB_MANIFESTS}/SabXmlParser.manifest
+    ${SAB_MANIFESTS}/application.manifest
     DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime OPTIONAL)
   install(DIRECTORY clients/python DESTINATION . COMPONENT runtime PATTERN __pycache__ EXCLUDE)
   install(FILES LICENSE CHANGELOG.md docs/packaging.md DESTINATION . COMPONENT runtime)

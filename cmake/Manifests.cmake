@@ -3,15 +3,26 @@
 # of the native build beside it.
 set(SAB_NATIVE_BUILD ${PROJECT_SOURCE_DIR}/build/release CACHE PATH
     "Native build folder whose manifests go into the Windows archive")
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  set(SAB_WINDOWS_ARCHITECTURE x86_64)
+  set(SAB_MANIFESTS ${SAB_NATIVE_BUILD}/manifests/amd64)
+else()
+  set(SAB_WINDOWS_ARCHITECTURE x86)
+  set(SAB_MANIFESTS ${SAB_NATIVE_BUILD}/manifests/x86)
+endif()
 if(NOT CMAKE_CROSSCOMPILING)
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
   set(manifests ${PROJECT_BINARY_DIR}/manifests)
-  add_custom_command(
-    OUTPUT ${manifests}/SabXmlParser.manifest ${manifests}/application.manifest
-    COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/tools/manifests.py
-            $<TARGET_FILE:sabxml> ${PROJECT_VERSION} amd64 ${manifests}
-    DEPENDS sabxml SabXmlParser ${PROJECT_SOURCE_DIR}/tools/manifests.py
-    COMMENT "Writing the manifests for use without registration"
-    VERBATIM)
-  add_custom_target(sab_manifests ALL DEPENDS ${manifests}/SabXmlParser.manifest)
+  foreach(architecture amd64 x86)
+    add_custom_command(
+      OUTPUT ${manifests}/${architecture}/SabXmlParser.manifest
+             ${manifests}/${architecture}/application.manifest
+      COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/tools/manifests.py
+              $<TARGET_FILE:sabxml> ${PROJECT_VERSION} ${architecture} ${manifests}/${architecture}
+      DEPENDS sabxml SabXmlParser ${PROJECT_SOURCE_DIR}/tools/manifests.py
+      COMMENT "Writing the manifests for use without registration"
+      VERBATIM)
+    list(APPEND manifest_files ${manifests}/${architecture}/SabXmlParser.manifest)
+  endforeach()
+  add_custom_target(sab_manifests ALL DEPENDS ${manifest_files})
 endif()

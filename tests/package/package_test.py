@@ -74,15 +74,17 @@ class Package(unittest.TestCase):
             return run(*arguments.run, "cmd", "/c", name_of(self.prefix / f"{name}.cmd"))
         return run(self.prefix / "bin/sabxml", name, env=self.environment)
 
-    def run_client(self, program):
-        """The client against what is registered."""
+    def run_client(self, program, *files):
+        output = run(*arguments.run, program, name_of(self.samples / "workshop"), *files,
+                     env=self.environment)
+        self.assertEqual(expected_output(self.samples / f"clients/cpp/{program.stem}.cpp"), output)
+
+    def run_registered_client(self, program):
         self.register("register")
         try:
-            output = run(*arguments.run, program, name_of(self.samples / "workshop"),
-                         name_of(self.settings), env=self.environment)
+            self.run_client(program, name_of(self.settings))
         finally:
             self.register("unregister")
-        self.assertEqual(expected_output(self.samples / "clients/cpp/workshop.cpp"), output)
 
     def test_client_of_the_cmake_package(self):
         build = self.folder / "client"
@@ -95,7 +97,11 @@ class Package(unittest.TestCase):
                           "-DCMAKE_EXE_LINKER_FLAGS=-static"]
         run(*configure)
         run("cmake", "--build", build)
-        self.run_client(build / ("workshop.exe" if ON_WINDOWS else "workshop"))
+        suffix = ".exe" if ON_WINDOWS else ""
+        self.run_registered_client(build / f"workshop{suffix}")
+        if ON_WINDOWS:
+            shutil.copy(self.prefix / "bin/SabXmlParser.dll", build)
+        self.run_client(build / f"unregistered{suffix}")
 
     @native_only
     def test_client_of_pkg_config(self):
@@ -109,7 +115,7 @@ class Package(unittest.TestCase):
         run("sh", "-c", f'c++ -std=c++17 "$1" -o "$2" {flags}', "sh",
             self.samples / "clients/cpp/workshop.cpp", program)
         self.environment["LD_LIBRARY_PATH"] = str(libraries)
-        self.run_client(program)
+        self.run_registered_client(program)
         del self.environment["LD_LIBRARY_PATH"]
 
     def test_nothing_refers_to_where_it_was_made(self):

@@ -4,6 +4,8 @@
 #   registration.sh SabXmlParser.dll SCRATCH_FOLDER
 set -euo pipefail
 library=$1
+bits=64
+[ "${WINEARCH:-}" != win32 ] || bits=32
 scratch=$2
 mkdir -p "$scratch"
 
@@ -24,7 +26,7 @@ wine regsvr32 /s /u "$library" || true
 export_registry >"$scratch/before.txt"
 # What a version has left whose library is gone.
 old='TypeLib\{59F5EE32-53B8-4D50-81A8-CF955FAF3041}\0.9'
-wine reg add "HKLM\\Software\\Classes\\$old\\0\\win64" /ve /d 'c:\gone.dll' /f >/dev/null
+wine reg add "HKLM\\Software\\Classes\\$old\\0\\win$bits" /ve /d 'c:\gone.dll' /f >/dev/null
 wine regsvr32 /s "$library"
 export_registry >"$scratch/registered.txt"
 wine regsvr32 /s /u "$library"

@@ -5,6 +5,9 @@
 set -euo pipefail
 export WINEPREFIX=$1
 shift
+# A 32-bit build has a 32-bit Wine beside its prefixes.
+wine32=$(dirname "$WINEPREFIX")/wine32/bin
+[ ! -d "$wine32" ] || export PATH="$wine32:$PATH" WINEARCH=win32
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
 if [ ! -f "$WINEPREFIX/ready" ]; then
   mkdir -p "$WINEPREFIX"

@@ -59,6 +59,11 @@ HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID 
 /// Unloads every library that says it is not in use.
 void CoFreeUnusedLibraries();
 
+/// What an in-process server exports for CoGetClassObject and CoFreeUnusedLibraries. A program that
+/// is linked with a server may call them itself, with nothing registered.
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID riid, LPVOID* object);
+STDAPI DllCanUnloadNow();
+
 /// The thread's locale, kept for code that sets and restores it.
 LCID GetThreadLocale();
 BOOL SetThreadLocale(LCID locale);
