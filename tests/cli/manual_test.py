@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
-"""Every example of the manual does what the manual says.
+"""Every example of the documents does what its page says.
 
-usage: manual_test.py MANUAL SAMPLES_FOLDER SABXML
+usage: manual_test.py REPOSITORY SABXML [COMPILER FLAG...]
+       manual_test.py REPOSITORY --vbscript COMMAND...
 
 In a block marked "console", a line that begins with "$ " is a command, and what follows up to the
-next one is all that it prints; a line "…" stands for any lines.
+next one is all that it prints; a line "…" stands for any lines. In a block marked "sh" the lines that
+call sabxml succeed. The blocks of a page in C++, Python or VBScript are one program, in their order;
+what it prints stands in the blocks marked "text" that follow them.
 """
 
 import os
@@ -16,16 +19,30 @@ import tempfile
 import unittest
 from pathlib import Path
 
-MANUAL, SAMPLES, SABXML = map(Path, sys.argv[1:])
+ROOT, SABXML, *COMMAND = sys.argv[1:]
+ROOT = Path(ROOT)
 del sys.argv[1:]
 
+PAGES = {page.relative_to(ROOT): re.findall(r"^```(\w+)\n(.*?)^```", page.read_text(encoding="utf-8"),
+                                            re.M | re.S)
+         for page in [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md")),
+                      ROOT / "clients/python/README.md"]}
 
-def examples():
-    text = MANUAL.read_text(encoding="utf-8")
-    for block in re.findall(r"^```console\n(.*?)^```", text, re.M | re.S):
-        for example in re.split(r"^\$ ", block, flags=re.M)[1:]:
-            command, _, output = example.partition("\n")
-            yield command, output
+without_sanitizers = unittest.skipUnless(COMMAND, "the build has sanitizers, which examples lack")
+
+# What a C++ program needs around the lines that a page shows.
+CPP = """
+#include <cstdio>
+%s
+static void Show(BSTR text) {
+  for (UINT i = 0; i < SysStringLen(text); ++i) std::putchar(static_cast<char>(text[i]));
+  std::putchar('\\n');
+}
+int main() {
+%s
+  return app ? 0 : 1;
+}
+"""
 
 
 def pattern(output):
@@ -33,25 +50,104 @@ def pattern(output):
     return re.compile("(?:.*\n)*?".join(map(re.escape, parts)))
 
 
+def programs(language):
+    """Of every page that has one: its program and what it prints."""
+    for page, blocks in PAGES.items():
+        source, printed = "", ""
+        for before, (kind, text) in zip([("", ""), *blocks], blocks):
+            if kind == language:
+                source += text
+            elif kind == "text" and before[0] == language:
+                printed += text
+        if source:
+            yield page, source, printed
+
+
 class Manual(unittest.TestCase):
     maxDiff = None
 
-    def test_examples(self):
-        with tempfile.TemporaryDirectory() as folder:
-            shutil.copytree(SAMPLES, Path(folder, "samples/workshop"))
-            environment = {**os.environ, "PATH": f"{SABXML.parent}:{os.environ['PATH']}",
-                           "SABCOM_REGISTRY": f"{folder}/default.reg"}
-            environment.pop("SABXML_SERVER", None)
-            found = list(examples())
-            self.assertGreater(len(found), 10)
-            for command, output in found:
-                with self.subTest(command):
-                    actual = subprocess.run(["bash", "-c", command], cwd=folder, env=environment,
-                                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                            timeout=60).stdout.decode("utf-8")
-                    actual = actual.replace(str(SABXML.parent), "/opt/sabxml")
-                    if not pattern(output).fullmatch(actual):
-                        self.assertEqual(output, actual)
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        shutil.copytree(ROOT / "samples/workshop", self.folder / "samples/workshop")
+        self.environment = {**os.environ, "SABCOM_REGISTRY": str(self.folder / "default.reg"),
+                            "PYTHONPATH": str(ROOT / "clients/python")}
+        self.environment.pop("SABXML_SERVER", None)
+
+    def run_command(self, *command):
+        """What a command prints, both streams together."""
+        result = subprocess.run([*map(str, command)], cwd=self.folder, env=self.environment, timeout=120,
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+        return result.stdout.decode("utf-8").replace("\r", ""), result.returncode
+
+    def check_programs(self, language, run):
+        found = list(programs(language))
+        self.assertTrue(found)
+        for page, source, printed in found:
+            with self.subTest(page):
+                self.assertEqual((printed, 0), run(source))
+
+
+@unittest.skipIf(SABXML == "--vbscript", "VBScript only")
+class OnPosix(Manual):
+    def setUp(self):
+        super().setUp()
+        tools = self.folder / "tools"
+        tools.mkdir()
+        (tools / "run").symlink_to(SABXML)
+        self.environment["PATH"] = f"{Path(SABXML).parent}:{os.environ['PATH']}"
+
+    def test_commands(self):
+        found = 0
+        for page, blocks in PAGES.items():
+            for block in (text for kind, text in blocks if kind == "console"):
+                for example in re.split(r"^\$ ", block, flags=re.M)[1:]:
+                    command, _, expected = example.partition("\n")
+                    with self.subTest(page=page, command=command):
+                        actual, _ = self.run_command("bash", "-c", command)
+                        actual = actual.replace(str(Path(SABXML).parent), "/opt/sabxml")
+                        if not pattern(expected).fullmatch(actual):
+                            self.assertEqual(expected, actual)
+                    found += 1
+            for block in (text for kind, text in blocks if kind == "sh"):
+                for command in re.findall(r"^(?:tools/run|sabxml) .*", block, re.M):
+                    with self.subTest(page=page, command=command):
+                        output, result = self.run_command("bash", "-c", command)
+                        self.assertEqual(0, result, output)
+                    found += 1
+        self.assertGreater(found, 40)
+
+    @without_sanitizers
+    def test_python(self):
+        self.environment["SABXML_SERVER"] = str(Path(SABXML).parent / "libSabXmlParser.so")
+        self.check_programs("python", lambda source: self.run_command(sys.executable, "-c", source))
+
+    @without_sanitizers
+    def test_cpp(self):
+        self.assertEqual(0, self.run_command(SABXML, "register")[1])
+
+        def run(source):
+            includes = "\n".join(re.findall(r"^#include.*", source, re.M)) or "#include <SabXmlParser.h>"
+            file = self.folder / "example.cpp"
+            file.write_text(CPP % (includes, re.sub(r"^#include.*", "", source, flags=re.M)))
+            output, result = self.run_command(*COMMAND[:1], file, "-o", self.folder / "example",
+                                              *COMMAND[1:])
+            self.assertEqual(0, result, output)
+            return self.run_command(self.folder / "example")
+
+        self.check_programs("cpp", run)
+
+
+@unittest.skipUnless(SABXML == "--vbscript", "not VBScript")
+class OnWindows(Manual):
+    def test_vbscript(self):
+        def run(source):
+            file = self.folder / "example.vbs"
+            file.write_text(source.replace("C:\\workshop", f"z:{self.folder}/samples/workshop"))
+            return self.run_command(*COMMAND, f"z:{file}")
+
+        self.check_programs("vb", run)
 
 
 if __name__ == "__main__":
