@@ -17,6 +17,7 @@ constexpr char kHelp[] =
     "Examples:\n"
     "  sabxml register --dry-run                 + is what would be added, - what would go\n"
     "  sabxml register --registry /tmp/test.reg  where the registry is a file\n"
+    "  sabxml register --user                    without administrator rights\n"
     "  sabxml unregister\n"
     "\n"
     "A dry run needs a registry that is a file, as everywhere but on Windows: the one that "
@@ -37,34 +38,42 @@ void PrintDifference(std::vector<std::string> before, std::vector<std::string> a
   if (gone.empty() && added.empty()) std::cout << "Nothing would change.\n";
 }
 
-void Run(const Settings& settings, const char* entry_point, bool is_dry, const char* done) {
+struct Options {
+  bool is_dry = false;
+  bool for_user = false;
+};
+
+using Step = void (Server::*)(bool for_user);
+
+void Run(const Settings& settings, Step step, const Options& options, const char* done) {
   Server server(settings.server);
-  if (is_dry) {
-    const RegistryChange change = TryOnScratchRegistry([&] { server.RunEntryPoint(entry_point); });
+  if (options.is_dry) {
+    const RegistryChange change = TryOnScratchRegistry([&] { (server.*step)(options.for_user); });
     PrintDifference(change.before, change.after);
     return;
   }
-  server.RunEntryPoint(entry_point);
+  (server.*step)(options.for_user);
   std::cout << server.LibraryPath() << done << '\n';
 }
 
 void AddOne(CLI::App& program, const Settings& settings, const char* name, const char* help,
-            const char* entry_point, const char* done) {
-  auto is_dry = std::make_shared<bool>(false);
+            Step step, const char* done) {
+  auto options = std::make_shared<Options>();
   CLI::App* const command = program.add_subcommand(name, help);
   command->footer(kHelp);
-  command->add_flag("--dry-run", *is_dry, "Print what would change and change nothing");
-  command->callback(
-      [&settings, is_dry, entry_point, done] { Run(settings, entry_point, *is_dry, done); });
+  command->add_flag("--dry-run", options->is_dry, "Print what would change and change nothing");
+  command->add_flag("--user", options->for_user,
+                    "For the current user alone; needs no administrator rights");
+  command->callback([&settings, options, step, done] { Run(settings, step, *options, done); });
 }
 
 }  // namespace
 
 void AddRegister(CLI::App& program, const Settings& settings) {
   AddOne(program, settings, "register", "Enter the server's classes in the registry",
-         "DllRegisterServer", " is registered");
+         &Server::Register, " is registered");
   AddOne(program, settings, "unregister", "Remove the server's classes from the registry",
-         "DllUnregisterServer", " is no longer registered");
+         &Server::Unregister, " is no longer registered");
 }
 
 }  // namespace sabxml::cli

@@ -9,7 +9,8 @@ namespace sabxml::cli {
 namespace {
 
 using GetClassObjectFunction = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
-using EntryPointFunction = HRESULT(STDMETHODCALLTYPE*)();
+using RegisterFunction = HRESULT(STDMETHODCALLTYPE*)();
+using InstallFunction = HRESULT(STDMETHODCALLTYPE*)(BOOL install, LPCWSTR command_line);
 
 }  // namespace
 
@@ -100,11 +101,22 @@ Reference<IDispatch> Server::Create(const std::string& class_name) {
   return CreateClass(ClassNamed(class_name));
 }
 
-void Server::RunEntryPoint(const char* name) {
-  const auto entry_point = reinterpret_cast<EntryPointFunction>(FunctionOf(Library(), name));
+template <typename Function, typename... Arguments>
+void Server::Call(const char* name, Arguments... arguments) {
+  const auto entry_point = reinterpret_cast<Function>(FunctionOf(Library(), name));
   if (!entry_point) throw Failure(LibraryPath() + " is no component server");
-  const HRESULT result = entry_point();
+  const HRESULT result = entry_point(arguments...);
   if (FAILED(result)) Fail(result, name);
+}
+
+void Server::Register(bool for_user) {
+  if (for_user) return Call<InstallFunction>("DllInstall", TRUE, OLESTR("user"));
+  Call<RegisterFunction>("DllRegisterServer");
+}
+
+void Server::Unregister(bool for_user) {
+  if (for_user) return Call<InstallFunction>("DllInstall", FALSE, OLESTR("user"));
+  Call<RegisterFunction>("DllUnregisterServer");
 }
 
 }  // namespace sabxml::cli

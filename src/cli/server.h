@@ -21,11 +21,16 @@ class Server {
 
   /// Where the library is that would be loaded or registered.
   std::string LibraryPath() const;
-  /// An entry point without arguments of the library, run. Raises Failure.
-  void RunEntryPoint(const char* name);
+  /// Enters the library's classes in the registry, or removes them; for the current user alone
+  /// where `for_user`. Raises Failure.
+  void Register(bool for_user);
+  void Unregister(bool for_user);
 
  private:
   void* Library();
+  /// An entry point of the library, called. Raises Failure.
+  template <typename Function, typename... Arguments>
+  void Call(const char* name, Arguments... arguments);
   Reference<IDispatch> CreateClass(REFCLSID clsid);
   Reference<IDispatch> CreateFromLibrary(REFCLSID clsid);
   /// The identifier of one of the server's classes. Raises Failure for a name that it does not

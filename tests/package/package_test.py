@@ -65,14 +65,13 @@ class Package(unittest.TestCase):
                 run("dpkg-deb", "-x", package, away)
             cls.prefix = away / "usr"
         cls.samples = cls.prefix / "share/sabxmlparser/samples"
-        cls.settings = shutil.copy(cls.samples / "workshop/settings.xml", cls.folder)
         cls.environment = {**os.environ, "SABCOM_REGISTRY": str(cls.folder / "registry.reg")}
         cls.environment.pop("SABXML_SERVER", None)
 
-    def register(self, name):
+    def register(self, name, *scope):
         if ON_WINDOWS:
-            return run(*arguments.run, "cmd", "/c", name_of(self.prefix / f"{name}.cmd"))
-        return run(self.prefix / "bin/sabxml", name, env=self.environment)
+            return run(*arguments.run, "cmd", "/c", name_of(self.prefix / f"{name}.cmd"), *scope)
+        return run(self.prefix / "bin/sabxml", name, *scope, env=self.environment)
 
     def run_client(self, program, *files):
         output = run(*arguments.run, program, name_of(self.samples / "workshop"), *files,
@@ -80,11 +79,13 @@ class Package(unittest.TestCase):
         self.assertEqual(expected_output(self.samples / f"clients/cpp/{program.stem}.cpp"), output)
 
     def run_registered_client(self, program):
-        self.register("register")
-        try:
-            self.run_client(program, name_of(self.settings))
-        finally:
-            self.register("unregister")
+        for scope in (), ("user" if ON_WINDOWS else "--user",):
+            settings = shutil.copy(self.samples / "workshop/settings.xml", self.folder)
+            self.register("register", *scope)
+            try:
+                self.run_client(program, name_of(settings))
+            finally:
+                self.register("unregister", *scope)
 
     def test_client_of_the_cmake_package(self):
         build = self.folder / "client"
