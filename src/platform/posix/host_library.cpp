@@ -1,8 +1,9 @@
 #include "platform/host_library.h"
 
 #include <dlfcn.h>
+#include <link.h>
 
-#include <initializer_list>
+#include <atomic>
 
 namespace sab {
 namespace {
@@ -11,12 +12,49 @@ namespace {
 constexpr const char* kGetList = "_ZN13CVeGlobalData7GetCCFLEPP8IUnknown";
 
 using GetListFunction = BOOL (*)(IUnknown**);
+using LoadCount = unsigned long long;
+
+// How many libraries the process has ever loaded.
+LoadCount CountLoads() {
+  LoadCount count = 0;
+  dl_iterate_phdr(
+      [](dl_phdr_info* first, std::size_t, void* result) {
+        *static_cast<LoadCount*>(result) = first->dlpi_adds;
+        return 1;
+      },
+      &count);
+  return count;
+}
+
+// A name of the support library. Whether a name is in the process the system answers by opening
+// every file that it could mean. Most processes never have it, and each new object asks; so what
+// was missing is looked for again only when a library has been loaded since.
+class LibraryName {
+ public:
+  explicit constexpr LibraryName(const char* name) : name_(name) {}
+
+  /// The library, which the caller closes, or null.
+  void* Open() {
+    const LoadCount loads = CountLoads();
+    if (missing_at_.load(std::memory_order_relaxed) == loads) return nullptr;
+    void* const library = dlopen(name_, RTLD_LAZY | RTLD_NOLOAD);
+    if (!library) missing_at_.store(loads, std::memory_order_relaxed);
+    return library;
+  }
+
+ private:
+  static constexpr LoadCount kNever = ~LoadCount{0};
+
+  const char* const name_;
+  std::atomic<LoadCount> missing_at_{kNever};
+};
 
 }  // namespace
 
 IUnknown* HostClassFactoryList() noexcept {
-  for (const char* name : {"libVeKit.so", "VeKit.so"}) {
-    void* const library = dlopen(name, RTLD_LAZY | RTLD_NOLOAD);
+  static LibraryName names[] = {LibraryName("libVeKit.so"), LibraryName("VeKit.so")};
+  for (LibraryName& name : names) {
+    void* const library = name.Open();
     if (!library) continue;
     IUnknown* list = nullptr;
     const auto get_list = reinterpret_cast<GetListFunction>(dlsym(library, kGetList));
