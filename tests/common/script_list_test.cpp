@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "server/created_object.h"
+#include "support/late_value.h"
 
 namespace sab::testing {
 namespace {
@@ -20,50 +21,26 @@ class ScriptListTest : public ::testing::Test {
     EXPECT_EQ(S_OK, list_->AddTail(item.Get(), &position));
   }
 
-  HRESULT Call(DISPID member, WORD flags, VARIANT* result, std::vector<VARIANT> arguments = {}) {
-    DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    EXCEPINFO exception{};
-    const HRESULT outcome = list_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
-                                          result, &exception, nullptr);
-    Bstr source;
-    Bstr description;
-    source.Attach(exception.bstrSource);
-    description.Attach(exception.bstrDescription);
-    said_ = ToUtf8(description.View());
-    return outcome == DISP_E_EXCEPTION ? exception.scode : outcome;
-  }
-
   ComPtr<IEnumVARIANT> Walk() {
-    VARIANT result;
-    VariantInit(&result);
-    ComPtr<IEnumVARIANT> walk;
-    EXPECT_EQ(S_OK, Call(DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &result));
-    if (result.vt == VT_UNKNOWN) {
-      EXPECT_EQ(S_OK, result.punkVal->QueryInterface(IID_IEnumVARIANT, walk.PutVoid()));
-    }
-    VariantClear(&result);
-    return walk;
+    const LateResult walk = Call(*list_, DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET);
+    ComPtr<IEnumVARIANT> enumerator;
+    EXPECT_EQ(VT_UNKNOWN, walk.value.Get().vt);
+    EXPECT_EQ(S_OK,
+              walk.value.Get().punkVal->QueryInterface(IID_IEnumVARIANT, enumerator.PutVoid()));
+    return enumerator;
   }
 
-  static std::string KeyOf(VARIANT& element) {
-    ComPtr<IVePrsAccel> item;
-    if (element.vt != VT_DISPATCH ||
-        FAILED(element.pdispVal->QueryInterface(IID_IVePrsAccel, item.PutVoid()))) {
-      return "?";
-    }
-    VariantClear(&element);
-    return TextOf(*item.Get(), &IVePrsAccel::get_Key);
-  }
-
+  // The keys of what an enumerator still gives.
   static std::string Rest(IEnumVARIANT& walk) {
     std::string keys;
-    VARIANT element;
-    ULONG fetched = 0;
-    while (walk.Next(1, &element, &fetched) == S_OK && fetched == 1) keys += KeyOf(element) + ' ';
-    return keys;
+    for (;;) {
+      LateValue element;
+      ULONG fetched = 0;
+      if (walk.Next(1, element.Put(), &fetched) != S_OK || fetched != 1) return keys;
+      keys += element.Get("Key").Text() + ' ';
+    }
   }
 
-  std::string said_;  // by the last call
   ComPtr<IVePrsAccelColl> list_ = Created<IVePrsAccelColl>(CLSID_VePrsAccelColl);
 };
 
@@ -82,58 +59,56 @@ TEST_F(ScriptListTest, NamesInAnyCase) {
 }
 
 TEST_F(ScriptListTest, ElementsByIndex) {
-  VARIANT index;
-  VariantInit(&index);
-  VARIANT result;
-  const auto item = [&](VARTYPE type, double number) -> std::string {
-    VariantInit(&result);
-    index.vt = VT_R8;
-    index.dblVal = number;
-    VariantChangeType(&index, &index, 0, type);
-    const HRESULT outcome = Call(DISPID_VALUE, DISPATCH_PROPERTYGET, &result, {index});
-    VariantClear(&index);
-    return outcome == S_OK ? KeyOf(result) : outcome == DISP_E_BADINDEX ? "none" : "failed";
+  const std::string outside =
+      "There is no element of this index: the collection has 3 elements, counted from 0.";
+  const struct {
+    LateValue index;
+    HRESULT result;
+    std::string said;  // the key or the failure
+  } rows[] = {
+      {LateValue(LONG{0}), S_OK, "F1"},
+      {LateValue("2"), S_OK, "F3"},
+      {LateValue(1.0), S_OK, "F2"},
+      {LateValue(LONG{3}), DISP_E_BADINDEX, outside},
+      {LateValue(LONG{-1}), DISP_E_BADINDEX, outside},
+      {LateValue("x"), DISP_E_TYPEMISMATCH, ""},
   };
-  EXPECT_EQ("F1", item(VT_I4, 0));
-  EXPECT_EQ("F3", item(VT_BSTR, 2));
-  EXPECT_EQ("F2", item(VT_R8, 1));
-  EXPECT_EQ("none", item(VT_I4, 3));
-  EXPECT_EQ("none", item(VT_I2, -1));
-  EXPECT_EQ("There is no element of this index: the collection has 3 elements, counted from 0.",
-            said_);
-  EXPECT_EQ(DISP_E_BADPARAMCOUNT, Call(DISPID_VALUE, DISPATCH_PROPERTYGET, &result));
-  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Call(DISPID_VALUE, DISPATCH_PROPERTYPUT, &result, {index}));
+  for (const auto& row : rows) {
+    const LateResult item = Call(*list_, DISPID_VALUE, DISPATCH_PROPERTYGET, {row.index});
+    EXPECT_EQ(row.result, item.Outcome());
+    EXPECT_EQ(row.said, item.code == S_OK ? item.value.Get("Key").Text() : item.description);
+  }
+  const LateValue index(LONG{0});
+  EXPECT_EQ(DISP_E_BADPARAMCOUNT, Call(*list_, DISPID_VALUE, DISPATCH_PROPERTYGET).code);
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Call(*list_, DISPID_VALUE, DISPATCH_PROPERTYPUT, {index}).code);
 }
 
 TEST_F(ScriptListTest, WalksGoOnWhateverBecomesOfTheList) {
   const auto walk = Walk();
   ASSERT_TRUE(walk);
-  VARIANT element;
-  EXPECT_EQ(S_OK, walk->Next(1, &element, nullptr));
-  EXPECT_EQ("F1", KeyOf(element));
+  EXPECT_EQ(S_OK, walk->Skip(1));
   EXPECT_EQ(S_OK, list_->RemoveAll());
   Add("F9");
   ComPtr<IEnumVARIANT> copy;
   ASSERT_EQ(S_OK, walk->Clone(copy.Put()));
-  EXPECT_EQ("F2 F3 ", Rest(*walk.Get()));
-  EXPECT_EQ("F2 F3 ", Rest(*copy.Get()));
+  EXPECT_EQ("F2 F3 ", Rest(*walk));
+  EXPECT_EQ("F2 F3 ", Rest(*copy));
   EXPECT_EQ(S_OK, copy->Reset());
-  EXPECT_EQ("F1 F2 F3 ", Rest(*copy.Get()));
-  EXPECT_EQ("F9 ", Rest(*Walk().Get()));
+  EXPECT_EQ("F1 F2 F3 ", Rest(*copy));
+  EXPECT_EQ("F9 ", Rest(*Walk()));
   list_.Reset();
   EXPECT_EQ(S_OK, walk->Reset());
-  EXPECT_EQ("F1 F2 F3 ", Rest(*walk.Get()));
+  EXPECT_EQ("F1 F2 F3 ", Rest(*walk));
 }
 
 TEST_F(ScriptListTest, SeveralAtOnceAndPastTheEnd) {
   const auto walk = Walk();
-  VARIANT elements[4];
+  VARIANT elements[4] = {};
   ULONG fetched = 9;
   EXPECT_EQ(S_OK, walk->Skip(1));
   EXPECT_EQ(S_FALSE, walk->Next(4, elements, &fetched));
   ASSERT_EQ(2U, fetched);
-  EXPECT_EQ("F2", KeyOf(elements[0]));
-  EXPECT_EQ("F3", KeyOf(elements[1]));
+  for (VARIANT& element : elements) VariantClear(&element);
   EXPECT_EQ(S_FALSE, walk->Next(1, elements, nullptr));
   EXPECT_EQ(S_OK, walk->Next(0, nullptr, nullptr));
   EXPECT_EQ(E_INVALIDARG, walk->Next(2, elements, nullptr));

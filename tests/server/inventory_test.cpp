@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
+#include <vector>
 
 #include "common/error_edge.h"
 #include "dispatch_tables.h"
@@ -11,6 +13,7 @@
 #include "server/created_object.h"
 #include "server/nullable_calls.h"
 #include "server/registry_text.h"
+#include "support/late_value.h"
 #include "support/server_library.h"
 
 namespace sab::testing {
@@ -48,53 +51,47 @@ TEST(Inventory, EveryClassOfTheTypeLibraryIsInTheTableOnce) {
   EXPECT_EQ(3, registered(Registration::kNone));
 }
 
-TEST(Inventory, EveryObjectHasItsInterfaceAndTypeInformation) {
-  for (const ClassEntry& entry : ClassTable()) {
-    SCOPED_TRACE(entry.name);
-    const auto object = New(entry);
-    ComPtr<IUnknown> own;
-    const IID& iid = *CoclassOf(entry)->default_interface->iid;
-    EXPECT_EQ(S_OK, object->QueryInterface(iid, own.PutVoid()));
-    ComPtr<ITypeInfo> info;
-    ASSERT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put()));
-    TYPEATTR* attributes = nullptr;
-    ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
-    EXPECT_EQ(iid, attributes->guid);
-    info->ReleaseTypeAttr(attributes);
-  }
+TYPEKIND KindOf(ITypeInfo& info, GUID& guid) {
+  TYPEATTR* attributes = nullptr;
+  EXPECT_EQ(S_OK, info.GetTypeAttr(&attributes));
+  guid = attributes->guid;
+  const TYPEKIND kind = attributes->typekind;
+  info.ReleaseTypeAttr(attributes);
+  return kind;
 }
 
 // What tools ask that show an object without knowing it.
-TEST(Inventory, EveryObjectLeadsToItsClass) {
+TEST(Inventory, EveryObjectLeadsToItsInterfaceAndItsClass) {
   for (const ClassEntry& entry : ClassTable()) {
     SCOPED_TRACE(entry.name);
     const CoclassInfo& coclass = *CoclassOf(entry);
+    const IID& iid = *coclass.default_interface->iid;
     const auto object = New(entry);
+    ComPtr<IUnknown> own;
+    EXPECT_EQ(S_OK, object->QueryInterface(iid, own.PutVoid()));
     ComPtr<IProvideClassInfo> provider;
-    ComPtr<ITypeInfo> info;
     ASSERT_EQ(S_OK, object->QueryInterface(IID_IProvideClassInfo, provider.PutVoid()));
-    ComPtr<IDispatch> same;
-    EXPECT_EQ(S_OK, provider->QueryInterface(IID_IDispatch, same.PutVoid()));
-    EXPECT_EQ(object.Get(), same.Get());
+    EXPECT_EQ(object, provider.As<IDispatch>());
     EXPECT_EQ(E_POINTER, provider->GetClassInfo(nullptr));
-    ASSERT_EQ(S_OK, provider->GetClassInfo(info.Put()));
-    TYPEATTR* attributes = nullptr;
-    ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
-    EXPECT_EQ(TKIND_COCLASS, attributes->typekind);
-    EXPECT_EQ(*coclass.clsid, attributes->guid);
-    EXPECT_EQ(1, attributes->cImplTypes);
-    info->ReleaseTypeAttr(attributes);
 
+    ComPtr<ITypeInfo> of_object;
+    ComPtr<ITypeInfo> of_class;
+    ComPtr<ITypeInfo> of_interface;
     INT flags = 0;
     HREFTYPE reference = 0;
-    EXPECT_EQ(S_OK, info->GetImplTypeFlags(0, &flags));
+    ASSERT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_USER_DEFAULT, of_object.Put()));
+    ASSERT_EQ(S_OK, provider->GetClassInfo(of_class.Put()));
+    EXPECT_EQ(S_OK, of_class->GetImplTypeFlags(0, &flags));
     EXPECT_EQ(IMPLTYPEFLAG_FDEFAULT, flags);
-    ComPtr<ITypeInfo> interface_;
-    ASSERT_EQ(S_OK, info->GetRefTypeOfImplType(0, &reference));
-    ASSERT_EQ(S_OK, info->GetRefTypeInfo(reference, interface_.Put()));
-    ASSERT_EQ(S_OK, interface_->GetTypeAttr(&attributes));
-    EXPECT_EQ(*coclass.default_interface->iid, attributes->guid);
-    interface_->ReleaseTypeAttr(attributes);
+    ASSERT_EQ(S_OK, of_class->GetRefTypeOfImplType(0, &reference));
+    ASSERT_EQ(S_OK, of_class->GetRefTypeInfo(reference, of_interface.Put()));
+    GUID guid;
+    KindOf(*of_object.Get(), guid);
+    EXPECT_EQ(iid, guid);
+    KindOf(*of_interface.Get(), guid);
+    EXPECT_EQ(iid, guid);
+    EXPECT_EQ(TKIND_COCLASS, KindOf(*of_class.Get(), guid));
+    EXPECT_EQ(*coclass.clsid, guid);
   }
 }
 
@@ -133,89 +130,41 @@ TEST(Inventory, NamesAreBoundToMembers) {
   }
 }
 
-// A value of a property, as a script gives it.
-class Given {
- public:
-  /// @param seed differs from property to property
-  Given(VARTYPE type, unsigned seed) {
-    VariantInit(&value);
-    value.vt = type;
-    if (type == VT_BSTR) {
-      value.bstrVal = Bstr(FromUtf8("值" + std::to_string(seed))).Detach();
-    } else if (type == VT_BOOL) {
-      value.boolVal = seed % 2 == 0 ? VARIANT_TRUE : VARIANT_FALSE;
-    } else {
-      value.vt = VT_I4;
-      value.lVal = static_cast<LONG>(seed);
-    }
-  }
-  Given(Given&& other) noexcept : value(other.value) { VariantInit(&other.value); }
-  ~Given() { VariantClear(&value); }
-
-  VARIANT value;
-};
-
-std::string AsText(const VARIANT& value) {
-  VARIANT text;
-  VariantInit(&text);
-  if (FAILED(VariantChangeType(&text, const_cast<VARIANT*>(&value), 0, VT_BSTR))) return "(none)";
-  Bstr owned;
-  owned.Attach(text.bstrVal);
-  return ToUtf8(owned.View());
-}
-
-HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, std::vector<VARIANT> arguments,
-               VARIANT* result, EXCEPINFO* exception = nullptr) {
-  std::reverse(arguments.begin(), arguments.end());
-  DISPID put = DISPID_PROPERTYPUT;
-  const bool is_put = flags == DISPATCH_PROPERTYPUT;
-  DISPPARAMS parameters{arguments.data(), is_put ? &put : nullptr,
-                        static_cast<UINT>(arguments.size()), is_put ? 1U : 0U};
-  return object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, exception,
-                       nullptr);
-}
-
-// Properties that take only some values.
-unsigned SeedFor(const MemberInfo& member, unsigned place) {
-  const bool is_enumeration = member.parameters.back().type.enumeration != nullptr;
-  return is_enumeration ? place % 2 : place;
+// A value that a property of the type takes. It differs from property to property as far as the
+// type allows.
+LateValue ValueFor(const ParameterInfo& parameter, unsigned place) {
+  if (parameter.type.type == VT_BSTR) return LateValue("值" + std::to_string(place));
+  const auto number = static_cast<LONG>(place);
+  if (parameter.type.type == VT_BOOL) return LateValue(-(number % 2));
+  return LateValue(parameter.type.enumeration ? number % 2 : number);
 }
 
 // All are put before any is read, so that one which goes to the place of another is seen.
 TEST(Inventory, EveryPropertyGivesBackWhatWasPut) {
   unsigned tried = 0;
   for (const ClassEntry& entry : ClassTable()) {
-    SCOPED_TRACE(entry.name);
     for (const unsigned round : {20U, 21U}) {
       const auto object = New(entry);
-      std::vector<std::pair<const MemberInfo*, Given>> put;
+      std::vector<std::pair<const MemberInfo*, std::vector<LateValue>>> puts;
       for (auto* info = CoclassOf(entry)->default_interface; info; info = info->base) {
         for (const MemberInfo& member : info->members) {
           if (member.kind != MemberKind::kPropertyPut) continue;
-          const auto place = round + static_cast<unsigned>(put.size());
-          put.emplace_back(&member,
-                           Given(member.parameters.back().type.type, SeedFor(member, place)));
+          std::vector<LateValue> arguments;
+          // Two members may set the same named value; each gets one of its own.
+          if (member.parameters.size() == 2)
+            arguments.emplace_back("值" + std::to_string(member.id));
+          const unsigned place = round + static_cast<unsigned>(puts.size());
+          arguments.push_back(ValueFor(member.parameters.back(), place));
+          EXPECT_EQ(S_OK, Call(*object, member.id, DISPATCH_PROPERTYPUT, arguments).code)
+              << entry.name << ' ' << ToUtf8(member.name);
+          puts.emplace_back(&member, std::move(arguments));
         }
       }
-      const auto call = [&](const MemberInfo& member, WORD flags, const Given* value,
-                            VARIANT* result) {
-        // Two members may set the same named value; each gets one of its own.
-        const Given name(VT_BSTR, static_cast<unsigned>(member.id));
-        std::vector<VARIANT> arguments;
-        if (member.parameters.size() == 2) arguments.push_back(name.value);
-        if (value) arguments.push_back(value->value);
-        return Invoke(*object, member.id, flags, std::move(arguments), result);
-      };
-      for (const auto& [member, value] : put) {
-        EXPECT_EQ(S_OK, call(*member, DISPATCH_PROPERTYPUT, &value, nullptr))
-            << ToUtf8(member->name);
-      }
-      for (const auto& [member, value] : put) {
-        VARIANT got;
-        VariantInit(&got);
-        EXPECT_EQ(S_OK, call(*member, DISPATCH_PROPERTYGET, nullptr, &got)) << ToUtf8(member->name);
-        EXPECT_EQ(AsText(value.value), AsText(got)) << ToUtf8(member->name);
-        VariantClear(&got);
+      for (auto& [member, arguments] : puts) {
+        const std::string expected = arguments.back().Text();
+        arguments.pop_back();
+        const LateResult got = Call(*object, member->id, DISPATCH_PROPERTYGET, arguments);
+        EXPECT_EQ(expected, got.value.Text()) << entry.name << ' ' << ToUtf8(member->name);
         ++tried;
       }
     }
@@ -237,10 +186,6 @@ void LeaveEarlierError() {
   ReportError({"SabXmlParser.Earlier", &IID_IUnknown}, E_FAIL, "an earlier failure");
 }
 
-std::string InWords(BSTR source, BSTR description) {
-  return ToUtf8(Bstr::ViewOf(source)) + ": " + ToUtf8(Bstr::ViewOf(description));
-}
-
 std::string CurrentError() {
   ComPtr<IErrorInfo> info;
   if (GetErrorInfo(0, info.Put()) != S_OK) return "(none)";
@@ -248,7 +193,7 @@ std::string CurrentError() {
   Bstr description;
   info->GetSource(source.Put());
   info->GetDescription(description.Put());
-  return InWords(source.Get(), description.Get());
+  return ToUtf8(source.View()) + ": " + ToUtf8(description.View());
 }
 
 // As clients read it: they ask the object first whether its interface supports it.
@@ -257,6 +202,13 @@ std::string ErrorAfter(IUnknown& object, REFIID iid) {
   EXPECT_EQ(S_OK, object.QueryInterface(IID_ISupportErrorInfo, support.PutVoid()));
   EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(iid));
   return CurrentError();
+}
+
+LateValue TextOrNull(const OLECHAR* text) {
+  LateValue value;
+  value.Put()->vt = VT_BSTR;
+  value.Put()->bstrVal = SysAllocString(text);
+  return value;
 }
 
 // A member with its arguments, for either way of calling it.
@@ -272,19 +224,15 @@ class WrongCall {
       const LONG number = parameter.type.type == kUnsignedPointer ? 0 : misuse.number;
       Slot& slot = slots_.emplace_back();
       slot = {};
-      VARIANT value;
-      VariantInit(&value);
+      LateValue value;
       if (is_number) {
         slot.int64 = number;
-        value.vt = VT_I4;
-        value.lVal = number;
+        value = LateValue(number);
       } else if (parameter.type.type == VT_BSTR && !parameter.IsOut()) {
-        if (misuse.text) texts_.emplace_back(misuse.text);
-        slot.text = misuse.text ? texts_.back().Get() : nullptr;
-        value.vt = VT_BSTR;
-        value.bstrVal = slot.text;
+        value = TextOrNull(misuse.text);
+        slot.text = value.Get().bstrVal;
       }
-      if (!parameter.IsRetval()) arguments_.push_back(value);
+      if (!parameter.IsRetval()) arguments_.push_back(std::move(value));
     }
   }
 
@@ -311,22 +259,16 @@ class WrongCall {
     return outcome;
   }
 
-  HRESULT LateBound(IDispatch& object, EXCEPINFO& exception) {
+  LateResult LateBound(IDispatch& object) const {
     static constexpr WORD kFlags[] = {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT};
-    const WORD flags = kFlags[static_cast<std::size_t>(Info().kind)];
-    VARIANT result;
-    VariantInit(&result);
-    const HRESULT outcome = Invoke(object, Info().id, flags, arguments_, &result, &exception);
-    VariantClear(&result);
-    return outcome;
+    return Call(object, Info().id, kFlags[static_cast<std::size_t>(Info().kind)], arguments_);
   }
 
  private:
   const InterfaceInfo& owner_;
   std::size_t index_;
   std::vector<Slot> slots_;
-  std::vector<VARIANT> arguments_;
-  std::vector<Bstr> texts_;
+  std::vector<LateValue> arguments_;
 };
 
 // Of every member of every class: each place of a result null, and all; no text, an index outside,
@@ -339,16 +281,11 @@ TEST(Inventory, EveryFailureIsToldOnBothWays) {
     const IID& iid = *CoclassOf(entry)->default_interface->iid;
     const auto fresh = [&] {
       auto object = New(entry);
-      VARIANT path;
-      VariantInit(&path);
-      path.vt = VT_BSTR;
-      const Bstr text = misuse.text ? Bstr(misuse.text) : Bstr();
-      path.bstrVal = text.Get();
       OLECHAR name[] = OLESTR("ConfigurationPath");
       LPOLESTR names = name;
       DISPID id = 0;
       if (object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id) == S_OK) {
-        EXPECT_EQ(S_OK, Invoke(*object, id, DISPATCH_PROPERTYPUT, {path}, nullptr));
+        EXPECT_EQ(S_OK, Call(*object, id, DISPATCH_PROPERTYPUT, {TextOrNull(misuse.text)}).code);
       }
       return object;
     };
@@ -374,17 +311,14 @@ TEST(Inventory, EveryFailureIsToldOnBothWays) {
     }
 
     const auto object = fresh();
-    EXCEPINFO exception{};
     LeaveEarlierError();
-    const HRESULT outcome = call.LateBound(*object, exception);
-    if (outcome == DISP_E_EXCEPTION) {
+    const LateResult late = call.LateBound(*object);
+    if (late.code == DISP_E_EXCEPTION) {
       ++exceptions;
-      EXPECT_EQ(told, InWords(exception.bstrSource, exception.bstrDescription));
-      EXPECT_TRUE(FAILED(exception.scode));
+      EXPECT_EQ(told, late.source + ": " + late.description);
+      EXPECT_TRUE(FAILED(late.scode));
     }
     EXPECT_EQ("(none)", ErrorAfter(*object, *owner.iid));
-    SysFreeString(exception.bstrSource);
-    SysFreeString(exception.bstrDescription);
   };
   for (const ClassEntry& entry : ClassTable()) {
     for (auto* owner = CoclassOf(entry)->default_interface; owner; owner = owner->base) {

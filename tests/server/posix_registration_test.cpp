@@ -4,16 +4,15 @@
 
 #include "server/created_object.h"
 #include "server/registration.h"
+#include "server/registry_text.h"
 #include "support/server_library.h"
 
 namespace sab::testing {
 namespace {
 
-bool IsThere(HKEY root, const OLECHAR* path) {
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-  RegCloseKey(key);
-  return true;
+// What the user alone has of a class.
+std::string OfTheUser(const std::string& key) {
+  return RegistryText("Software\\Classes\\" + key, {}, HKEY_CURRENT_USER);
 }
 
 HRESULT CreateByProgId() {
@@ -31,13 +30,12 @@ TEST(UserRegistration, ClassesOfTheUserAreFoundAndTheMachineIsLeftAlone) {
   EXPECT_EQ(CO_E_CLASSSTRING, CreateByProgId());
 
   EXPECT_EQ(S_OK, Server().Install(true, OLESTR("User")));
-  EXPECT_FALSE(IsThere(HKEY_CLASSES_ROOT, OLESTR("SabXmlParser.VeAppParser")));
-  EXPECT_TRUE(
-      IsThere(HKEY_CURRENT_USER, OLESTR("Software\\Classes\\SabXmlParser.VeAppParser\\CurVer")));
+  EXPECT_EQ("(none)", RegistryText("SabXmlParser.VeAppParser"));
+  EXPECT_EQ("SabXmlParser.VeAppParser.1", OfTheUser("SabXmlParser.VeAppParser\\CurVer"));
   EXPECT_EQ(S_OK, CreateByProgId());
 
   EXPECT_EQ(S_OK, Server().Install(false, OLESTR("user")));
-  EXPECT_FALSE(IsThere(HKEY_CURRENT_USER, OLESTR("Software\\Classes\\SabXmlParser.VeAppParser")));
+  EXPECT_EQ("(none)", OfTheUser("SabXmlParser.VeAppParser"));
   EXPECT_EQ(CO_E_CLASSSTRING, CreateByProgId());
   ASSERT_EQ(S_OK, Server().Install(true, nullptr));
   EXPECT_EQ(S_OK, CreateByProgId());
@@ -63,11 +61,11 @@ TEST(Registration, StopsAtTheFirstFailureAndRestoresTheLocale) {
   EXPECT_NE(std::string::npos, description.find("class_with_progid.rgs:3:")) << description;
   EXPECT_EQ(kOfTheCaller, GetThreadLocale());
   SetThreadLocale(before);
-  EXPECT_TRUE(IsThere(HKEY_CURRENT_USER, OLESTR("Software\\Classes\\SabTest.First")));
-  EXPECT_FALSE(IsThere(HKEY_CURRENT_USER, OLESTR("Software\\Classes\\SabTest.Third")));
+  EXPECT_NE("(none)", OfTheUser("SabTest.First"));
+  EXPECT_EQ("(none)", OfTheUser("SabTest.Third"));
 
   EXPECT_EQ(S_OK, UnregisterServer(std::span(rows, 1), RegistrationScope::kUser));
-  EXPECT_FALSE(IsThere(HKEY_CURRENT_USER, OLESTR("Software\\Classes\\SabTest.First")));
+  EXPECT_EQ("(none)", OfTheUser("SabTest.First"));
 }
 
 }  // namespace

@@ -8,12 +8,12 @@
 
 namespace sab::testing {
 
-/// A text below HKEY_CLASSES_ROOT: "(none)" without the key or, where one is named, the value;
-/// "(empty)" for a key without a default value. All texts are UTF-8.
-inline std::string RegistryText(const std::string& key, const std::string& value = {}) {
+/// A text of the registry: "(none)" without the key or, where one is named, the value; "(empty)"
+/// for a key without a default value. All texts are UTF-8.
+inline std::string RegistryText(const std::string& key, const std::string& value = {},
+                                HKEY root = HKEY_CLASSES_ROOT) {
   HKEY opened = nullptr;
-  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, FromUtf8(key).c_str(), 0, KEY_READ, &opened) !=
-      ERROR_SUCCESS) {
+  if (RegOpenKeyExW(root, FromUtf8(key).c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS) {
     return "(none)";
   }
   OLECHAR text[300] = {};

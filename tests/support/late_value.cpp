@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <utility>
 
 #include "base/bstr.h"
 
@@ -19,6 +18,21 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
+LateValue::LateValue(LONG number) : LateValue() {
+  value_.vt = VT_I4;
+  value_.lVal = number;
+}
+
+LateValue::LateValue(double number) : LateValue() {
+  value_.vt = VT_R8;
+  value_.dblVal = number;
+}
+
+LateValue::LateValue(const std::string& utf8) : LateValue() {
+  value_.vt = VT_BSTR;
+  value_.bstrVal = Bstr(FromUtf8(utf8)).Detach();
+}
+
 LateValue LateValue::Of(IDispatch* object) {
   LateValue value;
   object->AddRef();
@@ -27,27 +41,35 @@ LateValue LateValue::Of(IDispatch* object) {
   return value;
 }
 
+LateValue LateValue::Missing() {
+  LateValue value(DISP_E_PARAMNOTFOUND);
+  value.value_.vt = VT_ERROR;
+  return value;
+}
+
+LateValue LateValue::Reference(VARTYPE type, void* variable) {
+  LateValue value;
+  value.value_.vt = static_cast<VARTYPE>(VT_BYREF | type);
+  value.value_.byref = variable;
+  return value;
+}
+
 LateValue::LateValue(const LateValue& other) : LateValue() {
   VariantCopy(&value_, const_cast<VARIANT*>(&other.value_));
 }
 
-LateValue LateValue::Invoke(const std::string& name, WORD flags, const VARIANT* argument) const {
-  LateValue result;
+LateValue LateValue::Invoke(const std::string& name, WORD flags) const {
   if (value_.vt != VT_DISPATCH || !value_.pdispVal) {
     ADD_FAILURE() << "no object has a " << name;
-    return result;
+    return {};
   }
   sab::Text wide = FromUtf8(name);
   LPOLESTR names[] = {wide.data()};
   DISPID id = DISPID_UNKNOWN;
   EXPECT_EQ(S_OK, value_.pdispVal->GetIDsOfNames(IID_NULL, names, 1, 0, &id)) << name;
-  VARIANT given;
-  if (argument) given = *argument;
-  DISPPARAMS parameters{&given, nullptr, argument ? 1U : 0U, 0};
-  EXPECT_EQ(S_OK, value_.pdispVal->Invoke(id, IID_NULL, 0, flags, &parameters, &result.value_,
-                                          nullptr, nullptr))
-      << name;
-  return result;
+  const LateResult result = Call(*value_.pdispVal, id, flags);
+  EXPECT_EQ(S_OK, result.code) << name;
+  return result.value;
 }
 
 LateValue LateValue::Get(const std::string& property) const {
@@ -57,8 +79,7 @@ LateValue LateValue::Get(const std::string& property) const {
 LateValue LateValue::Follow(const std::string& path) const {
   LateValue value(*this);
   for (const std::string& step : Split(path, ' ')) {
-    LateValue next = step == "[0]" ? value.Invoke("GetHead", DISPATCH_METHOD) : value.Get(step);
-    std::swap(value.value_, next.value_);
+    value = step == "[0]" ? value.Invoke("GetHead", DISPATCH_METHOD) : value.Get(step);
   }
   return value;
 }
@@ -66,12 +87,31 @@ LateValue LateValue::Follow(const std::string& path) const {
 int LateValue::Count() const { return Invoke("GetCount", DISPATCH_METHOD).value_.lVal; }
 
 std::string LateValue::Text() const {
-  VARIANT text;
-  VariantInit(&text);
-  EXPECT_EQ(S_OK, VariantChangeType(&text, const_cast<VARIANT*>(&value_), 0, VT_BSTR));
-  Bstr owned;
-  owned.Attach(text.bstrVal);
-  return ToUtf8(owned.View());
+  LateValue text;
+  EXPECT_EQ(S_OK, VariantChangeType(&text.value_, const_cast<VARIANT*>(&value_), 0, VT_BSTR));
+  return ToUtf8(Bstr::ViewOf(text.value_.bstrVal));
+}
+
+LateResult Call(IDispatch& object, DISPID member, WORD flags,
+                const std::vector<LateValue>& arguments) {
+  std::vector<VARIANT> reversed;
+  for (auto i = arguments.rbegin(); i != arguments.rend(); ++i) reversed.push_back(i->Get());
+  DISPID put = DISPID_PROPERTYPUT;
+  const bool is_put = (flags & DISPATCH_PROPERTYPUT) != 0;
+  DISPPARAMS parameters{reversed.data(), is_put ? &put : nullptr,
+                        static_cast<UINT>(reversed.size()), is_put ? 1U : 0U};
+  EXCEPINFO exception{};
+  LateResult result;
+  result.code = object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                              result.value.Put(), &exception, &result.bad_argument);
+  result.scode = exception.scode;
+  Bstr texts[3];
+  texts[0].Attach(exception.bstrSource);
+  texts[1].Attach(exception.bstrDescription);
+  texts[2].Attach(exception.bstrHelpFile);
+  result.source = ToUtf8(texts[0].View());
+  result.description = ToUtf8(texts[1].View());
+  return result;
 }
 
 }  // namespace sab::testing

@@ -3,6 +3,7 @@
 #include <sabxml/com.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sab::testing {
@@ -10,14 +11,28 @@ namespace sab::testing {
 /// The parts of a text between separators.
 std::vector<std::string> Split(const std::string& text, char separator);
 
-/// A value reached by late binding, the way a script reaches it. A member that fails fails the
-/// test.
+/// A value as a script has it, or one reached by late binding. A member that fails fails the test.
 class LateValue {
  public:
+  LateValue() { VariantInit(&value_); }
+  explicit LateValue(LONG number);
+  explicit LateValue(double number);
+  explicit LateValue(const std::string& utf8);
   static LateValue Of(IDispatch* object);
+  /// An argument that is left out.
+  static LateValue Missing();
+  /// A reference to a variable of the type, VT_VARIANT for one that holds anything.
+  static LateValue Reference(VARTYPE type, void* variable);
   LateValue(const LateValue& other);
-  LateValue& operator=(const LateValue&) = delete;
+  LateValue(LateValue&& other) noexcept : value_(std::exchange(other.value_, VARIANT{})) {}
+  LateValue& operator=(LateValue other) {
+    std::swap(value_, other.value_);
+    return *this;
+  }
   ~LateValue() { VariantClear(&value_); }
+
+  const VARIANT& Get() const { return value_; }
+  VARIANT* Put() { return &value_; }  ///< of an empty value
 
   /// A property of the object that this is.
   LateValue Get(const std::string& property) const;
@@ -29,10 +44,26 @@ class LateValue {
   std::string Text() const;
 
  private:
-  LateValue() { VariantInit(&value_); }
-  LateValue Invoke(const std::string& name, WORD flags, const VARIANT* argument = nullptr) const;
+  LateValue Invoke(const std::string& name, WORD flags) const;
 
   VARIANT value_;
 };
+
+/// What a late-bound call gives back.
+struct LateResult {
+  HRESULT code;
+  LateValue value;
+  SCODE scode = S_OK;  ///< of the exception, as are the texts
+  std::string source;
+  std::string description;
+  UINT bad_argument = 99;  ///< as it was before the call unless an argument is refused
+
+  /// The member's own failure, if it was called and failed.
+  HRESULT Outcome() const { return code == DISP_E_EXCEPTION ? scode : code; }
+};
+
+/// Calls a member; the value of a put is the last argument, and named.
+LateResult Call(IDispatch& object, DISPID member, WORD flags,
+                const std::vector<LateValue>& arguments = {});
 
 }  // namespace sab::testing

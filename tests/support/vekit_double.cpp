@@ -4,9 +4,8 @@
 #include <SabXmlParser.h>
 #include <sabxml/host.h>
 
-#include "base/bstr.h"
-#include "base/com_ptr.h"
 #include "base/counted.h"
+#include "common/component.h"
 #include "support/host_double.h"
 
 #if defined(_WIN32)
@@ -24,46 +23,16 @@ HostBehaviour behaviour = HostBehaviour::kHasNoList;
 int created = 0;
 int asked = 0;
 
-// The host's own configuration page. It answers as the server's does, and is counted.
-class HostsPage final : public Counted<IVePrsConfig> {
- public:
-  HostsPage() { ++created; }
+// The host's own configuration page, which is laid out differently from the server's.
+struct HostsFields {
+  HostsFields() { ++created; }
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-    return AnswerFor(IID_IVePrsConfig, riid == IID_IDispatch ? IID_IVePrsConfig : riid, object);
-  }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                   UINT*) override {
-    return E_NOTIMPL;
-  }
-
-  HRESULT STDMETHODCALLTYPE get_CLSID(BSTR* pVal) override { return Get(0, pVal); }
-  HRESULT STDMETHODCALLTYPE put_CLSID(BSTR newVal) override { return Put(0, newVal); }
-  HRESULT STDMETHODCALLTYPE get_Path(BSTR* pVal) override { return Get(1, pVal); }
-  HRESULT STDMETHODCALLTYPE put_Path(BSTR newVal) override { return Put(1, newVal); }
-  HRESULT STDMETHODCALLTYPE get_PropertyPageCLSID(BSTR* pVal) override { return Get(2, pVal); }
-  HRESULT STDMETHODCALLTYPE put_PropertyPageCLSID(BSTR newVal) override { return Put(2, newVal); }
-  HRESULT STDMETHODCALLTYPE get_LocalName(BSTR* pVal) override { return Get(3, pVal); }
-  HRESULT STDMETHODCALLTYPE put_LocalName(BSTR newVal) override { return Put(3, newVal); }
-
- private:
-  HRESULT Get(int which, BSTR* value) const {
-    *value = texts_[which].Copy();
-    return S_OK;
-  }
-  HRESULT Put(int which, BSTR value) {
-    texts_[which] = sab::Bstr::CopyOf(value);
-    return S_OK;
-  }
-
-  ULONG references_ = 1;
-  sab::Bstr texts_[4];
+  sab::Bstr LocalName;
+  sab::Bstr PropertyPageCLSID;
+  sab::Bstr Path;
+  sab::Bstr CLSID;
 };
+using HostsPage = sab::Component<sab::coclass::VePrsConfig, HostsFields>;
 
 class ForeignObject final : public Counted<IUnknown> {
  public:
