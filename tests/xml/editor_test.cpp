@@ -13,85 +13,83 @@
 namespace sab::xml {
 namespace {
 
+// An edit of the element at a path: + appends <n>1</n>, * appends text and an element, = sets a
+// text,
+// - removes.
+struct Edit {
+  char kind;
+  const char* path;
+};
+constexpr Edit kAppend{'+', "r/g"};
+constexpr Edit kText{'=', "r/g"};
+constexpr Edit kRemove{'-', "r/g"};
+constexpr Edit kRemoveLast{'-', "r/g/b"};
+
+void Apply(const Edit& edit, const Document& document, Editor& editor) {
+  const NodeIndex element = SelectFirst(document, edit.path);
+  if (edit.kind == '+') editor.Append(element, "n", u"1");
+  if (edit.kind == '*') editor.Append(element, "n", u"t").Append("m", u"1");
+  if (edit.kind == '=') editor.SetText(element, u"<&>");
+  if (edit.kind == '-') editor.Remove(element);
+}
+
 TEST(Editor, EachEditChangesItsPlaceAndNothingElse) {
-  using Edit = void (*)(Editor&, const Document&);
-  constexpr Edit kAppend = [](Editor& editor, const Document& document) {
-    editor.Append(SelectFirst(document, "r/g"), "n", u"1");
-  };
-  constexpr Edit kText = [](Editor& editor, const Document& document) {
-    editor.SetText(SelectFirst(document, "r/g"), u"<&>");
-  };
-  constexpr Edit kRemove = [](Editor& editor, const Document& document) {
-    editor.Remove(SelectFirst(document, "r/g"));
-  };
-  constexpr Edit kRemoveLastAndAppend = [](Editor& editor, const Document& document) {
-    editor.Remove(SelectFirst(document, "r/g/b"));
-    editor.Append(SelectFirst(document, "r/g"), "n", u"1");
-  };
-  constexpr Edit kTextAndAppend = [](Editor& editor, const Document& document) {
-    editor.Append(SelectFirst(document, "r/g"), "n", u"1");
-    editor.SetText(SelectFirst(document, "r/g"), u"x");
-  };
-  constexpr Edit kAppendTwice = [](Editor& editor, const Document& document) {
-    editor.Append(SelectFirst(document, "r/g/b"), "m", u"1");
-    editor.Append(SelectFirst(document, "r/g"), "n", u"2");
-  };
-  constexpr Edit kChangeAndRemove = [](Editor& editor, const Document& document) {
-    editor.SetText(SelectFirst(document, "r/g/a"), u"x");
-    editor.Append(SelectFirst(document, "r/g"), "n", u"2");
-    editor.Remove(SelectFirst(document, "r/g"));
-  };
-  constexpr Edit kMixed = [](Editor& editor, const Document& document) {
-    editor.Append(SelectFirst(document, "r/g"), "n", u"t").Append("m", u"1");
-  };
   const struct {
-    const char* name;
-    Edit edit;
+    std::vector<Edit> edits;
     const char* before;
     const char* after;
   } rows[] = {
-      {"append in line", kAppend, "<r><g><a/></g></r>", "<r><g><a/><n>1</n></g></r>"},
-      {"append to an empty element", kAppend, "<r><g/></r>", "<r><g><n>1</n></g></r>"},
-      {"append to an empty element with a space", kAppend, "<r><g a='1' /></r>",
-       "<r><g a='1'><n>1</n></g></r>"},
-      {"append on a line of its own", kAppend, "<r>\n\t<g>\n\t\t<a/>\n\t</g>\n</r>",
+      // Appended: in line, or on a line of its own.
+      {{kAppend}, "<r><g><a/></g></r>", "<r><g><a/><n>1</n></g></r>"},
+      {{kAppend}, "<r><g/></r>", "<r><g><n>1</n></g></r>"},
+      {{kAppend}, "<r><g a='1' /></r>", "<r><g a='1'><n>1</n></g></r>"},
+      {{kAppend},
+       "<r>\n\t<g>\n\t\t<a/>\n\t</g>\n</r>",
        "<r>\n\t<g>\n\t\t<a/>\n\t\t<n>1</n>\n\t</g>\n</r>"},
-      {"append with CRLF", kAppend, "<r>\r\n  <g>\r\n    <a/>\r\n  </g>\r\n</r>",
+      {{kAppend},
+       "<r>\r\n  <g>\r\n    <a/>\r\n  </g>\r\n</r>",
        "<r>\r\n  <g>\r\n    <a/>\r\n    <n>1</n>\r\n  </g>\r\n</r>"},
-      {"append to an empty element on its line", kAppend, "<r>\n    <g/>\n</r>",
-       "<r>\n    <g>\n        <n>1</n>\n    </g>\n</r>"},
-      {"append between tags on two lines", kAppend, "<r>\n  <g>\n  </g>\n</r>",
-       "<r>\n  <g>\n    <n>1</n>\n  </g>\n</r>"},
-      {"append behind text", kAppend, "<r>\n <g>text</g>\n</r>", "<r>\n <g>text<n>1</n></g>\n</r>"},
-      {"replace a text", kText, "<r><g>a<b/>&amp;</g> </r>", "<r><g>&lt;&amp;&gt;</g> </r>"},
-      {"give an empty element a text", kText, "<r><g  /></r>", "<r><g>&lt;&amp;&gt;</g></r>"},
-      {"remove a line", kRemove, "<r>\n  <g/>\n  <h/>\n</r>", "<r>\n  <h/>\n</r>"},
-      {"remove in line", kRemove, "<r><a/><g>x</g><h/></r>", "<r><a/><h/></r>"},
-      {"remove the last line", kRemove, "<r>\r\n  <a/>\r\n  <g>\r\n  </g>  \r\n</r>",
-       "<r>\r\n  <a/>\r\n</r>"},
-      {"append behind what is removed", kRemoveLastAndAppend,
+      {{kAppend},
+       "<r>\n <g>\n  <a/>\n  <!-- c -->\n </g>\n</r>",
+       "<r>\n <g>\n  <a/>\n  <!-- c -->\n  <n>1</n>\n </g>\n</r>"},
+      {{kAppend}, "<r>\n    <g/>\n</r>", "<r>\n    <g>\n        <n>1</n>\n    </g>\n</r>"},
+      {{kAppend}, "<r>\n  <g>\n  </g>\n</r>", "<r>\n  <g>\n    <n>1</n>\n  </g>\n</r>"},
+      {{kAppend}, "<r>\n <g>text</g>\n</r>", "<r>\n <g>text<n>1</n></g>\n</r>"},
+      {{kAppend},
+       "<r>\n <g xml:space='preserve'><a/>\n </g>\n</r>",
+       "<r>\n <g xml:space='preserve'><a/>\n <n>1</n></g>\n</r>"},
+      {{{'*', "r/g"}}, "<r>\n <g>\n </g>\n</r>", "<r>\n <g>\n  <n>t<m>1</m></n>\n </g>\n</r>"},
+      {{{'+', "r/g/b"}, kAppend},
+       "<r>\n <g>\n  <b/>\n </g>\n</r>",
+       "<r>\n <g>\n  <b>\n   <n>1</n>\n  </b>\n  <n>1</n>\n </g>\n</r>"},
+      // A text replaced, an element with its line removed.
+      {{kText}, "<r><g>a<b/>&amp;</g> </r>", "<r><g>&lt;&amp;&gt;</g> </r>"},
+      {{kText}, "<r><g  /></r>", "<r><g>&lt;&amp;&gt;</g></r>"},
+      {{kRemove}, "<r>\n  <g/>\n  <h/>\n</r>", "<r>\n  <h/>\n</r>"},
+      {{kRemove}, "<r><a/><g>x</g><h/></r>", "<r><a/><h/></r>"},
+      {{kRemove}, "<r>\r\n  <a/>\r\n  <g>\r\n  </g>  \r\n</r>", "<r>\r\n  <a/>\r\n</r>"},
+      // Several together.
+      {{kRemoveLast, kAppend},
        "<r>\n  <g>\n    <a/>\n    <b/>\n  </g>\n</r>",
        "<r>\n  <g>\n    <a/>\n    <n>1</n>\n  </g>\n</r>"},
-      {"append in place of the only child", kRemoveLastAndAppend,
-       "<r>\n  <g>\n    <b/> \n  </g>\n</r>", "<r>\n  <g>\n    <n>1</n>\n  </g>\n</r>"},
-      {"append behind what is removed in line", kRemoveLastAndAppend, "<r><g><a/><b/></g></r>",
-       "<r><g><a/><n>1</n></g></r>"},
-      {"append behind a new text", kTextAndAppend, "<r>\n <g>\n  <a/>\n </g>\n</r>",
-       "<r>\n <g>x<n>1</n></g>\n</r>"},
-      {"append behind a new text of an empty element", kTextAndAppend, "<r>\n <g a='/>' />\n</r>",
-       "<r>\n <g a='/>'>x<n>1</n></g>\n</r>"},
-      {"append to parent and child", kAppendTwice, "<r>\n <g>\n  <b/>\n </g>\n</r>",
-       "<r>\n <g>\n  <b>\n   <m>1</m>\n  </b>\n  <n>2</n>\n </g>\n</r>"},
-      {"change what is removed", kChangeAndRemove, "<r><g><a/></g></r>", "<r></r>"},
-      {"append text and children", kMixed, "<r>\n <g>\n </g>\n</r>",
-       "<r>\n <g>\n  <n>t<m>1</m></n>\n </g>\n</r>"},
+      {{kRemoveLast, kAppend},
+       "<r>\n  <g>\n    <b/> \n  </g>\n</r>",
+       "<r>\n  <g>\n    <n>1</n>\n  </g>\n</r>"},
+      {{kRemoveLast, kAppend}, "<r><g><a/><b/></g></r>", "<r><g><a/><n>1</n></g></r>"},
+      {{kAppend, kText},
+       "<r>\n <g>\n  <a/>\n </g>\n</r>",
+       "<r>\n <g>&lt;&amp;&gt;<n>1</n></g>\n</r>"},
+      {{kAppend, kText},
+       "<r>\n <g a='/>' />\n</r>",
+       "<r>\n <g a='/>'>&lt;&amp;&gt;<n>1</n></g>\n</r>"},
+      {{{'=', "r/g/a"}, kAppend, kRemove}, "<r><g><a/></g></r>", "<r></r>"},
   };
   for (const auto& row : rows) {
     const Document document(row.before);
     Editor editor(document);
-    EXPECT_EQ(row.before, editor.Serialise()) << row.name;
-    row.edit(editor, document);
-    EXPECT_EQ(row.after, editor.Serialise()) << row.name;
+    EXPECT_EQ(row.before, editor.Serialise());
+    for (const Edit& edit : row.edits) Apply(edit, document, editor);
+    EXPECT_EQ(row.after, editor.Serialise());
   }
 }
 

@@ -71,23 +71,19 @@ std::vector<std::string> LibxmlTexts(const std::string& bytes) {
   return texts;
 }
 
-std::optional<std::vector<int>> LibxmlSelect(const std::string& bytes, const std::string& path) {
+std::vector<int> LibxmlSelect(const std::string& bytes, const std::string& path) {
   const Tree tree = ReadTree(bytes);
-  if (!tree) return std::nullopt;
   std::vector<const xmlNode*> elements;
   CollectElements(xmlDocGetRootElement(tree.get()), elements);
   xmlXPathContextPtr context = xmlXPathNewContext(tree.get());
   context->node = reinterpret_cast<xmlNodePtr>(tree.get());
   xmlXPathObjectPtr found = xmlXPathEval(reinterpret_cast<const xmlChar*>(path.c_str()), context);
-  std::optional<std::vector<int>> selected;
-  if (found && found->type == XPATH_NODESET) {
-    selected.emplace();
-    for (int i = 0; found->nodesetval && i < found->nodesetval->nodeNr; ++i) {
-      const auto at = std::find(elements.begin(), elements.end(), found->nodesetval->nodeTab[i]);
-      if (at != elements.end()) selected->push_back(static_cast<int>(at - elements.begin()));
-    }
-    std::sort(selected->begin(), selected->end());
+  std::vector<int> selected;
+  for (int i = 0; found->nodesetval && i < found->nodesetval->nodeNr; ++i) {
+    const auto at = std::find(elements.begin(), elements.end(), found->nodesetval->nodeTab[i]);
+    if (at != elements.end()) selected.push_back(static_cast<int>(at - elements.begin()));
   }
+  std::sort(selected.begin(), selected.end());
   xmlXPathFreeObject(found);
   xmlXPathFreeContext(context);
   return selected;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +15,6 @@ bool LibxmlAccepts(const std::string& bytes);
 /// The name and the whole text of every element in document order, as libxml2 has them.
 std::vector<std::string> LibxmlTexts(const std::string& bytes);
 /// The positions, in document order of all elements, of those that libxml2's XPath selects.
-std::optional<std::vector<int>> LibxmlSelect(const std::string& bytes, const std::string& path);
+std::vector<int> LibxmlSelect(const std::string& bytes, const std::string& path);
 
 }  // namespace sab::xml::testing

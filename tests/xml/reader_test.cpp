@@ -1,17 +1,23 @@
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <random>
 
+#include "base/text.h"
 #include "xml/document.h"
 #include "xml/error.h"
 #include "xml/oracles.h"
+#include "xml/text.h"
 
 namespace sab::xml {
 namespace {
 
 using testing::ExpatAccepts;
 using testing::LibxmlAccepts;
+
+std::string WithoutSpace(std::string text) {
+  std::erase_if(text, [](unsigned char c) { return IsTrimmed(c); });
+  return text;
+}
 
 // "" for a document that is read, else "line:column".
 std::string Refusal(const std::string& bytes) {
@@ -24,131 +30,79 @@ std::string Refusal(const std::string& bytes) {
   }
 }
 
-TEST(Reader, RefusesWhatOtherStrictReadersRefuse) {
+TEST(Reader, JudgesAsOtherStrictReadersAndNamesThePlace) {
   using namespace std::string_literals;
   const struct {
-    const char* name;
-    std::string bytes;
-    const char* place;
+    const char* place;  // of the fault, "" where there is none
+    std::vector<std::string> documents;
   } rows[] = {
-      {"nothing", "", "1:1"},
-      {"only white space", " \n ", "2:2"},
-      {"only a comment", "<!-- c -->", "1:11"},
-      {"text alone", "abc", "1:1"},
-      {"text before", "x<a/>", "1:1"},
-      {"text behind", "<a/>x", "1:5"},
-      {"two roots", "<a/><b/>", "1:5"},
-      {"end tag alone", "</a>", "1:1"},
-      {"CDATA as root", "<![CDATA[x]]>", "1:1"},
-      {"reference behind the root", "<a/>&#32;", "1:5"},
-      {"root not closed", "<a>", "1:4"},
-      {"tag not closed", "<a", "1:3"},
-      {"empty tag not closed", "<a/", "1:4"},
-      {"wrong end tag", "<a>\n  <b>\n  </c>\n</a>", "3:3"},
-      {"longer end tag", "<a></ab>", "1:4"},
-      {"shorter end tag", "<ab></a>", "1:5"},
-      {"crossed tags", "<a><b></a></b>", "1:7"},
-      {"space before the name", "< a/>", "1:1"},
-      {"space before the end name", "<a></ a>", "1:6"},
-      {"name starts with a digit", "<a><1/></a>", "1:5"},
-      {"name starts with a hyphen", "<-a/>", "1:1"},
-      {"bad character in a name", "<a\xC3\x97/>", "1:3"},
-      {"attribute without a value", "<a b/>", "1:5"},
-      {"attribute without quotes", "<a b=1/>", "1:6"},
-      {"attribute with mixed quotes", "<a b='1\"/>", "1:11"},
-      {"attribute twice", "<a b='1' b='2'/>", "1:10"},
-      {"attribute twice in a long list", "<a a='' b='' c='' d='' e='' f='' g='' h='' i='' c=''/>",
-       "1:49"},
-      {"attributes without space", "<a b='1'c='2'/>", "1:9"},
-      {"< in an attribute", "<a b='<'/>", "1:7"},
-      {"bare & in an attribute", "<a b='&'/>", "1:7"},
-      {"unknown entity in an attribute", "<a b='&x;'/>", "1:7"},
-      {"bare &", "<a>a & b</a>", "1:6"},
-      {"unknown entity", "<a>&nbsp;</a>", "1:4"},
-      {"reference without semicolon", "<a>&lt</a>", "1:4"},
-      {"character reference without semicolon", "<a>&#65</a>", "1:4"},
-      {"empty character reference", "<a>&#;</a>", "1:4"},
-      {"empty hexadecimal reference", "<a>&#x;</a>", "1:4"},
-      {"upper-case X in a reference", "<a>&#X41;</a>", "1:4"},
-      {"reference to zero", "<a>&#0;</a>", "1:4"},
-      {"reference to a surrogate", "<a>&#xD800;</a>", "1:4"},
-      {"reference to FFFE", "<a>&#xFFFE;</a>", "1:4"},
-      {"reference beyond Unicode", "<a>&#x110000;</a>", "1:4"},
-      {"reference that overflows", "<a>&#99999999999999999999;</a>", "1:4"},
-      {"]]> in text", "<a>]]></a>", "1:4"},
-      {"control character", "<a>\x01</a>", "1:4"},
-      {"zero byte", "<a>\0</a>"s, "1:4"},
-      {"control character in an attribute", "<a b='\x1F'/>", "1:7"},
-      {"control character in a comment", "<a><!--\x08--></a>", "1:8"},
-      {"U+FFFE", "<a>\xEF\xBF\xBE</a>", "1:4"},
-      {"lone continuation byte", "<a>\x80</a>", "1:4"},
-      {"overlong sequence", "<a>\xC0\xAF</a>", "1:4"},
-      {"overlong three bytes", "<a>\xE0\x80\xAF</a>", "1:4"},
-      {"encoded surrogate", "<a>\xED\xA0\x80</a>", "1:4"},
-      {"beyond Unicode", "<a>\xF4\x90\x80\x80</a>", "1:4"},
-      {"cut sequence", "<a>\xE4\xB8</a>", "1:4"},
-      {"Latin-1 without a declaration", "<a>\n\xE4\xB8\xAD\xE9</a>", "2:2"},
-      {"-- in a comment", "<a><!-- a -- b --></a>", "1:11"},
-      {"comment ends with --->", "<a><!-- a ---></a>", "1:11"},
-      {"comment not closed", "<a><!-- a</a>", "1:4"},
-      {"CDATA not closed", "<a><![CDATA[ </a>", "1:4"},
-      {"instruction not closed", "<a><?p </a>", "1:4"},
-      {"instruction without a target", "<a><? p?></a>", "1:6"},
-      {"declaration inside", "<a><?xml version='1.0'?></a>", "1:4"},
-      {"declaration behind a space", " <?xml version='1.0'?><a/>", "1:2"},
-      {"instruction named XML", "<?XML version='1.0'?><a/>", "1:1"},
-      {"declaration without a version", "<?xml encoding='UTF-8'?><a/>", "1:7"},
-      {"declaration in the wrong order",
-       "<?xml version='1.0' standalone='yes' encoding='UTF-8'?><a/>", "1:38"},
-      {"declaration with a wrong standalone", "<?xml version='1.0' standalone='maybe'?><a/>",
-       "1:33"},
-      {"declaration without a space", "<?xml version='1.0'encoding='UTF-8'?><a/>", "1:20"},
-      {"prefix that is not declared", "<p:a/>", "1:2"},
-      {"attribute prefix that is not declared", "<a p:b=''/>", "1:4"},
-      {"prefix out of scope", "<a><b xmlns:p='u'/><p:c/></a>", "1:21"},
-      {"two colons", "<a xmlns:p='u'><p:b:c/></a>", "1:17"},
-      {"one attribute by two prefixes", "<a xmlns:p='u' xmlns:q='u' p:b='' q:b=''/>", "1:35"},
-      {"prefix undeclared", "<a xmlns:p=''/>", "1:4"},
+      {"", {"<a/>", "<a></a>", "<a ></a >", "<a\n/>", "<a.b-c_d/>", "\xEF\xBB\xBF<a/>"}},
+      {"", {"<a>]] ></a>", "<a>\r\n</a>", "<a>\x7F\xC2\x80</a>", "<a>\xF0\x9F\x94\xA7</a>"}},
+      {"", {"<a d='&lt;>'/>", "<a b='&#10;'/>", "<a b=\"'\" c='\"'/>", "<a xml:lang='zh'/>"}},
+      {"", {"<p:a xmlns:p='u' p:b=''/>", "<a xmlns='u'><b xmlns=''/></a>"}},
+      {"", {"<a>&lt;&gt;&amp;&quot;&apos;&#65;&#x4e2d;</a>", "<\xE4\xB8\xAD\xE6\x96\x87/>"}},
+      {"", {"<a><![CDATA[]]]]></a>", "<a><!----><!-- - --></a>", "<!-- c --><?p?><a/><?q x?>\n"}},
+      {"", {"<?xml version=\"1.0\" encoding=\"utf-8\" standalone='no' ?>\n<a/>"}},
+      // No document element, or one that is never closed.
+      {"1:1", {"", "abc", "x<a/>", "</a>", "<![CDATA[x]]>", "< a/>", "<-a/>"}},
+      {"1:3", {"<a"}},
+      {"1:4", {"<a/", "<a>", "<a></ab>"}},
+      {"1:5", {"<a/>x", "<a/><b/>", "<a/>&#32;", "<ab></a>"}},
+      {"1:6", {"<a></ a>"}},
+      {"1:7", {"<a><b></a></b>"}},
+      {"1:11", {"<!-- c -->"}},
+      {"2:2", {" \n "}},
+      {"3:3", {"<a>\n  <b>\n  </c>\n</a>"}},
+      // Names and attributes.
+      {"1:3", {"<a\xC3\x97/>"}},
+      {"1:5", {"<a><1/></a>", "<a b/>"}},
+      {"1:6", {"<a b=1/>"}},
+      {"1:7", {"<a b='<'/>", "<a b='&'/>", "<a b='&x;'/>", "<a b='\x1F'/>"}},
+      {"1:9", {"<a b='1'c='2'/>"}},
+      {"1:10", {"<a b='1' b='2'/>"}},
+      {"1:11", {"<a b='1\"/>"}},
+      {"1:49", {"<a a='' b='' c='' d='' e='' f='' g='' h='' i='' c=''/>"}},
+      // References and characters.
+      {"1:4", {"<a>&nbsp;</a>", "<a>&lt</a>", "<a>&#65</a>", "<a>&#;</a>", "<a>&#x;</a>"}},
+      {"1:4", {"<a>&#X41;</a>", "<a>&#0;</a>", "<a>&#xD800;</a>", "<a>&#xFFFE;</a>"}},
+      {"1:4", {"<a>&#x110000;</a>", "<a>&#99999999999999999999;</a>", "<a>&#4294967361;</a>"}},
+      {"1:4", {"<a>]]></a>", "<a>\x01</a>", "<a>\0</a>"s, "<a>\xEF\xBF\xBE</a>", "<a>\x80</a>"}},
+      {"1:4", {"<a>\xC0\xAF</a>", "<a>\xE0\x80\xAF</a>", "<a>\xED\xA0\x80</a>"}},
+      {"1:4", {"<a>\xF4\x90\x80\x80</a>", "<a>\xE4\xB8</a>"}},
+      {"1:6", {"<a>a & b</a>"}},
+      {"1:8", {"<a><!--\x08--></a>"}},
+      {"2:2", {"<a>\n\xE4\xB8\xAD\xE9</a>"}},
+      // Comments, CDATA sections, instructions, the declaration.
+      {"1:1", {"<?XML version='1.0'?><a/>"}},
+      {"1:2", {" <?xml version='1.0'?><a/>"}},
+      {"1:4", {"<a><!-- a</a>", "<a><![CDATA[ </a>", "<a><?p </a>", "<a><?p:q?></a>"}},
+      {"1:4", {"<a><?xml version='1.0'?></a>"}},
+      {"1:6", {"<a><? p?></a>"}},
+      {"1:7", {"<?xml encoding='UTF-8'?><a/>"}},
+      {"1:11", {"<a><!-- a -- b --></a>", "<a><!-- a ---></a>"}},
+      {"1:20", {"<?xml version='1.0'encoding='UTF-8'?><a/>"}},
+      {"1:33", {"<?xml version='1.0' standalone='maybe'?><a/>"}},
+      {"1:38", {"<?xml version='1.0' standalone='yes' encoding='UTF-8'?><a/>"}},
+      // Namespaces.
+      {"1:2", {"<p:a/>", "<:a/>"}},
+      {"1:4",
+       {"<a p:b=''/>", "<a xmlns:p=''/>", "<a xmlns:xmlns='u'/>",
+        "<a xmlns:p='http://www.w3.org/2000/xmlns/'/>"}},
+      {"1:17", {"<a xmlns:p='u'><p:b:c/></a>"}},
+      {"1:21", {"<a><b xmlns:p='u'/><p:c/></a>"}},
+      {"1:35", {"<a xmlns:p='u' xmlns:q='u' p:b='' q:b=''/>"}},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    EXPECT_EQ(row.place, Refusal(row.bytes));
-    EXPECT_FALSE(ExpatAccepts(row.bytes));
-    EXPECT_FALSE(LibxmlAccepts(row.bytes));
+  for (const auto& [place, documents] : rows) {
+    const bool is_good = place[0] == '\0';
+    for (const std::string& bytes : documents) {
+      EXPECT_EQ(place, Refusal(bytes)) << bytes;
+      EXPECT_EQ(is_good, ExpatAccepts(bytes)) << bytes;
+      EXPECT_EQ(is_good, LibxmlAccepts(bytes)) << bytes;
+    }
   }
   // These are well-formed, and refused all the same: nothing may be declared, nothing fetched.
   EXPECT_EQ("1:1", Refusal("<!DOCTYPE a><a/>"));
   EXPECT_EQ("1:1", Refusal("<!DOCTYPE a SYSTEM 'file:///etc/passwd'><a/>"));
-}
-
-TEST(Reader, AcceptsWhatOtherStrictReadersAccept) {
-  const std::string rows[] = {
-      "<a/>",
-      "<a></a>",
-      "<a ></a >",
-      "<a\n/>",
-      "\xEF\xBB\xBF<a/>",
-      "<?xml version='1.0'?><a/>",
-      "<?xml version=\"1.0\" encoding=\"utf-8\" standalone='no' ?>\n<!-- c --><?p?><a/><?q x?>\n",
-      "<a>&lt;&gt;&amp;&quot;&apos;&#65;&#x4e2d;</a>",
-      "<a>]] ></a>",
-      "<a><![CDATA[]]]]></a>",
-      "<a b=\"'\" c='\"' d='&lt;>'/>",
-      "<\xE4\xB8\xAD\xE6\x96\x87/>",
-      "<a.b-c_d/>",
-      "<a><!----><!-- - --></a>",
-      "<a xmlns='u'><b xmlns=''/></a>",
-      "<p:a xmlns:p='u' p:b=''/>",
-      "<a xml:lang='zh'/>",
-      "<a b='&#10;'/>",
-      "<a>\r\n</a>",
-      "<a>\xF0\x9F\x94\xA7</a>",
-      "<a>\x7F\xC2\x80</a>"};
-  for (const std::string& bytes : rows) {
-    EXPECT_EQ("", Refusal(bytes)) << bytes;
-    EXPECT_TRUE(ExpatAccepts(bytes)) << bytes;
-    EXPECT_TRUE(LibxmlAccepts(bytes)) << bytes;
-  }
 }
 
 constexpr char kSample[] =
@@ -156,6 +110,13 @@ constexpr char kSample[] =
     "  <Bar a=\"1\" b='&#x4e2d;'>text &amp; more<b> inner </b> tail</Bar>\n"
     "  <p:Q>\xE4\xB8\xAD\xE6\x96\x87 ]]&gt; x</p:Q><E/><![CDATA[ <raw> & ]]><?pi data?>\n"
     "  <Deep><Deep><Deep>&lt;</Deep></Deep></Deep>\n</UI>\n";
+
+// As the judge has them, apart from white space: what counts of that is another matter.
+std::string NameAndText(const Document& document, NodeIndex element) {
+  std::u16string text;
+  document.AppendText(element, text);
+  return std::string(document.LocalNameOf(element)) + '=' + WithoutSpace(ToUtf8(text));
+}
 
 // Random damage to a sample: we and the two others must agree on whether it is a document, and, if
 // it is, on every element's name and text.
@@ -195,40 +156,16 @@ TEST(Reader, AgreesWithOthersOnDamagedDocuments) {
     if (!expected) continue;
     ++accepted;
     const Document document(bytes);
-    std::vector<std::string> names;
+    std::vector<std::string> elements;
     for (NodeIndex i = 1; i < document.NodeCount(); ++i) {
-      if (document.IsElement(i)) names.emplace_back(document.LocalNameOf(i));
+      if (document.IsElement(i)) elements.push_back(NameAndText(document, i));
     }
-    const std::vector<std::string> texts = testing::LibxmlTexts(bytes);
-    ASSERT_EQ(texts.size(), names.size());
-    for (std::size_t i = 0; i < names.size(); ++i) {
-      ASSERT_EQ(texts[i].substr(0, texts[i].find('=')), names[i]) << bytes;
-    }
+    const std::vector<std::string> expected_elements = testing::LibxmlTexts(bytes);
+    ASSERT_EQ(expected_elements.size(), elements.size()) << bytes;
+    for (std::size_t i = 0; i < elements.size(); ++i)
+      ASSERT_EQ(WithoutSpace(expected_elements[i]), elements[i]) << bytes;
   }
   EXPECT_GT(accepted, 1000);  // else nothing was compared
-}
-
-// What a host's thread has for all this is little stack.
-TEST(Reader, NestingNeedsNoStack) {
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 256 * 1024));
-  pthread_t thread;
-  const auto body = [](void*) -> void* {
-    constexpr int kDepth = 1000000;
-    std::string bytes;
-    for (int i = 0; i < kDepth; ++i) bytes += "<a>";
-    bytes += "x";
-    for (int i = 0; i < kDepth; ++i) bytes += "</a>";
-    const Document document(std::move(bytes));
-    std::u16string text;
-    document.AppendText(document.Root(), text);
-    EXPECT_EQ(u"x", text);
-    return nullptr;
-  };
-  ASSERT_EQ(0, pthread_create(&thread, &attributes, body, nullptr));
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
 }
 
 }  // namespace
