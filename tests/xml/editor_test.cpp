@@ -5,6 +5,7 @@
 #include <map>
 #include <random>
 #include <set>
+#include <sstream>
 
 #include "xml/error.h"
 #include "xml/path.h"
@@ -13,82 +14,64 @@
 namespace sab::xml {
 namespace {
 
-// An edit of the element at a path: + appends <n>1</n>, * appends text and an element, = sets a
-// text,
-// - removes.
-struct Edit {
-  char kind;
-  const char* path;
-};
-constexpr Edit kAppend{'+', "r/g"};
-constexpr Edit kText{'=', "r/g"};
-constexpr Edit kRemove{'-', "r/g"};
-constexpr Edit kRemoveLast{'-', "r/g/b"};
-
-void Apply(const Edit& edit, const Document& document, Editor& editor) {
-  const NodeIndex element = SelectFirst(document, edit.path);
-  if (edit.kind == '+') editor.Append(element, "n", u"1");
-  if (edit.kind == '*') editor.Append(element, "n", u"t").Append("m", u"1");
-  if (edit.kind == '=') editor.SetText(element, u"<&>");
-  if (edit.kind == '-') editor.Remove(element);
+// Edits are a sign and a path each: + appends <n>1</n>, * appends text and an element, = sets a
+// text, - removes.
+void Apply(const std::string& edits, const Document& document, Editor& editor) {
+  std::istringstream words(edits);
+  for (std::string edit; words >> edit;) {
+    const NodeIndex element = SelectFirst(document, edit.substr(1));
+    if (edit[0] == '+') editor.Append(element, "n", u"1");
+    if (edit[0] == '*') editor.Append(element, "n", u"t").Append("m", u"1");
+    if (edit[0] == '=') editor.SetText(element, u"<&>");
+    if (edit[0] == '-') editor.Remove(element);
+  }
 }
 
 TEST(Editor, EachEditChangesItsPlaceAndNothingElse) {
   const struct {
-    std::vector<Edit> edits;
+    const char* edits;
     const char* before;
     const char* after;
   } rows[] = {
       // Appended: in line, or on a line of its own.
-      {{kAppend}, "<r><g><a/></g></r>", "<r><g><a/><n>1</n></g></r>"},
-      {{kAppend}, "<r><g/></r>", "<r><g><n>1</n></g></r>"},
-      {{kAppend}, "<r><g a='1' /></r>", "<r><g a='1'><n>1</n></g></r>"},
-      {{kAppend},
-       "<r>\n\t<g>\n\t\t<a/>\n\t</g>\n</r>",
+      {"+r/g", "<r><g><a/></g></r>", "<r><g><a/><n>1</n></g></r>"},
+      {"+r/g", "<r><g/></r>", "<r><g><n>1</n></g></r>"},
+      {"+r/g", "<r><g a='1' /></r>", "<r><g a='1'><n>1</n></g></r>"},
+      {"+r/g", "<r>\n\t<g>\n\t\t<a/>\n\t</g>\n</r>",
        "<r>\n\t<g>\n\t\t<a/>\n\t\t<n>1</n>\n\t</g>\n</r>"},
-      {{kAppend},
-       "<r>\r\n  <g>\r\n    <a/>\r\n  </g>\r\n</r>",
+      {"+r/g", "<r>\r\n  <g>\r\n    <a/>\r\n  </g>\r\n</r>",
        "<r>\r\n  <g>\r\n    <a/>\r\n    <n>1</n>\r\n  </g>\r\n</r>"},
-      {{kAppend},
-       "<r>\n <g>\n  <a/>\n  <!-- c -->\n </g>\n</r>",
+      {"+r/g", "<r>\n <g>\n  <a/>\n  <!-- c -->\n </g>\n</r>",
        "<r>\n <g>\n  <a/>\n  <!-- c -->\n  <n>1</n>\n </g>\n</r>"},
-      {{kAppend}, "<r>\n    <g/>\n</r>", "<r>\n    <g>\n        <n>1</n>\n    </g>\n</r>"},
-      {{kAppend}, "<r>\n  <g>\n  </g>\n</r>", "<r>\n  <g>\n    <n>1</n>\n  </g>\n</r>"},
-      {{kAppend}, "<r>\n <g>text</g>\n</r>", "<r>\n <g>text<n>1</n></g>\n</r>"},
-      {{kAppend},
-       "<r>\n <g xml:space='preserve'><a/>\n </g>\n</r>",
+      {"+r/g", "<r>\n    <g/>\n</r>", "<r>\n    <g>\n        <n>1</n>\n    </g>\n</r>"},
+      {"+r/g", "<r>\n  <g>\n  </g>\n</r>", "<r>\n  <g>\n    <n>1</n>\n  </g>\n</r>"},
+      {"+r/g", "<r>\n <g>text</g>\n</r>", "<r>\n <g>text<n>1</n></g>\n</r>"},
+      {"+r/g", "<r>\n <g xml:space='preserve'><a/>\n </g>\n</r>",
        "<r>\n <g xml:space='preserve'><a/>\n <n>1</n></g>\n</r>"},
-      {{{'*', "r/g"}}, "<r>\n <g>\n </g>\n</r>", "<r>\n <g>\n  <n>t<m>1</m></n>\n </g>\n</r>"},
-      {{{'+', "r/g/b"}, kAppend},
-       "<r>\n <g>\n  <b/>\n </g>\n</r>",
+      {"*r/g", "<r>\n <g>\n </g>\n</r>", "<r>\n <g>\n  <n>t<m>1</m></n>\n </g>\n</r>"},
+      {"+r/g/b +r/g", "<r>\n <g>\n  <b/>\n </g>\n</r>",
        "<r>\n <g>\n  <b>\n   <n>1</n>\n  </b>\n  <n>1</n>\n </g>\n</r>"},
       // A text replaced, an element with its line removed.
-      {{kText}, "<r><g>a<b/>&amp;</g> </r>", "<r><g>&lt;&amp;&gt;</g> </r>"},
-      {{kText}, "<r><g  /></r>", "<r><g>&lt;&amp;&gt;</g></r>"},
-      {{kRemove}, "<r>\n  <g/>\n  <h/>\n</r>", "<r>\n  <h/>\n</r>"},
-      {{kRemove}, "<r><a/><g>x</g><h/></r>", "<r><a/><h/></r>"},
-      {{kRemove}, "<r>\r\n  <a/>\r\n  <g>\r\n  </g>  \r\n</r>", "<r>\r\n  <a/>\r\n</r>"},
+      {"=r/g", "<r><g>a<b/>&amp;</g> </r>", "<r><g>&lt;&amp;&gt;</g> </r>"},
+      {"=r/g", "<r><g  /></r>", "<r><g>&lt;&amp;&gt;</g></r>"},
+      {"-r/g", "<r>\n  <g/>\n  <h/>\n</r>", "<r>\n  <h/>\n</r>"},
+      {"-r/g", "<r><a/><g>x</g><h/></r>", "<r><a/><h/></r>"},
+      {"-r/g", "<r>\r\n  <a/>\r\n  <g>\r\n  </g>  \r\n</r>", "<r>\r\n  <a/>\r\n</r>"},
       // Several together.
-      {{kRemoveLast, kAppend},
-       "<r>\n  <g>\n    <a/>\n    <b/>\n  </g>\n</r>",
+      {"-r/g/b +r/g", "<r>\n  <g>\n    <a/>\n    <b/>\n  </g>\n</r>",
        "<r>\n  <g>\n    <a/>\n    <n>1</n>\n  </g>\n</r>"},
-      {{kRemoveLast, kAppend},
-       "<r>\n  <g>\n    <b/> \n  </g>\n</r>",
+      {"-r/g/b +r/g", "<r>\n  <g>\n    <b/> \n  </g>\n</r>",
        "<r>\n  <g>\n    <n>1</n>\n  </g>\n</r>"},
-      {{kRemoveLast, kAppend}, "<r><g><a/><b/></g></r>", "<r><g><a/><n>1</n></g></r>"},
-      {{kAppend, kText},
-       "<r>\n <g>\n  <a/>\n </g>\n</r>",
-       "<r>\n <g>&lt;&amp;&gt;<n>1</n></g>\n</r>"},
-      {{kAppend, kText},
-       "<r>\n <g a='/>' />\n</r>",
-       "<r>\n <g a='/>'>&lt;&amp;&gt;<n>1</n></g>\n</r>"},
-      {{{'=', "r/g/a"}, kAppend, kRemove}, "<r><g><a/></g></r>", "<r></r>"},
+      {"-r/g/b +r/g", "<r><g><a/><b/></g></r>", "<r><g><a/><n>1</n></g></r>"},
+      {"+r/g =r/g", "<r>\n <g>\n  <a/>\n </g>\n</r>", "<r>\n <g>&lt;&amp;&gt;<n>1</n></g>\n</r>"},
+      {"+r/g =r/g", "<r>\n <g a='/>' />\n</r>", "<r>\n <g a='/>'>&lt;&amp;&gt;<n>1</n></g>\n</r>"},
+      {"=r/g/a +r/g -r/g", "<r><g><a/></g></r>", "<r></r>"},
   };
   for (const auto& row : rows) {
     const Document document(row.before);
     Editor editor(document);
     EXPECT_EQ(row.before, editor.Serialise());
-    for (const Edit& edit : row.edits) Apply(edit, document, editor);
+    Apply(row.edits, document, editor);
     EXPECT_EQ(row.after, editor.Serialise());
   }
 }

@@ -64,17 +64,17 @@ TEST(Encoding, FilesAreReadAndWrittenInTheirOwn) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.encoding);
-    const std::string start = *row.encoding ? Declared(row.encoding) : "";
-    const std::string added = "<b>" + (row.written.empty() ? row.bytes : row.written) + "</b>";
     // Characters of several bytes before and behind the place of the change.
-    ExpectReadAndWritten(start + "<r k='" + row.bytes + "'>\r\n <!--" + row.bytes + "--><a>" +
-                             row.bytes + "</a>\r\n",
-                         "</r><!--" + row.bytes + "-->", row.text, added);
+    const std::string comment = "<!--" + row.bytes + "-->";
+    std::string before = *row.encoding ? Declared(row.encoding) : "";
+    before.append(comment).append("<r>\r\n <a>").append(row.bytes).append("</a>\r\n");
+    const std::string& written = row.written.empty() ? row.bytes : row.written;
+    ExpectReadAndWritten(before, "</r>" + comment, row.text, "<b>" + written + "</b>");
   }
   // A mark says more than the declaration.
-  for (const std::string& declaration : {std::string(), Declared("GB2312")}) {
-    ExpectReadAndWritten("\xEF\xBB\xBF" + declaration + "<r><a>\xE4\xB8\xAD</a>", "</r>", u"\u4E2D",
-                         "<b>\xE4\xB8\xAD</b>");
+  for (std::string marked : {"\xEF\xBB\xBF"s, "\xEF\xBB\xBF" + Declared("GB2312")}) {
+    marked += "<r><a>\xE4\xB8\xAD</a>";
+    ExpectReadAndWritten(marked, "</r>", u"\u4E2D", "<b>\xE4\xB8\xAD</b>");
   }
 }
 
