@@ -67,7 +67,7 @@ TEST(Encoding, FilesAreReadAndWrittenInTheirOwn) {
     // Characters of several bytes before and behind the place of the change.
     const std::string comment = "<!--" + row.bytes + "-->";
     std::string before = *row.encoding ? Declared(row.encoding) : "";
-    before.append(comment).append("<r>\r\n <a>").append(row.bytes).append("</a>\r\n");
+    before.append("<r>\r\n ").append(comment).append("<a>").append(row.bytes).append("</a>\r\n");
     const std::string& written = row.written.empty() ? row.bytes : row.written;
     ExpectReadAndWritten(before, "</r>" + comment, row.text, "<b>" + written + "</b>");
   }
@@ -83,14 +83,15 @@ TEST(Encoding, Utf16IsKnownByItsMarkOrItsFirstCharacters) {
     const std::string mark = is_big_endian ? "\xFE\xFF" : "\xFF\xFE";
     const std::string wide =
         is_big_endian ? "\x4E\x2D\xD8\x3D\xDD\x27"s : "\x2D\x4E\x3D\xD8\x27\xDD"s;
-    for (const std::string& start : {mark, mark + Widened(Declared("UTF-16"), is_big_endian),
-                                     Widened(Declared("utf-16"), is_big_endian),
-                                     mark + Widened(Declared("UCS-2"), is_big_endian)}) {
-      const auto widened = [is_big_endian](const char* ascii) {
-        return Widened(ascii, is_big_endian);
-      };
-      ExpectReadAndWritten(start + widened("<r><a>") + wide + widened("</a>"), widened("</r>"),
-                           u"\u4E2D\U0001F527", widened("<b>") + wide + widened("</b>"));
+    const auto around = [&](const char* start, const char* end) {
+      return Widened(start, is_big_endian).append(wide).append(Widened(end, is_big_endian));
+    };
+    for (std::string before : {mark, mark + Widened(Declared("UTF-16"), is_big_endian),
+                               Widened(Declared("utf-16"), is_big_endian),
+                               mark + Widened(Declared("UCS-2"), is_big_endian)}) {
+      before += around("<r><a>", "</a>");
+      ExpectReadAndWritten(before, Widened("</r>", is_big_endian), u"\u4E2D\U0001F527",
+                           around("<b>", "</b>"));
     }
   }
 }
