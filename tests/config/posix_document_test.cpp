@@ -2,14 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-
-#include "common/config_document.h"
-#include "config/temporary_folder.h"
-#include "platform/posix/file_calls.h"
+#include "config/document_fixture.h"
+#include "config/failing_calls.h"
 
 namespace sab {
 namespace {
+
+using PosixDocumentTest = DocumentTest;
 
 std::string Repeated(const std::string& text, int count) {
   std::string all;
@@ -17,78 +16,57 @@ std::string Repeated(const std::string& text, int count) {
   return all;
 }
 
-TEST(PosixDocument, NestingHasNoLimit) {
+TEST_F(PosixDocumentTest, NestingHasNoLimit) {
   constexpr int kLevels = 300000;
-  const TemporaryFolder folder;
   const std::string start = Repeated("<a>", kLevels);
   const std::string end = Repeated("</a>", kLevels);
-  folder.Write("deep.xml", start + "x" + end);
-  ConfigDocument document;
-  ASSERT_TRUE(document.Load(folder.Name("deep.xml")));
-  Text text;
-  EXPECT_EQ(ToUtf8(document.Root().ReadText(text)), "x");
+  Load(start + "x" + end);
+  EXPECT_EQ(TextOf(document_.Root()), "x");
   int levels = 0;
-  ConfigElement element = document.Root();
   ConfigElement innermost;
-  while (element) {
+  for (ConfigElement element = document_.Root(); element; element = *element.Children().begin()) {
     ++levels;
     innermost = element;
-    element = *element.Children().begin();
   }
   EXPECT_EQ(levels, kLevels);
   innermost.Append("b", OLESTR("y"));
-  document.Save(folder.Name("deep.xml"));
-  EXPECT_EQ(folder.Read("deep.xml"), start + "x<b>y</b>" + end);
+  EXPECT_EQ(Saved(), start + "x<b>y</b>" + end);
 }
 
-TEST(PosixDocument, PlacesAreExact) {
-  const TemporaryFolder folder;
-  folder.Write("good.xml", "<r>\r\n  <\u4E2D/><A/>\r\n</r>");
-  ConfigDocument document;
-  ASSERT_TRUE(document.Load(folder.Name("good.xml")));
-  const TextPosition position = document.Select("/r/A").Position();
+TEST_F(PosixDocumentTest, PlacesAreExact) {
+  Load("<r>\r\n  <\u4E2D/><A/>\r\n</r>");
+  const TextPosition position = document_.Select("/r/A").Position();
   EXPECT_EQ(position.line, 2U);
   EXPECT_EQ(position.column, 7U);
 
-  folder.Write("bad.xml", "<r>\n  <A>\n  </B>\n</r>");
-  EXPECT_FALSE(document.Load(folder.Name("bad.xml")));
-  EXPECT_EQ(document.Failure().position.line, 3U);
-  EXPECT_NE(document.Failure().Describe().find("bad.xml:3:"), std::string::npos);
+  folder_.Write("t.xml", "<r>\n  <A>\n  </B>\n</r>");
+  EXPECT_FALSE(document_.Load(name_));
+  EXPECT_NE(document_.Failure().Describe().find("t.xml:3:3"), std::string::npos);
 }
 
-TEST(PosixDocument, WindowsPathsOpenAndSave) {
-  const TemporaryFolder folder;
-  std::filesystem::create_directory(folder.Path("cfg"));
-  folder.Write("cfg/a.xml", "<r/>");
-  const Text name = folder.Name("cfg\\a.xml");
-  ConfigDocument document;
-  ASSERT_TRUE(document.Load(name));
-  document.Root().Append("A");
-  document.Save(name);
-  EXPECT_NE(folder.Read("cfg/a.xml").find("<A/>"), std::string::npos);
-  EXPECT_EQ(folder.Entries().size(), 1U);
+TEST_F(PosixDocumentTest, WindowsPathsOpenAndSave) {
+  std::filesystem::create_directory(folder_.Path("cfg"));
+  folder_.Write("cfg/a.xml", "<r/>");
+  name_ = folder_.Name("cfg\\a.xml");
+  ASSERT_TRUE(document_.Load(name_));
+  document_.Root().Append("A");
+  document_.Save(name_);
+  EXPECT_EQ(folder_.Read("cfg/a.xml"), "<r><A/></r>");
+  EXPECT_EQ(folder_.Entries().size(), 1U);
 }
 
-TEST(PosixDocument, FailedSaveLeavesTheFileAndCanBeRepeated) {
-  const TemporaryFolder folder;
-  folder.Write("t.xml", "<r></r>");
-  ConfigDocument document;
-  ASSERT_TRUE(document.Load(folder.Name("t.xml")));
-  document.Root().Append("A", OLESTR("1"));
-  const FileCalls calls = CurrentFileCalls();
-  CurrentFileCalls().fsync = [](int) {
-    errno = EIO;
-    return -1;
-  };
+TEST_F(PosixDocumentTest, FailedSaveLeavesTheFileAndCanBeRepeated) {
+  Load("<r></r>");
+  document_.Root().Append("A", OLESTR("1"));
   std::string message;
-  const HRESULT result = ResultOf([&] { document.Save(folder.Name("t.xml")); }, &message);
-  CurrentFileCalls() = calls;
-  EXPECT_EQ(result, static_cast<HRESULT>(0x8007045D));
+  {
+    const FailingCalls failing([](FileCalls& calls) { calls.fsync = Fail<EIO>; });
+    EXPECT_EQ(ResultOf([&] { Saved(); }, &message), static_cast<HRESULT>(0x8007045D));
+  }
   EXPECT_NE(message.find("t.xml"), std::string::npos) << message;
-  EXPECT_EQ(folder.Read("t.xml"), "<r></r>");
-  EXPECT_EQ(folder.Entries().size(), 1U);
-  document.Save(folder.Name("t.xml"));
-  EXPECT_EQ(folder.Read("t.xml"), "<r><A>1</A></r>");
+  EXPECT_EQ(folder_.Read("t.xml"), "<r></r>");
+  EXPECT_EQ(folder_.Entries().size(), 1U);
+  EXPECT_EQ(Saved(), "<r><A>1</A></r>");
 }
 
 }  // namespace

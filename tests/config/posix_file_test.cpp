@@ -5,31 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <functional>
-
-#include "base/com_error.h"
-#include "config/temporary_folder.h"
-#include "platform/file.h"
-#include "platform/posix/file_calls.h"
+#include "config/failing_calls.h"
+#include "config/file_results.h"
 
 namespace sab {
 namespace {
-
-std::string ReadOrReason(TextView name) {
-  std::string reason;
-  const auto bytes = ReadFileBytes(name, reason);
-  return bytes ? *bytes : "refused: " + reason;
-}
-
-HRESULT ResultOfReplacing(TextView name, std::string_view bytes) {
-  try {
-    ReplaceFileBytes(name, bytes);
-    return S_OK;
-  } catch (const ComError& error) {
-    return error.Code();
-  }
-}
 
 mode_t ModeOf(const std::filesystem::path& path) {
   struct stat status = {};
@@ -92,96 +72,68 @@ TEST(PosixFile, ModeIsKeptAndNewFilesObeyTheMask) {
 
 TEST(PosixFile, WhatMayNotBeWrittenIsNotReplaced) {
   const TemporaryFolder folder;
-  ASSERT_EQ(chmod(folder.Path("").c_str(), 0777), 0);
-  folder.Write("readonly", "old");
-  ASSERT_EQ(chmod(folder.Path("readonly").c_str(), 0444), 0);
+  const auto make = [&](const char* name, mode_t mode) {
+    if (!std::filesystem::exists(folder.Path(name))) folder.Write(name, "old");
+    EXPECT_EQ(chmod(folder.Path(name).c_str(), mode), 0) << name;
+  };
+  make("", 0777);
+  make("readonly", 0444);
   std::filesystem::create_directory(folder.Path("closed"));
-  folder.Write("closed/f", "old");
-  ASSERT_EQ(chmod(folder.Path("closed/f").c_str(), 0666), 0);
-  ASSERT_EQ(chmod(folder.Path("closed").c_str(), 0555), 0);
-
+  make("closed/f", 0666);
+  make("closed", 0555);
   // The superuser may write everything, so he becomes somebody else for the time of the calls.
   constexpr uid_t kNobody = 65534;
-  const bool is_superuser = geteuid() == 0;
-  if (is_superuser) {
-    ASSERT_EQ(seteuid(kNobody), 0);
-  }
+  const uid_t user = geteuid();
+  ASSERT_TRUE(user != 0 || seteuid(kNobody) == 0);
   const HRESULT read_only = ResultOfReplacing(folder.Name("readonly"), "x");
   const HRESULT closed = ResultOfReplacing(folder.Name("closed/f"), "x");
-  if (is_superuser) {
-    ASSERT_EQ(seteuid(0), 0);
-  }
-  EXPECT_EQ(read_only, static_cast<HRESULT>(0x80070005));
-  EXPECT_EQ(closed, static_cast<HRESULT>(0x80070005));
+  ASSERT_EQ(seteuid(user), 0);
+  make("closed", 0755);
+  EXPECT_EQ(read_only, kAccessDenied);
+  EXPECT_EQ(closed, kAccessDenied);
   EXPECT_EQ(folder.Read("readonly"), "old");
   EXPECT_EQ(folder.Read("closed/f"), "old");
-  ASSERT_EQ(chmod(folder.Path("closed").c_str(), 0755), 0);
 }
 
-// Lets one call of the system fail for the lifetime of the object.
-class FailingCalls {
- public:
-  explicit FailingCalls(const std::function<void(FileCalls&)>& change)
-      : saved_(CurrentFileCalls()) {
-    change(CurrentFileCalls());
-  }
-  FailingCalls(const FailingCalls&) = delete;
-  FailingCalls& operator=(const FailingCalls&) = delete;
-  ~FailingCalls() { CurrentFileCalls() = saved_; }
+ssize_t WriteOneByte(int file, const void* bytes, std::size_t) { return write(file, bytes, 1); }
 
- private:
-  FileCalls saved_;
-};
-
-template <int error>
-int Fail() {
-  errno = error;
-  return -1;
-}
-
-int writes_until_full;
+int calls_until_failure;
 
 TEST(PosixFile, WhateverCallFailsTheOldFileIsWhole) {
+  constexpr HRESULT kWriteProtected = static_cast<HRESULT>(0x80070013);
+  constexpr HRESULT kDiskFull = static_cast<HRESULT>(0x80070070);
+  constexpr HRESULT kDeviceError = static_cast<HRESULT>(0x8007045D);
   const struct {
-    const char* label;
     HRESULT code;
     void (*change)(FileCalls&);
   } rows[] = {
-      {"disk full at once", static_cast<HRESULT>(0x80070070),
+      {kDiskFull, [](FileCalls& calls) { calls.write = Fail<ENOSPC>; }},
+      {kDiskFull,
        [](FileCalls& calls) {
-         calls.write = [](int, const void*, std::size_t) -> ssize_t { return Fail<ENOSPC>(); };
-       }},
-      {"disk full after some bytes", static_cast<HRESULT>(0x80070070),
-       [](FileCalls& calls) {
-         writes_until_full = 3;
-         calls.write = [](int file, const void* bytes, std::size_t) -> ssize_t {
-           return writes_until_full-- > 0 ? write(file, bytes, 1) : Fail<ENOSPC>();
+         calls.write = [](int file, const void* bytes, std::size_t size) -> ssize_t {
+           return calls_until_failure-- > 0 ? WriteOneByte(file, bytes, size) : Fail<ENOSPC, int>();
          };
        }},
-      {"nothing is written", static_cast<HRESULT>(0x80070070),
+      {kDiskFull,
        [](FileCalls& calls) {
          calls.write = [](int, const void*, std::size_t) -> ssize_t { return 0; };
        }},
-      {"mode", static_cast<HRESULT>(0x80070005),
-       [](FileCalls& calls) { calls.fchmod = [](int, mode_t) { return Fail<EPERM>(); }; }},
-      {"flush", static_cast<HRESULT>(0x8007045D),
-       [](FileCalls& calls) { calls.fsync = [](int) { return Fail<EIO>(); }; }},
-      {"close", static_cast<HRESULT>(0x80070070),
+      {kDiskFull,
        [](FileCalls& calls) {
          calls.close = [](int file) {
            close(file);
-           return Fail<EDQUOT>();
+           return Fail<EDQUOT, int>();
          };
        }},
-      {"rename", static_cast<HRESULT>(0x80070013),
-       [](FileCalls& calls) {
-         calls.rename = [](const char*, const char*) { return Fail<EROFS>(); };
-       }},
+      {kAccessDenied, [](FileCalls& calls) { calls.fchmod = Fail<EPERM>; }},
+      {kDeviceError, [](FileCalls& calls) { calls.fsync = Fail<EIO>; }},
+      {kWriteProtected, [](FileCalls& calls) { calls.rename = Fail<EROFS>; }},
   };
   const TemporaryFolder folder;
   folder.Write("f", "old");
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.label);
+    SCOPED_TRACE(&row - rows);
+    calls_until_failure = 3;
     {
       const FailingCalls failing(row.change);
       EXPECT_EQ(ResultOfReplacing(folder.Name("f"), "new bytes"), row.code);
@@ -194,10 +146,10 @@ TEST(PosixFile, WhateverCallFailsTheOldFileIsWhole) {
 TEST(PosixFile, InterruptedAndShortWritesGoOn) {
   const TemporaryFolder folder;
   const FailingCalls failing([](FileCalls& calls) {
-    calls.write = [](int file, const void* bytes, std::size_t) -> ssize_t {
+    calls.write = [](int file, const void* bytes, std::size_t size) -> ssize_t {
       static bool interrupt = false;
       interrupt = !interrupt;
-      return interrupt ? Fail<EINTR>() : write(file, bytes, 1);
+      return interrupt ? Fail<EINTR, int>() : WriteOneByte(file, bytes, size);
     };
   });
   ReplaceFileBytes(folder.Name("f"), "bytes");
@@ -215,9 +167,8 @@ TEST(PosixFile, OwnerIsKeptOrTheReplacementRefused) {
   EXPECT_EQ(status.st_uid, 12345U);
   EXPECT_EQ(status.st_gid, 23456U);
 
-  const FailingCalls failing(
-      [](FileCalls& calls) { calls.fchown = [](int, uid_t, gid_t) { return Fail<EPERM>(); }; });
-  EXPECT_EQ(ResultOfReplacing(folder.Name("f"), "newer"), static_cast<HRESULT>(0x80070005));
+  const FailingCalls failing([](FileCalls& calls) { calls.fchown = Fail<EPERM>; });
+  EXPECT_EQ(ResultOfReplacing(folder.Name("f"), "newer"), kAccessDenied);
   EXPECT_EQ(folder.Read("f"), "new");
 }
 
