@@ -1,7 +1,6 @@
 # The manual page and the completions of shells, from what the program prints for --help. Only a
 # program that can be run here can be asked.
 if(NOT CMAKE_CROSSCOMPILING)
-  find_package(Python3 REQUIRED COMPONENTS Interpreter)
   set(help ${PROJECT_BINARY_DIR}/help)
   file(GLOB writers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/clidoc/*.py)
   add_custom_command(

@@ -11,7 +11,6 @@ else()
   set(SAB_MANIFESTS ${SAB_NATIVE_BUILD}/manifests/x86)
 endif()
 if(NOT CMAKE_CROSSCOMPILING)
-  find_package(Python3 REQUIRED COMPONENTS Interpreter)
   set(manifests ${PROJECT_BINARY_DIR}/manifests)
   foreach(architecture amd64 x86)
     add_custom_command(
