@@ -9,6 +9,7 @@
 
 #include "config/temporary_folder.h"
 #include "server/created_object.h"
+#include "server/registry_text.h"
 
 namespace sab::testing {
 namespace {
@@ -20,27 +21,15 @@ class HiveTest : public ::testing::Test {
   }
   ~HiveTest() override { setenv("SABCOM_REGISTRY", before_.c_str(), 1); }
 
-  static LSTATUS Write(const Text& key, const OLECHAR* name, const Text& text) {
+  static LSTATUS Write(const std::string& key, const OLECHAR* name, const Text& text) {
     HKEY opened = nullptr;
-    LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE,
-                                     nullptr, &opened, nullptr);
+    LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, FromUtf8(key).c_str(), 0, nullptr, 0,
+                                     KEY_WRITE, nullptr, &opened, nullptr);
     if (status != ERROR_SUCCESS) return status;
     status = RegSetValueExW(opened, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
                             static_cast<DWORD>((text.size() + 1) * sizeof(OLECHAR)));
     const LSTATUS closed = RegCloseKey(opened);
     return status != ERROR_SUCCESS ? status : closed;
-  }
-  static std::string Read(const Text& key, const OLECHAR* name) {
-    HKEY opened = nullptr;
-    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS) {
-      return "(no key)";
-    }
-    OLECHAR buffer[256] = {};
-    DWORD size = sizeof buffer;
-    const LSTATUS status =
-        RegQueryValueExW(opened, name, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer), &size);
-    RegCloseKey(opened);
-    return status == ERROR_SUCCESS ? ToUtf8(buffer) : "(no value)";
   }
 
   TemporaryFolder folder_;
@@ -48,10 +37,10 @@ class HiveTest : public ::testing::Test {
 };
 
 TEST_F(HiveTest, WhatIsWrittenIsReadWhateverTheCase) {
-  EXPECT_EQ(ERROR_SUCCESS, Write(OLESTR("Some\\Key"), nullptr, OLESTR("default")));
-  EXPECT_EQ(ERROR_SUCCESS, Write(OLESTR("some\\KEY"), OLESTR("Path"), OLESTR("C:\\a \"b\" 制图")));
-  EXPECT_EQ("default", Read(OLESTR("SOME\\key"), nullptr));
-  EXPECT_EQ("C:\\a \"b\" 制图", Read(OLESTR("Some\\Key"), OLESTR("pATH")));
+  EXPECT_EQ(ERROR_SUCCESS, Write("Some\\Key", nullptr, OLESTR("default")));
+  EXPECT_EQ(ERROR_SUCCESS, Write("some\\KEY", OLESTR("Path"), OLESTR("C:\\a \"b\" 制图")));
+  EXPECT_EQ("default", RegistryText("SOME\\key"));
+  EXPECT_EQ("C:\\a \"b\" 制图", RegistryText("Some\\Key", "pATH"));
   const std::string file = folder_.Read("registry.reg");
   EXPECT_NE(std::string::npos, file.find("[HKEY_CLASSES_ROOT\\Some\\Key]\n@=\"default\"\n"
                                          "\"Path\"=\"C:\\\\a \\\"b\\\" 制图\"\n"))
@@ -63,7 +52,7 @@ TEST_F(HiveTest, WhatIsWrittenIsReadWhateverTheCase) {
   DWORD size = 0;
   EXPECT_EQ(ERROR_FILE_NOT_FOUND, RegQueryValueExW(key, nullptr, nullptr, nullptr, nullptr, &size));
   EXPECT_EQ(ERROR_SUCCESS, RegCloseKey(key));
-  EXPECT_EQ("(no key)", Read(OLESTR("Some"), nullptr));
+  EXPECT_EQ("(none)", RegistryText("Some"));
 }
 
 TEST_F(HiveTest, ADamagedFileIsNamedAndKept) {
@@ -81,7 +70,7 @@ TEST_F(HiveTest, ADamagedFileIsNamedAndKept) {
   };
   for (const auto& row : rows) {
     folder_.Write("registry.reg", row.text);
-    EXPECT_EQ(ERROR_BADDB, Write(OLESTR("K"), nullptr, OLESTR("x"))) << row.text;
+    EXPECT_EQ(ERROR_BADDB, Write("K", nullptr, OLESTR("x"))) << row.text;
     EXPECT_NE(std::string::npos, TakeErrorDescription().find(row.message)) << row.message;
     EXPECT_EQ(row.text, folder_.Read("registry.reg"));
     CLSID clsid;
@@ -92,13 +81,14 @@ TEST_F(HiveTest, ADamagedFileIsNamedAndKept) {
 TEST_F(HiveTest, ProcessesThatWriteAtOnceLoseNothing) {
   constexpr int kProcesses = 4;
   constexpr int kKeys = 25;
+  const auto name = [](int process, int key) {
+    return 'P' + std::to_string(process) + "\\K" + std::to_string(key);
+  };
   for (int process = 0; process < kProcesses; ++process) {
     if (fork() != 0) continue;
     bool wrote_all = true;
-    for (int key = 0; key < kKeys; ++key) {
-      const Text name = FromUtf8("P" + std::to_string(process) + "\\K" + std::to_string(key));
-      wrote_all = wrote_all && Write(name, nullptr, OLESTR("x")) == ERROR_SUCCESS;
-    }
+    for (int key = 0; key < kKeys; ++key)
+      wrote_all &= Write(name(process, key), nullptr, OLESTR("x")) == ERROR_SUCCESS;
     _exit(wrote_all ? 0 : 1);
   }
   for (int process = 0; process < kProcesses; ++process) {
@@ -106,16 +96,12 @@ TEST_F(HiveTest, ProcessesThatWriteAtOnceLoseNothing) {
     wait(&status);
     EXPECT_EQ(0, status);
   }
-  for (int process = 0; process < kProcesses; ++process) {
-    for (int key = 0; key < kKeys; ++key) {
-      const Text name = FromUtf8("P" + std::to_string(process) + "\\K" + std::to_string(key));
-      EXPECT_EQ("x", Read(name, nullptr));
-    }
-  }
+  for (int i = 0; i < kProcesses * kKeys; ++i)
+    EXPECT_EQ("x", RegistryText(name(i / kKeys, i % kKeys)));
 }
 
 TEST_F(HiveTest, CreationFailsByTheReason) {
-  const Text class_key = OLESTR("CLSID\\{6E0D3B52-4C1F-4B7A-9C0E-52D4A8F1730B}\\InprocServer32");
+  const char* const class_key = "CLSID\\{6E0D3B52-4C1F-4B7A-9C0E-52D4A8F1730B}\\InprocServer32";
   const CLSID clsid = {
       0x6E0D3B52, 0x4C1F, 0x4B7A, {0x9C, 0x0E, 0x52, 0xD4, 0xA8, 0xF1, 0x73, 0x0B}};
   void* object = &object;

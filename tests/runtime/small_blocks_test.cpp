@@ -27,56 +27,43 @@ bool IsWhole(BSTR string) {
          reinterpret_cast<std::uintptr_t>(string) % 8 == 0;
 }
 
+// Strings come and go in any order. Where there are several threads, each frees what others
+// allocated, and ends while others still hold its strings.
 TEST(SmallBlocks, StringsOfEverySizeStandApart) {
-  std::mt19937 random(11);
-  std::vector<BSTR> strings;
-  for (int round = 0; round < 200000; ++round) {
-    const std::size_t place = random() % 3000;
-    if (place < strings.size()) {
-      ASSERT_TRUE(IsWhole(strings[place]));
-      SysFreeString(std::exchange(strings[place], NewString(random() % 300)));
-    } else {
-      strings.push_back(NewString(random() % 300));
-    }
-  }
-  for (const BSTR string : strings) {
-    ASSERT_TRUE(IsWhole(string));
-    SysFreeString(string);
-  }
-}
-
-// Each thread frees what others allocated, and ends while others still hold its strings.
-TEST(SmallBlocks, StringsWanderBetweenThreads) {
-  std::mutex mutex;
-  std::vector<BSTR> shared;
-  const auto work = [&](unsigned seed) {
-    std::mt19937 random(seed);
-    for (int round = 0; round < 3000; ++round) {
-      const BSTR mine = NewString(random() % 200);
-      BSTR other = nullptr;
-      {
-        const std::lock_guard lock(mutex);
-        shared.push_back(mine);
-        std::swap(shared[random() % shared.size()], shared.back());
-        if (shared.size() > 500) {
-          other = shared.back();
+  const struct {
+    unsigned threads;
+    unsigned generations;
+    int rounds;
+    std::size_t most;  // strings at a time
+  } rows[] = {{1, 1, 100000, 3000}, {4, 5, 3000, 500}};
+  for (const auto& row : rows) {
+    std::mutex mutex;
+    std::vector<BSTR> shared;
+    const auto work = [&](unsigned seed) {
+      std::mt19937 random(seed);
+      for (int round = 0; round < row.rounds; ++round) {
+        BSTR string = NewString(random() % 300);
+        {
+          const std::lock_guard lock(mutex);
+          shared.push_back(string);
+          std::swap(shared[random() % shared.size()], shared.back());
+          if (shared.size() <= row.most) continue;
+          string = shared.back();
           shared.pop_back();
         }
+        ASSERT_TRUE(IsWhole(string));
+        SysFreeString(string);
       }
-      if (other) {
-        EXPECT_TRUE(IsWhole(other));
-        SysFreeString(other);
-      }
+    };
+    for (unsigned generation = 0; generation < row.generations; ++generation) {
+      std::vector<std::thread> threads;
+      for (unsigned i = 0; i < row.threads; ++i) threads.emplace_back(work, generation * 10 + i);
+      for (std::thread& thread : threads) thread.join();
     }
-  };
-  for (unsigned generation = 0; generation < 5; ++generation) {
-    std::vector<std::thread> threads;
-    for (unsigned i = 0; i < 4; ++i) threads.emplace_back(work, generation * 10 + i);
-    for (std::thread& thread : threads) thread.join();
-  }
-  for (const BSTR string : shared) {
-    EXPECT_TRUE(IsWhole(string));
-    SysFreeString(string);
+    for (const BSTR string : shared) {
+      EXPECT_TRUE(IsWhole(string));
+      SysFreeString(string);
+    }
   }
 }
 

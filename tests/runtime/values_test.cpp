@@ -3,138 +3,77 @@
 #include <gtest/gtest.h>
 #include <sabxml/com.h>
 
-#include <cstring>
 #include <string>
+#include <vector>
 
 #include "base/bstr.h"
+#include "support/late_value.h"
 
 namespace sab::testing {
 namespace {
 
-VARIANT Number(VARTYPE type, LONGLONG value) {
-  VARIANT variant;
-  VariantInit(&variant);
-  variant.vt = type;
-  variant.llVal = value;
-  return variant;
+LateValue Number(VARTYPE type, LONGLONG bits) {
+  LateValue value;
+  value.Put()->vt = type;
+  value.Put()->llVal = bits;
+  return value;
 }
 
-VARIANT Real(VARTYPE type, double value) {
-  VARIANT variant;
-  VariantInit(&variant);
-  variant.vt = type;
-  if (type == VT_R4) {
-    variant.fltVal = static_cast<float>(value);
-  } else {
-    variant.dblVal = value;
-  }
-  return variant;
-}
-
-VARIANT Words(const OLECHAR* text) {
-  VARIANT variant;
-  VariantInit(&variant);
-  variant.vt = VT_BSTR;
-  variant.bstrVal = SysAllocString(text);
-  return variant;
-}
-
-// "type:value", or the failure.
-std::string Converted(VARIANT source, VARTYPE type, USHORT flags = 0) {
-  VARIANT result;
-  VariantInit(&result);
-  const HRESULT outcome = VariantChangeType(&result, &source, flags, type);
-  VariantClear(&source);
-  if (FAILED(outcome)) {
-    EXPECT_EQ(VT_EMPTY, result.vt);
-    return outcome == DISP_E_OVERFLOW       ? "overflow"
-           : outcome == DISP_E_TYPEMISMATCH ? "mismatch"
-                                            : "failure";
-  }
-  EXPECT_EQ(type, result.vt);
-  std::string text;
-  switch (type) {
-    case VT_BSTR:
-      text = "'" + ToUtf8(Bstr::ViewOf(result.bstrVal)) + "'";
-      break;
-    case VT_R8:
-      text = std::to_string(result.dblVal);
-      break;
-    case VT_R4:
-      text = std::to_string(result.fltVal);
-      break;
-    case VT_BOOL:
-    case VT_I2:
-      text = std::to_string(result.iVal);
-      break;
-    case VT_UI2:
-      text = std::to_string(result.uiVal);
-      break;
-    case VT_UI1:
-      text = std::to_string(result.bVal);
-      break;
-    case VT_UI4:
-      text = std::to_string(result.ulVal);
-      break;
-    case VT_I8:
-      text = std::to_string(result.llVal);
-      break;
-    default:
-      text = std::to_string(result.lVal);
-  }
-  VariantClear(&result);
-  return text;
+// The value as a text, or the failure.
+std::string Converted(const LateValue& source, VARTYPE type, USHORT flags = 0) {
+  LateValue result;
+  const HRESULT outcome =
+      VariantChangeType(result.Put(), const_cast<VARIANT*>(&source.Get()), flags, type);
+  EXPECT_EQ(SUCCEEDED(outcome) ? type : VARTYPE{VT_EMPTY}, result.Get().vt);
+  if (outcome == DISP_E_OVERFLOW) return "overflow";
+  if (outcome == DISP_E_TYPEMISMATCH) return "mismatch";
+  EXPECT_EQ(S_OK, outcome);
+  return result.Text();
 }
 
 TEST(Values, ConvertAsTheDocumentationSays) {
   const struct {
-    VARIANT source;
     VARTYPE type;
     const char* expected;
+    std::vector<LateValue> sources;
   } rows[] = {
-      {Number(VT_I4, -5), VT_BSTR, "'-5'"},
-      {Number(VT_UI4, 4000000000LL), VT_BSTR, "'4000000000'"},
-      {Number(VT_I8, -9007199254740993LL), VT_BSTR, "'-9007199254740993'"},
-      {Real(VT_R8, 0.1), VT_BSTR, "'0.1'"},
-      {Real(VT_R8, -2.0), VT_BSTR, "'-2'"},
-      {Real(VT_R8, 1e20), VT_BSTR, "'1E+20'"},
-      {Real(VT_R4, 0.1), VT_BSTR, "'0.1'"},
-      {Number(VT_BOOL, -1), VT_BSTR, "'-1'"},
-      {Number(VT_EMPTY, 0), VT_BSTR, "''"},
-      {Number(VT_EMPTY, 0), VT_I4, "0"},
-      {Number(VT_NULL, 0), VT_I4, "mismatch"},
-      {Words(OLESTR("42")), VT_I4, "42"},
-      {Words(OLESTR("  -42 ")), VT_I4, "-42"},
-      {Words(OLESTR("2.5")), VT_I4, "2"},
-      {Words(OLESTR("3.5")), VT_I4, "4"},
-      {Words(OLESTR("1e3")), VT_I4, "1000"},
-      {Words(OLESTR("")), VT_I4, "mismatch"},
-      {Words(OLESTR("12abc")), VT_I4, "mismatch"},
-      {Words(OLESTR("2147483648")), VT_I4, "overflow"},
-      {Words(OLESTR("0.25")), VT_R8, "0.250000"},
-      {Words(OLESTR("true")), VT_BOOL, "-1"},
-      {Words(OLESTR("False")), VT_BOOL, "0"},
-      {Words(OLESTR("#TRUE#")), VT_BOOL, "-1"},
-      {Words(OLESTR("2")), VT_BOOL, "-1"},
-      {Words(OLESTR("yes")), VT_BOOL, "mismatch"},
-      {Number(VT_I4, 70000), VT_I2, "overflow"},
-      {Number(VT_I4, -1), VT_UI2, "overflow"},
-      {Number(VT_I4, 300), VT_UI1, "overflow"},
-      {Number(VT_I4, 7), VT_BOOL, "-1"},
-      {Number(VT_I4, -1), VT_I8, "-1"},
-      {Real(VT_R8, 2.5), VT_I4, "2"},
-      {Real(VT_R8, -3.5), VT_I4, "-4"},
-      {Real(VT_R8, 1e300), VT_I8, "overflow"},
-      {Real(VT_R8, 1e300), VT_R4, "overflow"},
-      {Number(VT_BOOL, -1), VT_I4, "-1"},
-      {Number(VT_BOOL, -1), VT_R8, "-1.000000"},
+      {VT_I4, "42", {LateValue("42")}},
+      {VT_I4, "-42", {LateValue("  -42 ")}},
+      {VT_I4, "2", {LateValue("2.5"), LateValue(2.5)}},
+      {VT_I4, "4", {LateValue("3.5"), LateValue(3.5)}},
+      {VT_I4, "-4", {LateValue(-3.5)}},
+      {VT_I4, "1000", {LateValue("1e3")}},
+      {VT_I4, "0", {LateValue()}},
+      {VT_I4, "-1", {Number(VT_BOOL, -1)}},
+      {VT_I4, "mismatch", {LateValue(""), LateValue("12abc"), Number(VT_NULL, 0)}},
+      {VT_I4, "overflow", {LateValue("2147483648"), LateValue(2147483648.0)}},
+      {VT_I8, "-1", {Number(VT_I4, -1)}},
+      {VT_I8, "overflow", {LateValue(1e300)}},
+      {VT_I2, "overflow", {Number(VT_I4, 70000)}},
+      {VT_UI2, "overflow", {Number(VT_I4, -1)}},
+      {VT_UI1, "overflow", {Number(VT_I4, 300)}},
+      {VT_R8, "0.25", {LateValue("0.25")}},
+      {VT_R8, "-1", {Number(VT_BOOL, -1)}},
+      {VT_R4, "overflow", {LateValue(1e300)}},
+      {VT_BOOL, "-1", {LateValue("true"), LateValue("#TRUE#"), LateValue("2"), Number(VT_I4, 7)}},
+      {VT_BOOL, "0", {LateValue("False")}},
+      {VT_BOOL, "mismatch", {LateValue("yes")}},
+      {VT_BSTR, "0.1", {LateValue(0.1), Number(VT_R4, 0x3DCCCCCD)}},
+      {VT_BSTR, "-2", {LateValue(-2.0)}},
+      {VT_BSTR, "1E+20", {LateValue(1e20)}},
+      {VT_BSTR, "-5", {Number(VT_I4, -5)}},
+      {VT_BSTR, "-1", {Number(VT_BOOL, -1)}},
+      {VT_BSTR, "", {LateValue()}},
+      {VT_BSTR, "4000000000", {Number(VT_UI4, 4000000000LL)}},
+      {VT_BSTR, "-9007199254740993", {Number(VT_I8, -9007199254740993LL)}},
   };
-  int row_number = 0;
   for (const auto& row : rows) {
-    EXPECT_EQ(row.expected, Converted(row.source, row.type)) << "row " << row_number;
-    ++row_number;
+    for (const LateValue& source : row.sources) {
+      EXPECT_EQ(row.expected, Converted(source, row.type))
+          << row.type << " from " << source.Get().vt;
+    }
   }
-  EXPECT_EQ("'True'", Converted(Number(VT_BOOL, -1), VT_BSTR, VARIANT_ALPHABOOL));
+  EXPECT_EQ("True", Converted(Number(VT_BOOL, -1), VT_BSTR, VARIANT_ALPHABOOL));
 }
 
 TEST(Values, StringsKeepTheirLengthAndTheirZeros) {
@@ -157,29 +96,24 @@ TEST(Values, StringsKeepTheirLengthAndTheirZeros) {
 
 TEST(Values, ReferencesAreFollowedWhenCopiedSo) {
   LONG number = 11;
-  VARIANT reference = Number(VT_BYREF | VT_I4, 0);
-  reference.plVal = &number;
-  VARIANT outer = Number(VT_BYREF | VT_VARIANT, 0);
-  outer.pvarVal = &reference;
+  VARIANT inner = LateValue::Reference(VT_I4, &number).Get();
+  const LateValue outer = LateValue::Reference(VT_VARIANT, &inner);
   VARIANT copy;
   VariantInit(&copy);
-  EXPECT_EQ(S_OK, VariantCopy(&copy, &reference));
+  EXPECT_EQ(S_OK, VariantCopy(&copy, &inner));
   EXPECT_EQ(VT_BYREF | VT_I4, copy.vt);
-  EXPECT_EQ(S_OK, VariantCopyInd(&copy, &reference));
-  EXPECT_EQ(VT_I4, copy.vt);
-  EXPECT_EQ(11, copy.lVal);
-  EXPECT_EQ(S_OK, VariantCopyInd(&copy, &outer));
-  EXPECT_EQ(VT_I4, copy.vt);
+  for (const VARIANT& reference : {inner, outer.Get()}) {
+    EXPECT_EQ(S_OK, VariantCopyInd(&copy, &reference));
+    EXPECT_EQ(VT_I4, copy.vt);
+    EXPECT_EQ(11, copy.lVal);
+  }
 }
 
 TEST(Values, ArraysOwnTheirElements) {
   SAFEARRAY* const array = SafeArrayCreateVector(VT_BSTR, 5, 2);
   ASSERT_NE(nullptr, array);
   LONG index = 6;
-  {
-    const Bstr text(OLESTR("six"));
-    EXPECT_EQ(S_OK, SafeArrayPutElement(array, &index, text.Get()));
-  }
+  EXPECT_EQ(S_OK, SafeArrayPutElement(array, &index, Bstr(OLESTR("six")).Get()));
   SAFEARRAY* copy = nullptr;
   EXPECT_EQ(S_OK, SafeArrayCopy(array, &copy));
   for (SAFEARRAY* const each : {array, copy}) {
@@ -196,19 +130,19 @@ TEST(Values, ArraysOwnTheirElements) {
     Bstr text;
     EXPECT_EQ(S_OK, SafeArrayGetElement(each, &index, text.Put()));
     EXPECT_EQ("six", ToUtf8(text.View()));
-    LONG outside = 7;
-    EXPECT_EQ(DISP_E_BADINDEX, SafeArrayGetElement(each, &outside, text.Put()));
-    outside = 4;
-    EXPECT_EQ(DISP_E_BADINDEX, SafeArrayPutElement(each, &outside, nullptr));
+    for (LONG outside : {4, 7}) {
+      EXPECT_EQ(DISP_E_BADINDEX, SafeArrayGetElement(each, &outside, text.Put()));
+      EXPECT_EQ(DISP_E_BADINDEX, SafeArrayPutElement(each, &outside, nullptr));
+    }
     EXPECT_EQ(DISP_E_BADINDEX, SafeArrayGetUBound(each, 2, &upper));
   }
+  SAFEARRAYBOUND bound{3, 0};
+  BSTR* elements = nullptr;
   EXPECT_EQ(S_OK, SafeArrayLock(array));
   EXPECT_EQ(DISP_E_ARRAYISLOCKED, SafeArrayDestroy(array));
-  SAFEARRAYBOUND bound{3, 0};
   EXPECT_EQ(DISP_E_ARRAYISLOCKED, SafeArrayRedim(array, &bound));
   EXPECT_EQ(S_OK, SafeArrayUnlock(array));
   EXPECT_EQ(S_OK, SafeArrayRedim(array, &bound));
-  BSTR* elements = nullptr;
   EXPECT_EQ(S_OK, SafeArrayAccessData(array, reinterpret_cast<void**>(&elements)));
   EXPECT_EQ("six", ToUtf8(Bstr::ViewOf(elements[1])));
   EXPECT_EQ(nullptr, elements[2]);
