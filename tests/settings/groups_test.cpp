@@ -6,20 +6,12 @@
 #include <random>
 #include <set>
 
-#include "base/com_error.h"
-#include "config/temporary_folder.h"
-#include "config/wine.h"
 #include "dispatch_tables.h"
-#include "server/created_object.h"
 #include "settings/settings_groups.h"
-#include "settings/settings_object.h"
-#include "support/late_value.h"
+#include "settings/settings_test.h"
 
 namespace sab::testing {
 namespace {
-
-constexpr char kNode[] = "/Settings/Group";
-constexpr char kEmptyGroup[] = "<Settings>\n  <Group/>\n</Settings>\n";
 
 const InterfaceInfo& InterfaceOf(std::string_view class_name) {
   const std::string name = "I" + std::string(class_name);
@@ -42,11 +34,7 @@ std::vector<std::string> AllClasses() {
   return names;
 }
 
-class SettingsGroupsTest : public ::testing::Test {
- protected:
-  TemporaryFolder folder_;
-  Text file_ = folder_.Name("t.xml");
-};
+using SettingsGroupsTest = SettingsTest;
 
 TEST_F(SettingsGroupsTest, EveryPropertyHasItsKeyOrIsKnownToHaveNone) {
   // What is only in memory.
@@ -77,64 +65,26 @@ TEST_F(SettingsGroupsTest, EveryPropertyHasItsKeyOrIsKnownToHaveNone) {
   }
 }
 
-struct FreshRow {
-  const char* class_name;
-  std::size_t properties;  // with get and put
-  const char* elements;
-};
-
-// The keys in the order of the file, with the values of an object that nobody has touched.
-constexpr FreshRow kFresh[] = {
-    {"VeDisplayCfgParser", 39,
-     "ObscuredColor=0 ZoomFactor=0 DragMode=0 PtMode=0 PtSize=0 CursorSize=0 BigCursor=0 "
-     "ShowViewFrm=0 CurCoordColor=0 ModelBkColor=0 LayoutBkColor=0 InCurCoordColor=0 "
-     "HighLightColor=0 HighLightUseBkColor=0 CursorColor=0 MinTxtShowSize=0 UCSDispCtrl=0 "
-     "UCSDispColor=0 LineWidthDispScale=0.000000 LWMmToPixels=0.000000 DisplayByLineWidth=0 "
-     "GlobalLnTypeScale=0.000000 RubberLnColor=0 UCSIconStyle=0 UCSIconSize=0 UCSIconWidth=0 "
-     "UserInputMark=0 HatchLineDensity=10000 AccelerateWhileZoom=-1 UndoDisplayOpt=0 "
-     "SaveDisplayOpt=0 DefLineWidthDispScale=1.200000 DefLWMmToPixels=6.000000 XRefFadeVal=0 "
-     "RefEditFadeVal=0 LayLockFadeVal=0 XRefFadeCtl=0 RefEditFadeCtl=0 LayLockFadeCtl=0"},
-    {"VeTxtParser", 11,
-     "DefChsFont=fangsong_GB2312 DefWestFont=fangsong_GB2312 TxtMirrorMode=0 InCodePage=936 "
-     "OutCodePage=936 ExplodeByOneself=-1 IsUseEditBckClr=0 TxtEditBckClr=16777215 "
-     "IsUseEditSelClr=0 TxtEditSelClr=7355920 DefTxtHei=3.500000"},
-    {"VeSelectCfgParser", 34,
-     "GripColor=0 PickBoxSize=0 PickBoxColor=0 GripSize=0 GripObjLimit=0 RKeyActionMode=0 "
-     "SpaceKeyActiveCmd=0 CmdInteractionMode=0 CmdContinueMode=0 RKeyCmdMode=0 RKeyEditMode=0 "
-     "RKeyAnnotateMode=0 SpaceKeyAcceMenuMode=0 AcceleratorEffect=0 StretchGripParseMode=0 "
-     "SelectionPreview=0 SelectAllLayer=0 SelectAllLnType=0 SelectAllColor=0 IncludeTypes= "
-     "ExcludeTypes= ExceptiveColors= IncludeTypeIDs= ExcludeTypeIDs= SndRKeyEditMode=0 "
-     "PopupNoteWhenModifyLocalData=0 WheelZoomMode=0 GraphicDim=0"},
-    {"VeFilePathCfgParser", 16,
-     "AutoSaveFilePath= ShapeFilePath= FormulaCurPath= TmplFilePath= LibraryPath= LogFilePath= "
-     "DesignCenterFavorite= XRefPath= FileSavePath="},
-    {"VeSysParameterCfgParser", 42,
-     "TempPrefix= CmdInputHistoryMax=0 MaxReal=0.000000 FilePolicy=0 FilePathNamePolicy=0 "
-     "DefSaveFormat=0 GenBakupFile=0 UpdateView=0 DefChsFont= DefWestFont= DefFileName= SaveStep=0 "
-     "UndoRedoTimes=0 MergeStyle=0 MergeBlock=0 MergeScale=0 AutoLayer=0 AutoNameBlock=0 "
-     "SymbolOfDetailView=0 HideNewEntity=-1 MergeSameStyle=-1 RetainStyle{Layer= LineType= "
-     "TextStyle= DimStyle= LeadLineStyle= GeoMetricalSteyle= SurfaceFinishStyle= "
-     "WeldingSymbolStyle= DatumSymbolStyle= SectionLineStyle= itemNo.Style= BomStyle=} "
-     "AllMatchRule= ShowCfgStyleAtStart=0 OLEExport=0 UseDefTitleTpl=0 UseDefDKLTpl=0 "
-     "UseDefBKLTpl=0 DefTitleTpl= DefDKLTpl= DefBKLTpl= ParaTableNameStrategy=0 DefTitleName= "
-     "DefDKLName= DefBKLName= AllAutoLayerRule= IsOleExpByOpClr=0 IsChangeImage=0 "
-     "IsCheckDimDispData=-1 DefStandard=0 CurStandard=0 IsSymPrevDlgComBoReadOnly=0 "
-     "ProductVisualStyles= WeldDialogStyle=3 ToleDialogStyle=3 PDFOSnapFlag=0"},
-};
-
-TEST_F(SettingsGroupsTest, FreshObjectsSaveTheirDefaultsInFileOrder) {
-  for (const FreshRow& row : kFresh) {
-    SCOPED_TRACE(row.class_name);
-    const auto& members = InterfaceOf(row.class_name).members;
-    EXPECT_EQ(row.properties, static_cast<std::size_t>(std::count_if(
-                                  members.begin(), members.end(), [](const MemberInfo& member) {
-                                    return member.kind == MemberKind::kPropertyPut;
-                                  })));
-    folder_.Write("t.xml", kEmptyGroup);
-    SettingsObject object(row.class_name);
-    object.Call("ClearAutoLayerPair", {});  // what it starts with has a test of its own
-    ASSERT_EQ(S_OK, object.Save(file_, kNode));
-    EXPECT_EQ(row.elements, ElementsOf(file_, kNode));
+// The page of the settings' keys has the defaults and the order that are right.
+TEST_F(SettingsGroupsTest, FreshObjectsSaveTheirDefaultsInTheOrderOfTheTable) {
+  for (const SettingsGroup& group : SettingsGroups()) {
+    if (!CanSave(group)) continue;
+    SCOPED_TRACE(group.class_name);
+    Saved(LateObject(std::string(group.class_name)));
+    ConfigDocument document;
+    ASSERT_TRUE(document.Load(file_));
+    const SettingsFields fields = group.make_fields();
+    auto child = document.Select("/S/G").Children().begin();
+    for (const SettingsRow& row : group.rows()) {
+      if (!row.IsSaved()) continue;
+      ASSERT_TRUE(child != nullptr && (*child).Is(row.key)) << row.key;
+      Text text;
+      if (row.format) {
+        EXPECT_EQ(ToUtf8(row.format(fields.get())), ToUtf8((*child).ReadText(text))) << row.key;
+      }
+      ++child;
+    }
+    EXPECT_TRUE(child == nullptr);
   }
 }
 
@@ -194,8 +144,8 @@ TEST_F(SettingsGroupsTest, EveryPropertyComesBackAsItWasSaved) {
     if (!CanSave(group)) continue;
     SCOPED_TRACE(group.class_name);
     for (int round = 0; round < 20; ++round) {
-      SettingsObject saved{std::string(group.class_name)};
-      SettingsObject loaded{std::string(group.class_name)};
+      const LateObject saved{std::string(group.class_name)};
+      const LateObject loaded{std::string(group.class_name)};
       std::vector<std::pair<std::string, std::string>> expected;
       for (const SettingsRow& row : group.rows()) {
         const std::string property(row.property);
@@ -207,9 +157,8 @@ TEST_F(SettingsGroupsTest, EveryPropertyComesBackAsItWasSaved) {
         expected.emplace_back(property, comes_back ? saved.Get(property) : before);
       }
       EXPECT_EQ(PlainProperties(group), expected.size());
-      folder_.Write("t.xml", kEmptyGroup);
-      ASSERT_EQ(S_OK, saved.Save(file_, kNode));
-      ASSERT_EQ(S_OK, loaded.Load(file_, kNode));
+      Saved(saved);
+      ASSERT_EQ(S_OK, Load(loaded));
       for (const auto& [property, text] : expected)
         EXPECT_EQ(text, loaded.Get(property)) << property;
     }
@@ -226,14 +175,14 @@ TEST_F(SettingsGroupsTest, EveryKeyComesBackAsItWasSaved) {
       for (const SettingsRow& row : group.rows()) {
         if (row.parse) row.parse(saved.get(), FromUtf8(RandomText(row.type, random)));
       }
-      folder_.Write("t.xml", kEmptyGroup);
+      Write("<S><G/></S>");
       ConfigDocument document;
       ASSERT_TRUE(document.Load(file_));
-      AppendSettings(group.rows(), saved.get(), document.Select(FromUtf8(kNode)));
+      AppendSettings(group.rows(), saved.get(), document.Select("/S/G"));
       document.Save(file_);
       const SettingsFields loaded = group.make_fields();
       ASSERT_TRUE(document.Load(file_));
-      LoadSettings(group.rows(), loaded.get(), document, FromUtf8(kNode));
+      LoadSettings(group.rows(), loaded.get(), document, OLESTR("/S/G"));
       for (const SettingsRow& row : group.rows()) {
         if (!row.parse || row.use != SettingUse::kLoadedAndSaved) continue;
         EXPECT_EQ(ToUtf8(row.format(saved.get())), ToUtf8(row.format(loaded.get()))) << row.key;
@@ -242,141 +191,41 @@ TEST_F(SettingsGroupsTest, EveryKeyComesBackAsItWasSaved) {
   }
 }
 
-TEST_F(SettingsGroupsTest, OnlyTheseKeysGoOneWay) {
-  std::string one_way;
-  for (const SettingsGroup& group : SettingsGroups()) {
-    if (!CanSave(group)) continue;
-    for (const SettingsRow& row : group.rows()) {
-      if (!row.IsLoaded()) one_way += "saved only: " + std::string(row.key) + "\n";
-      if (!row.IsSaved()) one_way += "loaded only: " + std::string(row.key) + "\n";
-    }
-  }
-  EXPECT_EQ(
-      "saved only: TempPrefix\nsaved only: CmdInputHistoryMax\nsaved only: UndoRedoTimes\n"
-      "loaded only: DefVisualStyleID\n",
-      one_way);
-}
-
 TEST_F(SettingsGroupsTest, WhatEveryClassDoesWithFilesItCannotUse) {
-  struct Row {
-    const char* label;
+  const struct {
     const char* bytes;  // null for no file
     const char* node_path;
     HRESULT load;
     HRESULT save;
-  };
-  const Row rows[] = {
-      {"no file", nullptr, kNode, S_OK, S_OK},
-      {"no node", "<Settings >\r\n<!-- - --><Other/></Settings>", kNode, S_OK, S_OK},
-      {"not well-formed", "<Settings>\n<Group></Settings>", kNode, S_OK, kDocumentNotLoaded},
-      {"malformed path", kEmptyGroup, "/Settings[[", E_FAIL, E_FAIL},
-      {"malformed path and no file", nullptr, "/Settings[[", E_FAIL, E_FAIL},
+    const char* says;
+  } rows[] = {
+      {nullptr, "/S/G", S_OK, S_OK, ""},
+      {"<S >\r\n<!-- - --><Other/></S>", "/S/G", S_OK, S_OK, ""},
+      {"<S>\n<G></S>", "/S/G", S_OK, kDocumentNotLoaded, "t.xml:2:"},
+      {"<S><G/></S>", "/S[[", E_FAIL, E_FAIL, "/S[["},
+      {nullptr, "/S[[", E_FAIL, E_FAIL, "/S[["},
   };
   for (const std::string& name : AllClasses()) {
-    for (const Row& row : rows) {
-      SCOPED_TRACE(name + ": " + row.label);
+    for (const auto& row : rows) {
+      SCOPED_TRACE(name + ": " + (row.bytes ? row.bytes : "no file") + row.node_path);
       const TemporaryFolder folder;
       if (row.bytes) folder.Write("t.xml", row.bytes);
-      SettingsObject object(name);
-      const bool can_save = name != "VeAutoUpdateAdminCfgParser";
-      EXPECT_EQ(row.load, object.Load(folder.Name("t.xml"), row.node_path));
-      EXPECT_EQ(can_save ? row.save : E_NOTIMPL, object.Save(folder.Name("t.xml"), row.node_path));
-      if (row.bytes) {
-        EXPECT_EQ(row.bytes, folder.Read("t.xml"));
+      const std::vector<std::string> arguments = {ToUtf8(folder.Name("t.xml")), row.node_path};
+      const LateObject object(name);
+      std::string failure;
+      EXPECT_EQ(row.load, object.Call("Load", arguments, &failure));
+      EXPECT_EQ(SUCCEEDED(row.load), failure.empty()) << failure;
+      if (name == "VeAutoUpdateAdminCfgParser") {
+        EXPECT_EQ(E_NOTIMPL, object.Call("Save", arguments));
       } else {
-        EXPECT_TRUE(folder.Entries().empty());
+        EXPECT_EQ(row.save, object.Call("Save", arguments, &failure));
+        EXPECT_NE(std::string::npos, failure.find(row.says)) << failure;
       }
+      EXPECT_EQ(row.bytes ? row.bytes : "", folder.Read("t.xml"));
+      EXPECT_EQ(row.bytes == nullptr, folder.Entries().empty());
     }
   }
 }
-
-TEST_F(SettingsGroupsTest, ARefusedSaveSaysWhereTheFileIsWrong) {
-  folder_.Write("t.xml", "<Settings>\n<Group></Settings>");
-  const auto parser = Created<IVeDisplayCfgParser>(CLSID_VeDisplayCfgParser);
-  ASSERT_EQ(kDocumentNotLoaded, parser->Save(Bstr(file_).Get(), Bstr(FromUtf8(kNode)).Get()));
-  const std::string description = TakeErrorDescription();
-  EXPECT_NE(std::string::npos, description.find("t.xml:2:")) << description;
-}
-
-TEST_F(SettingsGroupsTest, TheSecondSaveAddsAndTheFirstIsRead) {
-  folder_.Write("t.xml", kEmptyGroup);
-  SettingsObject object("VeDisplayCfgParser");
-  for (const char* value : {"7", "8"}) {
-    ASSERT_EQ(S_OK, object.Put("PtSize", value));
-    ASSERT_EQ(S_OK, object.Save(file_, kNode));
-  }
-  const std::string saved = ElementsOf(file_, kNode);
-  const std::size_t half = saved.size() / 2;
-  EXPECT_NE(std::string::npos, saved.substr(0, half).find("PtSize=7"));
-  EXPECT_NE(std::string::npos, saved.substr(half).find("PtSize=8"));
-  ASSERT_EQ(S_OK, object.Load(file_, kNode));
-  EXPECT_EQ("7", object.Get("PtSize"));
-}
-
-TEST_F(SettingsGroupsTest, ARepeatedNodeIsReadAsAWholeAndSavedToTheFirst) {
-  folder_.Write("t.xml",
-                "<Settings><Group><PtMode>1</PtMode></Group>"
-                "<Group><PtMode>2</PtMode><PtSize>3</PtSize></Group></Settings>");
-  SettingsObject object("VeDisplayCfgParser");
-  ASSERT_EQ(S_OK, object.Load(file_, kNode));
-  EXPECT_EQ("1", object.Get("PtMode"));
-  EXPECT_EQ("3", object.Get("PtSize"));
-  ASSERT_EQ(S_OK, object.Save(file_, kNode));
-  EXPECT_NE(std::string::npos, ElementsOf(file_, "/Settings/Group[1]").find("PtSize=3"));
-  EXPECT_EQ("PtMode=2 PtSize=3", ElementsOf(file_, "/Settings/Group[2]"));
-}
-
-std::string Utf16(const std::string& utf8) {
-  std::string bytes = "\xFF\xFE";
-  for (const OLECHAR unit : FromUtf8(utf8)) {
-    bytes += static_cast<char>(unit & 0xFF);
-    bytes += static_cast<char>(unit >> 8);
-  }
-  return bytes;
-}
-
-TEST_F(SettingsGroupsTest, FilesKeepTheirForm) {
-  const std::string head = "<Settings>\r\n\t<!-- kept -->\r\n\t<Group a='1'>";
-  const std::string tail = "</Group>\r\n\r\n\t<Other  />\r\n</Settings>\r\n";
-  struct Row {
-    const char* label;
-    std::string head;
-    std::string tail;
-    std::string font;  // as the file spells it
-    bool is_chinese;
-  };
-  const Row rows[] = {
-      {"CRLF", head, tail, "\r\n\t\t<DefChsFont>仿宋</DefChsFont>", false},
-      {"UTF-16", Utf16("<?xml version='1.0'?>" + head), Utf16(tail).substr(2),
-       Utf16("<DefChsFont>仿宋</DefChsFont>").substr(2), false},
-      {"GBK", "<?xml version='1.0' encoding='GBK'?>\r\n" + head, tail,
-       "\r\n\t\t<DefChsFont>\xB7\xC2\xCB\xCE</DefChsFont>", true},
-  };
-  for (const Row& row : rows) {
-    if (row.is_chinese && RunsUnderWine()) continue;  // its MSXML knows no Chinese encodings
-    SCOPED_TRACE(row.label);
-    folder_.Write("t.xml", row.head + row.tail);
-    SettingsObject object("VeTxtParser");
-    ASSERT_EQ(S_OK, object.Put("DefChsFont", "仿宋"));
-    ASSERT_EQ(S_OK, object.Save(file_, kNode));
-    const std::string saved = folder_.Read("t.xml");
-    EXPECT_TRUE(saved.starts_with(row.head));
-    EXPECT_TRUE(saved.ends_with(row.tail));
-    EXPECT_NE(std::string::npos, saved.find(row.font));
-    SettingsObject loaded("VeTxtParser");
-    ASSERT_EQ(S_OK, loaded.Load(file_, kNode));
-    EXPECT_EQ("仿宋", loaded.Get("DefChsFont"));
-  }
-}
-
-struct ConversionRow {
-  const char* class_name;
-  const char* key;
-  const char* property;
-  const char* text;    // in the file
-  const char* loaded;  // from the property
-  const char* saved;   // null where that is no question
-};
 
 TEST_F(SettingsGroupsTest, TextsAreConvertedAsFarAsTheirTypeReaches) {
   constexpr char kDisplay[] = "VeDisplayCfgParser";
@@ -384,81 +233,138 @@ TEST_F(SettingsGroupsTest, TextsAreConvertedAsFarAsTheirTypeReaches) {
   constexpr char kSystem[] = "VeSysParameterCfgParser";
   constexpr char kText[] = "VeTxtParser";
   constexpr char kUpdate[] = "VeAutoUpdateAdminCfgParser";
-  const ConversionRow rows[] = {
-      {kDisplay, "ObscuredColor", "ObscuredColor", "-16777216", "4278190080.000000", "-16777216"},
-      {kDisplay, "ObscuredColor", "ObscuredColor", "4278190080", "2147483647", "2147483647"},
-      {kDisplay, "ZoomFactor", "ZoomFactor", "65541", "5", "65541"},
-      {kDisplay, "ZoomFactor", "ZoomFactor", "-32769", "32767", "-32769"},
-      {kDisplay, "MinTxtShowSize", "MinTxtShowSize", "65541", "5", "5"},
-      {kDisplay, "MinTxtShowSize", "MinTxtShowSize", "32768", "-32768", "-32768"},
-      {kDisplay, "UCSIconWidth", "UCSIconLnWidth", "99999999999", "2147483647", "2147483647"},
-      {kDisplay, "UCSIconSize", "UCSIconSize", " \t12x", "12", "12"},
-      {kDisplay, "BigCursor", "BigCursor", "1", "1", "1"},
-      {kDisplay, "BigCursor", "BigCursor", "65535", "-1", "-1"},
-      {kDisplay, "BigCursor", "BigCursor", "true", "0", "0"},
-      {kDisplay, "GlobalLnTypeScale", "GlobalLnTypeScale", "0.1", "0.100000", "0.100000"},
-      {kDisplay, "GlobalLnTypeScale", "GlobalLnTypeScale", "16777217", "16777216.000000",
-       "16777216.000000"},
-      {kDisplay, "LWMmToPixels", "LineWidthConvertScale", "1e-7", "0.000000", "0.000000"},
-      {kDisplay, "LineWidthDispScale", "LineWidthDisplayScale", "2.5mm", "2.500000", "2.500000"},
-      {kDisplay, "HatchLineDensity", "HatchLineDensity", "-2147483649", "-2147483648",
-       "-2147483648"},
-      {kSelect, "PickBoxSize", "PickBoxSize", "65535", "65535", "65535"},
-      {kSelect, "PickBoxSize", "PickBoxSize", "-1", "65535", "65535"},
-      {kSelect, "RKeyActionMode", "RKeyActionMode", "-1", "-1", "-1"},
-      {kSelect, "GripObjLimit", "GripObjLimit", "-1", "4294967295.000000", "-1"},
-      {kSelect, "SelectAllLayer", "IsSelectAll_Layer", "1", "1", "1"},
-      {kSelect, "GraphicDim", "IsGraphicDim", "3", "3", "3"},
-      {kSystem, "GenBakupFile", "GenBakupFile", "1", "1", "1"},
-      {kSystem, "MergeSameStyle", "GetIsMergeSameStyle", "7", "-1", "-1"},
-      {kSystem, "MergeSameStyle", "GetIsMergeSameStyle", "0", "0", "0"},
-      {kSystem, "MergeSameStyle", "GetIsMergeSameStyle", "x", "0", "0"},
-      {kSystem, "MaxReal", "MaxReal", "1e15", "1000000000000000.000000", "1000000000000000.000000"},
-      {kSystem, "FilePathNamePolicy", "FilePathNamePolicy", "1", "1", "1"},
-      {kSystem, "DefVisualStyleID", "DefVisualStyle", " {A} ", "{A}", nullptr},
-      {kSystem, "TempPrefix", "TempPrefix", "lost", "", ""},
-      {kText, "InCodePage", "InCodePage", "936abc", "936", "936"},
-      {kText, "ExplodeByOneself", "IsExplodeByOneself", "1", "1", "1"},
-      {kText, "TxtEditBckClr", "TxtEditBckClr", "-1", "4294967295.000000", "-1"},
-      {kText, "DefTxtHei", "DefTxtHei", "0.0000006", "0.000001", "0.000001"},
-      {kUpdate, "DisableHttp", "DisableHttp", "1", "0", nullptr},
-      {kUpdate, "DisableHttp", "DisableHttp", "-1", "-1", nullptr},
-      {kUpdate, "ReadOnly", "ReadOnly", "", "0", nullptr},
-      {kUpdate, "Interval", "Interval", "INT_MAX", "2147483647", nullptr},
-      {kUpdate, "Interval", "Interval", "int_max", "0", nullptr},
-      {kUpdate, "Interval", "Interval", "30", "30", nullptr},
-      {kUpdate, "Server", "Server", " s ", "s", nullptr},
+  struct Conversion {
+    const char* text;    // in the file
+    const char* loaded;  // from the property
+    const char* saved;   // null where that is no question
   };
-  for (const ConversionRow& row : rows) {
-    SCOPED_TRACE(std::string(row.class_name) + " " + row.key + " = " + row.text);
-    folder_.Write("t.xml", "<S><G><" + std::string(row.key) + ">" + row.text + "</" + row.key +
-                               "></G><Saved/></S>");
-    SettingsObject object(row.class_name);
-    ASSERT_EQ(S_OK, object.Load(file_, "/S/G"));
-    EXPECT_EQ(row.loaded, object.Get(row.property));
-    if (!row.saved) continue;
-    ASSERT_EQ(S_OK, object.Save(file_, "/S/Saved"));
-    const std::string element = row.key + std::string("=") + row.saved + ' ';
-    EXPECT_NE(std::string::npos, (ElementsOf(file_, "/S/Saved") + ' ').find(element)) << element;
+  const struct {
+    const char* class_name;
+    const char* key;
+    const char* property;
+    std::vector<Conversion> conversions;
+  } rows[] = {
+      {kDisplay,
+       "ObscuredColor",
+       "ObscuredColor",
+       {{"-16777216", "4278190080.000000", "-16777216"},
+        {"4278190080", "2147483647", "2147483647"}}},
+      {kDisplay,
+       "ZoomFactor",
+       "ZoomFactor",
+       {{"65541", "5", "65541"}, {"-32769", "32767", "-32769"}}},
+      {kDisplay,
+       "MinTxtShowSize",
+       "MinTxtShowSize",
+       {{"65541", "5", "5"}, {"32768", "-32768", "-32768"}}},
+      {kDisplay, "UCSIconWidth", "UCSIconLnWidth", {{"99999999999", "2147483647", "2147483647"}}},
+      {kDisplay, "UCSIconSize", "UCSIconSize", {{" \t12x", "12", "12"}}},
+      {kDisplay,
+       "BigCursor",
+       "BigCursor",
+       {{"1", "1", "1"}, {"65535", "-1", "-1"}, {"true", "0", "0"}}},
+      {kDisplay,
+       "GlobalLnTypeScale",
+       "GlobalLnTypeScale",
+       {{"0.1", "0.100000", "0.100000"}, {"16777217", "16777216.000000", "16777216.000000"}}},
+      {kDisplay, "LWMmToPixels", "LineWidthConvertScale", {{"1e-7", "0.000000", "0.000000"}}},
+      {kDisplay,
+       "LineWidthDispScale",
+       "LineWidthDisplayScale",
+       {{"2.5mm", "2.500000", "2.500000"}}},
+      {kDisplay,
+       "HatchLineDensity",
+       "HatchLineDensity",
+       {{"-2147483649", "-2147483648", "-2147483648"}}},
+      {kSelect,
+       "PickBoxSize",
+       "PickBoxSize",
+       {{"65535", "65535", "65535"}, {"-1", "65535", "65535"}}},
+      {kSelect, "RKeyActionMode", "RKeyActionMode", {{"-1", "-1", "-1"}}},
+      {kSelect, "GripObjLimit", "GripObjLimit", {{"-1", "4294967295.000000", "-1"}}},
+      {kSelect, "SelectAllLayer", "IsSelectAll_Layer", {{"1", "1", "1"}}},
+      {kSelect, "GraphicDim", "IsGraphicDim", {{"3", "3", "3"}}},
+      {kSystem, "GenBakupFile", "GenBakupFile", {{"1", "1", "1"}}},
+      {kSystem,
+       "MergeSameStyle",
+       "GetIsMergeSameStyle",
+       {{"7", "-1", "-1"}, {"0", "0", "0"}, {"x", "0", "0"}}},
+      {kSystem,
+       "MaxReal",
+       "MaxReal",
+       {{"1e15", "1000000000000000.000000", "1000000000000000.000000"}}},
+      {kSystem, "FilePathNamePolicy", "FilePathNamePolicy", {{"1", "1", "1"}}},
+      {kSystem, "DefVisualStyleID", "DefVisualStyle", {{" {A} ", "{A}", nullptr}}},
+      {kSystem, "TempPrefix", "TempPrefix", {{"lost", "(null)", ""}}},
+      {kText, "InCodePage", "InCodePage", {{"936abc", "936", "936"}}},
+      {kText, "ExplodeByOneself", "IsExplodeByOneself", {{"1", "1", "1"}}},
+      {kText, "TxtEditBckClr", "TxtEditBckClr", {{"-1", "4294967295.000000", "-1"}}},
+      {kText, "DefTxtHei", "DefTxtHei", {{"0.0000006", "0.000001", "0.000001"}}},
+      {kUpdate, "DisableHttp", "DisableHttp", {{"1", "0", nullptr}, {"-1", "-1", nullptr}}},
+      {kUpdate, "ReadOnly", "ReadOnly", {{"", "0", nullptr}}},
+      {kUpdate,
+       "Interval",
+       "Interval",
+       {{"INT_MAX", "2147483647", nullptr}, {"int_max", "0", nullptr}, {"30", "30", nullptr}}},
+      {kUpdate, "Server", "Server", {{" s ", "s", nullptr}}},
+  };
+  for (const auto& row : rows) {
+    for (const auto& [text, loaded, saved] : row.conversions) {
+      const std::string key = row.key;
+      SCOPED_TRACE(key + " = " + text);
+      Write("<S><G><" + key + ">" + text + "</" + key + "></G><Saved/></S>");
+      const LateObject object(row.class_name);
+      ASSERT_EQ(S_OK, Load(object));
+      EXPECT_EQ(loaded, object.Get(row.property));
+      if (!saved) continue;
+      ASSERT_EQ(S_OK, Save(object, "/S/Saved"));
+      const std::string element = " " + key + "=" + saved + " ";
+      EXPECT_NE(std::string::npos, (" " + Elements("/S/Saved") + " ").find(element)) << element;
+    }
   }
 }
 
-TEST_F(SettingsGroupsTest, AnEmptyNodePathMeansTheDocument) {
-  folder_.Write("t.xml", "<Interval>5</Interval>");
-  SettingsObject object("VeAutoUpdateAdminCfgParser");
-  ASSERT_EQ(S_OK, object.Load(file_, ""));
-  EXPECT_EQ("5", object.Get("Interval"));
+TEST_F(SettingsGroupsTest, WhatALoadTakesAndLeaves) {
+  const struct {
+    const char* class_name;
+    const char* document;
+    const char* node_path;
+    const char* put;   // "Member=value", set before
+    const char* then;  // the same after the load
+  } rows[] = {
+      {"VeAutoUpdateAdminCfgParser", "<Interval>5</Interval>", "", "", "Interval=5"},
+      {"VeDisplayCfgParser",
+       "<S><G><PtMode>1</PtMode></G><G><PtMode>2</PtMode><PtSize>3</PtSize></G></S>", "/S/G",
+       "PtMode=7", "PtMode=1 PtSize=3"},
+      // A missing key leaves all but the merging of styles.
+      {"VeSysParameterCfgParser", "<S><G><DefStandard>4</DefStandard></G></S>", "/S/G",
+       "CurStandard=9 SetIsMergeSameStyle=0", "DefStandard=4 CurStandard=9 GetIsMergeSameStyle=-1"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.document);
+    Write(row.document);
+    const LateObject object(row.class_name);
+    for (const std::string& value : Split(row.put, ' ')) {
+      const auto parts = Split(value, '=');
+      EXPECT_TRUE(object.Put(parts[0], parts[1]) == S_OK ||
+                  object.Call(parts[0], {parts[1]}) == S_OK);
+    }
+    ASSERT_EQ(S_OK, Load(object, row.node_path));
+    for (const std::string& value : Split(row.then, ' ')) {
+      const std::string member = Split(value, '=')[0];
+      EXPECT_EQ(value, member + "=" + object.Get(member));
+    }
+  }
 }
 
-TEST_F(SettingsGroupsTest, AMissingKeyLeavesAllButTheMergingOfStyles) {
-  folder_.Write("t.xml", "<S><G><DefStandard>4</DefStandard></G></S>");
-  SettingsObject object("VeSysParameterCfgParser");
-  ASSERT_EQ(S_OK, object.Put("CurStandard", "9"));
-  ASSERT_EQ(S_OK, object.Call("SetIsMergeSameStyle", {"0"}));
-  ASSERT_EQ(S_OK, object.Load(file_, "/S/G"));
-  EXPECT_EQ("4", object.Get("DefStandard"));
-  EXPECT_EQ("9", object.Get("CurStandard"));
-  EXPECT_EQ("-1", object.Get("GetIsMergeSameStyle"));
+TEST_F(SettingsGroupsTest, ASaveAddsToTheFirstNode) {
+  Write("<S><G><PtSize>1</PtSize></G><G><PtSize>2</PtSize></G></S>");
+  const LateObject object("VeDisplayCfgParser");
+  ASSERT_EQ(S_OK, object.Put("PtSize", "8"));
+  ASSERT_EQ(S_OK, Save(object));
+  EXPECT_TRUE(Elements("/S/G[1]").starts_with("PtSize=1 ObscuredColor=0 ")) << Elements();
+  EXPECT_NE(std::string::npos, Elements("/S/G[1]").find(" PtSize=8 "));
+  EXPECT_EQ("PtSize=2", Elements("/S/G[2]"));
 }
 
 }  // namespace

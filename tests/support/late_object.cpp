@@ -1,0 +1,171 @@
+#include "support/late_object.h"
+
+#include <gtest/gtest.h>
+#include <sabxml/custom_print.h>
+
+#include <cstdio>
+
+#include "base/bstr.h"
+#include "common/conversions.h"
+#include "dispatch_tables.h"
+
+namespace sab::testing {
+namespace {
+
+std::string ResultText(HRESULT result) {
+  char code[16];
+  std::snprintf(code, sizeof code, "(0x%08X)", static_cast<unsigned>(result));
+  return code;
+}
+
+std::string InBrackets(const std::vector<std::string>& elements) {
+  std::string text;
+  for (const std::string& element : elements) text += (text.empty() ? "" : " ") + element;
+  return "[" + text + "]";
+}
+
+std::string TextOfArray(SAFEARRAY* array) {
+  std::vector<std::string> elements;
+  LONG lower = 0;
+  LONG upper = -1;
+  VARTYPE type = VT_EMPTY;
+  EXPECT_EQ(S_OK, SafeArrayGetVartype(array, &type));
+  EXPECT_EQ(S_OK, SafeArrayGetLBound(array, 1, &lower));
+  EXPECT_EQ(S_OK, SafeArrayGetUBound(array, 1, &upper));
+  EXPECT_EQ(0, lower);
+  for (LONG i = 0; i <= upper; ++i) {
+    LateValue element;
+    element.Put()->vt = type;
+    EXPECT_EQ(S_OK, SafeArrayGetElement(array, &i, &element.Put()->llVal));
+    elements.push_back(element.Text());
+  }
+  return InBrackets(elements);
+}
+
+std::string TextOfObject(IDispatch* object) {
+  if (!object) return "(null)";
+  const LateValue collection = LateValue::Of(object);
+  LPOLESTR walk[] = {const_cast<LPOLESTR>(OLESTR("GetHeadPosition"))};
+  DISPID id = DISPID_UNKNOWN;
+  if (FAILED(object->GetIDsOfNames(IID_NULL, walk, 1, 0, &id))) {
+    return "{" + LateObject(ComPtr<IDispatch>(object)).Told() + "}";
+  }
+  std::vector<std::string> elements;
+  for (int i = 0; i < collection.Count(); ++i) {
+    elements.push_back(LateObject(ComPtr<IDispatch>(object)).Get("Item", {std::to_string(i)}));
+  }
+  return InBrackets(elements);
+}
+
+std::string TextOf(const LateValue& value) {
+  const VARIANT& variant = value.Get();
+  if ((variant.vt & VT_ARRAY) != 0) return TextOfArray(variant.parray);
+  switch (variant.vt) {
+    case VT_EMPTY:
+      return "";
+    case VT_BSTR:
+      return variant.bstrVal ? ToUtf8(Bstr::ViewOf(variant.bstrVal)) : "(null)";
+    case VT_DISPATCH:
+      return TextOfObject(variant.pdispVal);
+    case VT_BOOL:
+      return std::to_string(variant.boolVal);
+    case VT_R4:
+      return ToUtf8(FormatFixed(static_cast<double>(variant.fltVal), 6));
+    case VT_R8:
+      return ToUtf8(FormatFixed(variant.dblVal, 6));
+    default:
+      return value.Text();
+  }
+}
+
+const InterfaceInfo& InterfaceOf(IDispatch& object) {
+  ComPtr<ITypeInfo> type;
+  TYPEATTR* attributes = nullptr;
+  EXPECT_EQ(S_OK, object.GetTypeInfo(0, LOCALE_USER_DEFAULT, type.Put()));
+  EXPECT_EQ(S_OK, type->GetTypeAttr(&attributes));
+  const GUID iid = attributes->guid;
+  type->ReleaseTypeAttr(attributes);
+  for (const InterfaceInfo* info : TheLibrary().interfaces) {
+    if (*info->iid == iid) return *info;
+  }
+  ADD_FAILURE() << "the type library has no such interface";
+  return *TheLibrary().interfaces.front();
+}
+
+}  // namespace
+
+CLSID RegisteredClassId(const std::string& class_name) {
+  if (class_name == "VeCustomPTParser") return CLSID_VeCustomPTParserRegistered;
+  for (const CoclassInfo& coclass : TheLibrary().coclasses) {
+    if (EqualsAscii(coclass.name, class_name)) return *coclass.clsid;
+  }
+  ADD_FAILURE() << "the type library has no class " << class_name;
+  return CLSID_NULL;
+}
+
+LateObject::LateObject(const std::string& class_name) {
+  EXPECT_EQ(S_OK, CoCreateInstance(RegisteredClassId(class_name), nullptr, CLSCTX_INPROC_SERVER,
+                                   IID_IDispatch, object_.PutVoid()))
+      << class_name;
+}
+
+// The code of a member's own failure is what counts, not that there was one.
+LateResult LateObject::Invoke(const std::string& member, WORD flags,
+                              const std::vector<std::string>& arguments) const {
+  LateResult result{};
+  result.code = E_POINTER;
+  if (!object_) return result;
+  Text wide = FromUtf8(member);
+  LPOLESTR names[] = {wide.data()};
+  DISPID id = DISPID_UNKNOWN;
+  result.code = object_->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
+  if (FAILED(result.code)) return result;
+  std::vector<LateValue> values(arguments.begin(), arguments.end());
+  result = testing::Call(*object_, id, flags, values);
+  if (result.code == DISP_E_EXCEPTION) result.code = result.scode;
+  return result;
+}
+
+HRESULT LateObject::Put(const std::string& property, const std::string& value) const {
+  return Invoke(property, DISPATCH_PROPERTYPUT, {value}).code;
+}
+
+HRESULT LateObject::Call(const std::string& method, const std::vector<std::string>& arguments,
+                         std::string* failure) const {
+  const LateResult result = Invoke(method, DISPATCH_METHOD, arguments);
+  if (failure) *failure = result.description;
+  return result.code;
+}
+
+std::string LateObject::Get(const std::string& member,
+                            const std::vector<std::string>& arguments) const {
+  const LateResult result = Invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
+  return FAILED(result.code) ? ResultText(result.code) : TextOf(result.value);
+}
+
+std::string LateObject::Told() const {
+  std::string told;
+  for (const MemberInfo& member : InterfaceOf(*object_.Get()).members) {
+    std::string name = ToUtf8(member.name);
+    if (member.parameters.size() != 1 || !member.parameters[0].IsRetval()) continue;
+    const std::string value = Get(name);
+    if (value.empty() || value == "(null)" || value == "0" || value == "[]") continue;
+    if (member.kind == MemberKind::kMethod && name.starts_with("Get")) name.erase(0, 3);
+    told += (told.empty() ? "" : " ") + name + "=" + value;
+  }
+  return told;
+}
+
+LateObject LateObject::Follow(const std::string& path) const {
+  LateObject reached(*this);
+  for (const std::string& step : Split(path, ' ')) {
+    const std::string member = step == "[0]" ? "GetHead" : step;
+    const LateResult result = reached.Invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {});
+    EXPECT_EQ(VT_DISPATCH, result.value.Get().vt) << path << ": " << step;
+    if (result.value.Get().vt != VT_DISPATCH) break;
+    reached = LateObject(ComPtr<IDispatch>(result.value.Get().pdispVal));
+  }
+  return reached;
+}
+
+}  // namespace sab::testing
