@@ -9,6 +9,7 @@
 #include "dispatch_tables.h"
 #include "settings/settings_groups.h"
 #include "settings/settings_test.h"
+#include "support/elements.h"
 
 namespace sab::testing {
 namespace {
@@ -312,14 +313,14 @@ TEST_F(SettingsGroupsTest, TextsAreConvertedAsFarAsTheirTypeReaches) {
     for (const auto& [text, loaded, saved] : row.conversions) {
       const std::string key = row.key;
       SCOPED_TRACE(key + " = " + text);
-      Write("<S><G><" + key + ">" + text + "</" + key + "></G><Saved/></S>");
+      Write(Nested("S", Nested("G/" + key, text) + "<Saved/>"));
       const LateObject object(row.class_name);
       ASSERT_EQ(S_OK, Load(object));
       EXPECT_EQ(loaded, object.Get(row.property));
       if (!saved) continue;
       ASSERT_EQ(S_OK, Save(object, "/S/Saved"));
-      const std::string element = " " + key + "=" + saved + " ";
-      EXPECT_NE(std::string::npos, (" " + Elements("/S/Saved") + " ").find(element)) << element;
+      const std::vector<std::string> elements = Split(Elements("/S/Saved"), ' ');
+      EXPECT_EQ(1, std::count(elements.begin(), elements.end(), key + "=" + saved)) << saved;
     }
   }
 }

@@ -51,7 +51,9 @@ std::string TextOfObject(IDispatch* object) {
     return "{" + LateObject(ComPtr<IDispatch>(object)).Told() + "}";
   }
   std::vector<std::string> elements;
-  for (int i = 0; i < collection.Count(); ++i) {
+  const int count = collection.Count();
+  elements.reserve(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
     elements.push_back(LateObject(ComPtr<IDispatch>(object)).Get("Item", {std::to_string(i)}));
   }
   return InBrackets(elements);
@@ -151,7 +153,8 @@ std::string LateObject::Told() const {
     const std::string value = Get(name);
     if (value.empty() || value == "(null)" || value == "0" || value == "[]") continue;
     if (member.kind == MemberKind::kMethod && name.starts_with("Get")) name.erase(0, 3);
-    told += (told.empty() ? "" : " ") + name + "=" + value;
+    if (!told.empty()) told += ' ';
+    told.append(name).append("=").append(value);
   }
   return told;
 }
