@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/dispatch_arguments.h"
 #include "common/error_edge.h"
 #include "dispatch_tables.h"
 #include "server/class_entry.h"
@@ -211,65 +212,45 @@ LateValue TextOrNull(const OLECHAR* text) {
   return value;
 }
 
-// A member with its arguments, for either way of calling it.
-class WrongCall {
- public:
-  WrongCall(const InterfaceInfo& owner, std::size_t index, const Misuse& misuse)
-      : owner_(owner), index_(index) {
-    for (const ParameterInfo& parameter : Info().parameters) {
-      const bool is_number = !parameter.type.is_array && !parameter.type.interface_ &&
-                             parameter.type.type != VT_USERDEFINED &&
-                             parameter.type.type != VT_BSTR;
-      // A handle is an address: only null can be wrong and harmless.
-      const LONG number = parameter.type.type == kUnsignedPointer ? 0 : misuse.number;
-      Slot& slot = slots_.emplace_back();
-      slot = {};
-      LateValue value;
-      if (is_number) {
-        slot.int64 = number;
-        value = LateValue(number);
-      } else if (parameter.type.type == VT_BSTR && !parameter.IsOut()) {
-        value = TextOrNull(misuse.text);
-        slot.text = value.Get().bstrVal;
-      }
-      if (!parameter.IsRetval()) arguments_.push_back(std::move(value));
+std::string InBraces(REFGUID guid) {
+  OLECHAR text[39];
+  StringFromGUID2(guid, text, 39);
+  return ToUtf8(text);
+}
+
+std::vector<LateValue> WrongArguments(const MemberInfo& member, const Misuse& misuse) {
+  std::vector<LateValue> arguments;
+  for (const ParameterInfo& parameter : member.parameters) {
+    if (parameter.IsRetval()) break;
+    const VARTYPE type = parameter.type.type;
+    const bool is_unsigned = type == VT_UI1 || type == VT_UI2 || type == VT_UI4;
+    LateValue value(is_unsigned ? std::max(misuse.number, LONG{0}) : misuse.number);
+    // A handle is an address: only null can be wrong and harmless.
+    if (type == kUnsignedPointer) value = LateValue(LONG{0});
+    if (type == VT_BSTR) value = TextOrNull(misuse.text);
+    if (type == VT_USERDEFINED) value = LateValue(InBraces(IID_NULL));
+    if (parameter.type.interface_) {
+      value = LateValue();
+      value.Put()->vt = VT_DISPATCH;
     }
+    arguments.push_back(std::move(value));
   }
+  return arguments;
+}
 
-  const MemberInfo& Info() const { return owner_.members[index_]; }
-
-  /// @param without which place of a result is null; one past the last parameter for all of them
-  HRESULT ThroughTable(IUnknown& object, std::size_t without) {
-    std::vector<Slot> slots = slots_;
-    for (std::size_t i = 0; i < slots.size(); ++i) {
-      slots[i].is_missing = without == i || without == slots.size();
-    }
-    const HRESULT outcome = CallNullable(owner_, &object, index_, slots.data());
-    for (std::size_t i = 0; i < slots.size(); ++i) {
-      const ParameterInfo& parameter = Info().parameters[i];
-      if (FAILED(outcome) || !parameter.IsOut()) continue;
-      if (parameter.type.is_array) {
-        if (slots[i].array) SafeArrayDestroy(slots[i].array);
-      } else if (parameter.type.interface_) {
-        if (slots[i].object) static_cast<IUnknown*>(slots[i].object)->Release();
-      } else if (parameter.type.type == VT_BSTR) {
-        SysFreeString(slots[i].text);
-      }
-    }
-    return outcome;
+/// @param without which place of a result is null; one past the last parameter for all of them
+HRESULT CallThroughTable(IUnknown& object, const InterfaceInfo& owner, std::size_t index,
+                         const std::vector<LateValue>& values, std::size_t without) {
+  const MemberInfo& member = owner.members[index];
+  const InvokeParameters given(values, member.kind == MemberKind::kPropertyPut);
+  DispatchArguments arguments(member, given.parameters);
+  EXPECT_EQ(S_OK, arguments.Prepare(nullptr));
+  const std::size_t count = member.parameters.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    arguments.Slots()[i].is_missing = without == i || without == count;
   }
-
-  LateResult LateBound(IDispatch& object) const {
-    static constexpr WORD kFlags[] = {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT};
-    return Call(object, Info().id, kFlags[static_cast<std::size_t>(Info().kind)], arguments_);
-  }
-
- private:
-  const InterfaceInfo& owner_;
-  std::size_t index_;
-  std::vector<Slot> slots_;
-  std::vector<LateValue> arguments_;
-};
+  return CallNullable(owner, &object, index, arguments.Slots());
+}
 
 // Of every member of every class: each place of a result null, and all; no text, an index outside,
 // a file that is not there. A call that fails says why, and no caller reads of an earlier failure.
@@ -289,15 +270,16 @@ TEST(Inventory, EveryFailureIsToldOnBothWays) {
       }
       return object;
     };
-    WrongCall call(owner, index, misuse);
+    const MemberInfo& member = owner.members[index];
+    const std::vector<LateValue> arguments = WrongArguments(member, misuse);
     const std::string source = "SabXmlParser." + std::string(entry.name) + ": ";
-    const std::size_t count = call.Info().parameters.size();
+    const std::size_t count = member.parameters.size();
     std::string told;
     for (std::size_t without = 0; without <= count + 1; ++without) {
       ComPtr<IUnknown> object;
       ASSERT_EQ(S_OK, fresh()->QueryInterface(iid, object.PutVoid()));
       LeaveEarlierError();
-      const HRESULT outcome = call.ThroughTable(*object, without);
+      const HRESULT outcome = CallThroughTable(*object, owner, index, arguments, without);
       const std::string error = ErrorAfter(*object, *owner.iid);
       if (SUCCEEDED(outcome)) {
         EXPECT_TRUE(error == "(none)" || error == kEarlier) << error;
@@ -312,7 +294,9 @@ TEST(Inventory, EveryFailureIsToldOnBothWays) {
 
     const auto object = fresh();
     LeaveEarlierError();
-    const LateResult late = call.LateBound(*object);
+    static constexpr WORD kFlags[] = {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT};
+    const LateResult late =
+        Call(*object, member.id, kFlags[static_cast<std::size_t>(member.kind)], arguments);
     if (late.code == DISP_E_EXCEPTION) {
       ++exceptions;
       EXPECT_EQ(told, late.source + ": " + late.description);
@@ -360,12 +344,6 @@ TEST(Inventory, EveryClassTellsOfItsOwnErrorsAlone) {
   outer->Release();
 }
 
-std::string InBraces(REFGUID guid) {
-  OLECHAR text[39];
-  StringFromGUID2(guid, text, 39);
-  return ToUtf8(text);
-}
-
 // What the registry has of a class, in one text.
 std::string RegisteredAs(const ClassEntry& entry) {
   const std::string key = "CLSID\\" + InBraces(*entry.clsid);
@@ -401,6 +379,10 @@ TEST(Inventory, EveryClassComesToTheRegistryAndGoes) {
   for (const ClassEntry& entry : ClassTable()) {
     EXPECT_EQ(ExpectedOf(entry), RegisteredAs(entry)) << entry.name;
   }
+  // A versioned name longer than 39 characters is cut.
+  EXPECT_EQ("SabXmlParser.VeAutoUpdateAdminCfgPars.1",
+            RegistryText("SabXmlParser.VeAutoUpdateAdminCfgParser\\CurVer"));
+  EXPECT_EQ(InBraces(kServerAppId), RegistryText("AppID\\SabXmlParser.DLL", "AppID"));
   EXPECT_EQ(S_OK, Server().Unregister());
   for (const ClassEntry& entry : ClassTable()) {
     EXPECT_EQ("(none)", RegisteredAs(entry)) << entry.name;

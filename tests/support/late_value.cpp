@@ -92,17 +92,18 @@ std::string LateValue::Text() const {
   return ToUtf8(Bstr::ViewOf(text.value_.bstrVal));
 }
 
+InvokeParameters::InvokeParameters(const std::vector<LateValue>& arguments, bool is_put) {
+  for (auto i = arguments.rbegin(); i != arguments.rend(); ++i) reversed.push_back(i->Get());
+  parameters = {reversed.data(), is_put ? &put : nullptr, static_cast<UINT>(reversed.size()),
+                is_put ? 1U : 0U};
+}
+
 LateResult Call(IDispatch& object, DISPID member, WORD flags,
                 const std::vector<LateValue>& arguments) {
-  std::vector<VARIANT> reversed;
-  for (auto i = arguments.rbegin(); i != arguments.rend(); ++i) reversed.push_back(i->Get());
-  DISPID put = DISPID_PROPERTYPUT;
-  const bool is_put = (flags & DISPATCH_PROPERTYPUT) != 0;
-  DISPPARAMS parameters{reversed.data(), is_put ? &put : nullptr,
-                        static_cast<UINT>(reversed.size()), is_put ? 1U : 0U};
+  InvokeParameters given(arguments, (flags & DISPATCH_PROPERTYPUT) != 0);
   EXCEPINFO exception{};
   LateResult result;
-  result.code = object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+  result.code = object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &given.parameters,
                               result.value.Put(), &exception, &result.bad_argument);
   result.scode = exception.scode;
   Bstr texts[3];

@@ -49,6 +49,17 @@ class LateValue {
   VARIANT value_;
 };
 
+/// Arguments as Invoke takes them: the last one first, and the value of a put named.
+struct InvokeParameters {
+  InvokeParameters(const std::vector<LateValue>& arguments, bool is_put);
+  InvokeParameters(const InvokeParameters&) = delete;
+  InvokeParameters& operator=(const InvokeParameters&) = delete;
+
+  std::vector<VARIANT> reversed;  ///< owned by the arguments
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS parameters;
+};
+
 /// What a late-bound call gives back.
 struct LateResult {
   HRESULT code;

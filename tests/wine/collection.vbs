@@ -1,10 +1,6 @@
-' A collection of accelerators, filled, walked by position and as scripts walk lists.
-' expect: 3 False
-' expect: F1 F2 F3
-' expect: F2 again
-' expect: after removing: F1 F3
-' expect: 2 elements, second F3
-' expect: the list changes meanwhile: F1 F3, and holds 0
+' A collection of accelerators as scripts walk lists.
+' expect: 3 elements, second F2
+' expect: the list changes meanwhile: F1 F2 F3, and holds 0
 ' expect: 9 There is no element of this index: the collection has 0 elements, counted from 0.
 
 Set accels = CreateObject("SabXmlParser.VePrsAccelColl")
@@ -13,23 +9,6 @@ For number = 1 To 3
   accel.Key = "F" & number
   accels.AddTail accel
 Next
-WScript.Echo accels.GetCount & " " & accels.IsEmpty
-
-Function Keys
-  Dim position, text
-  position = accels.GetHeadPosition
-  Do While position <> 0
-    text = text & " " & accels.GetNext(position).Key
-  Loop
-  Keys = Mid(text, 2)
-End Function
-
-WScript.Echo Keys
-middle = accels.FindIndex(1)
-WScript.Echo accels.GetAt(middle).Key & " again"
-accels.RemoveAt middle
-WScript.Echo "after removing: " & Keys
-
 WScript.Echo accels.Count & " elements, second " & accels.Item(1).Key
 line = ""
 For Each accel In accels
