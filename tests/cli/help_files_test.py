@@ -5,7 +5,9 @@ usage: help_files_test.py SABXML FOLDER_OF_THE_FILES
 """
 
 import os
+import pty
 import re
+import select
 import shutil
 import subprocess
 import sys
@@ -49,6 +51,21 @@ COMPLETIONS = [
     ("sabxml describe VePrsAccelC", ["VePrsAccelColl"], True),
     ("sabxml --registry f", ["first.xml", "folder"], True),
 ]
+
+
+# Writes down what zsh is about to offer.
+ZSH_SETUP = r"""PS1= PS2=; LISTMAX=0; unsetopt beep prompt_sp
+bindkey '^I' complete-word '^U' kill-buffer
+fpath=("$FUNCTIONS" $fpath); autoload -Uz compinit; compinit -u -D
+compadd() {
+  local -a words
+  case " $* " in
+    *" -"[OAD]" "*) ;;
+    *) builtin compadd -A words "$@"; print -rl -- $words >>~/offered ;;
+  esac
+  builtin compadd "$@"
+}
+"""
 
 
 class Files(unittest.TestCase):
@@ -130,15 +147,36 @@ class Files(unittest.TestCase):
     def test_zsh(self):
         if not shutil.which("zsh"):
             self.skipTest("zsh is not installed")
-        # Its completion works in an interactive line only; here it is loaded and its words read.
-        code, output, errors = run(
-            "zsh", "-f", "-c", 'fpath=("$1" $fpath); autoload -Uz compinit; compinit -u -D; '
-            'print $_comps[sabxml]; autoload +X _sabxml; source "$1/_sabxml" 2>/dev/null; '
-            'functions _sabxml_settings_diff', "zsh", FOLDER, env=self.environment)
-        self.assertEqual((0, ""), (code, errors))
-        self.assertEqual("_sabxml", output.splitlines()[0])
-        for text in ("--exit-code[", "--server[", "2:A:_files", "1:CLASS:_sabxml_classes"):
-            self.assertIn(text, output)
+        # Its completion works in an interactive line only, so one is typed on a terminal.
+        controller, terminal = pty.openpty()
+        environment = {**self.environment, "FUNCTIONS": str(FOLDER), "TERM": "dumb"}
+        with subprocess.Popen(["zsh", "-f", "-i"], cwd=self.folder, env=environment,
+                              stdin=terminal, stdout=terminal, stderr=terminal,
+                              start_new_session=True) as shell:
+            os.close(terminal)
+
+            def type_line(keys):
+                """Types the keys and waits until a command after them has been run."""
+                done = self.folder / "typed"
+                os.write(controller, (keys + f"\x15: >{done}\n").encode())
+                for _ in range(600):
+                    if select.select([controller], [], [], 0.05)[0]:
+                        os.read(controller, 65536)
+                    if done.exists():
+                        return done.unlink()
+                raise AssertionError(f"zsh does not answer to {keys!r}")
+
+            def complete(line):
+                type_line(f"{line}\t")
+                offered = self.folder / "offered"
+                words = offered.read_text(encoding="utf-8").split() if offered.exists() else []
+                offered.unlink(missing_ok=True)
+                return sorted({word.rstrip("/") for word in words})
+
+            type_line(ZSH_SETUP)
+            self.check_completions(complete)
+            shell.kill()
+        os.close(controller)
 
 
 if __name__ == "__main__":

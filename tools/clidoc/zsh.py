@@ -4,7 +4,7 @@
 def write(program):
     lines = [f"#compdef {program.name}",
              f'# Completion of {program.name} for zsh; generated from "{program.name} --help".', "",
-             f"_{program.name}_classes() {{",
+             f"_{program.name}_class_names() {{",
              f"  compadd -- ${{(f)\"$({program.name} classes 2>/dev/null | awk '{{print $1}}')\"}}",
              "}", ""]
     for command in reversed(list(program.all())):
@@ -47,7 +47,7 @@ def _option(name, option):
 
 def _positional(command, index):
     positional = command.positionals[index]
-    action = {"class": f"_{command.name}_classes", "file": "_files"}.get(positional.kind, " ")
+    action = {"class": f"_{command.name}_class_names", "file": "_files"}.get(positional.kind, " ")
     place = "*" if positional.is_repeated else str(index + 1)
     return _quoted(f"{place}:{_plain(positional.name)}:{action}")
 
