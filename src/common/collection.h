@@ -31,11 +31,11 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
     if (ScriptList::Has(member)) {
       SetErrorInfo(0, nullptr);
       const HRESULT outcome = InvokeMember(member, riid, flags, parameters, result, bad_argument);
-      if (outcome != DISP_E_BADINDEX) return outcome;
+      if (outcome != kSubscriptOutOfRange) return outcome;
       Base::Guarded([this] {
-        throw ComError(DISP_E_BADINDEX, "There is no element of this index: the collection has " +
-                                            std::to_string(items_.Count()) +
-                                            " elements, counted from 0.");
+        throw ComError(kSubscriptOutOfRange,
+                       "There is no element of this index: the collection has " +
+                           std::to_string(items_.Count()) + " elements, counted from 0.");
       });
       return RaiseFromInvoke(outcome, exception);
     }

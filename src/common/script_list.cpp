@@ -127,7 +127,7 @@ HRESULT ScriptList::GetItem(const VARIANTARG& index, VARIANT* result,
     return converted;
   }
   if (number.lVal < 0 || static_cast<std::size_t>(number.lVal) >= ItemCount()) {
-    return DISP_E_BADINDEX;
+    return kSubscriptOutOfRange;
   }
   result->pdispVal = ItemAt(static_cast<std::size_t>(number.lVal));
   result->pdispVal->AddRef();

@@ -12,6 +12,8 @@ namespace sab {
 class ScriptList {
  public:
   static constexpr DISPID kCount = 10001;  ///< far from the identifiers of the lists' own members
+  /// How languages of scripts know an index outside of a list: error 9 of Visual Basic.
+  static constexpr HRESULT kSubscriptOutOfRange = static_cast<HRESULT>(0x800A0009);
 
   virtual std::size_t ItemCount() const = 0;
   /// Not counted. @param index below ItemCount()
@@ -24,8 +26,8 @@ class ScriptList {
   }
 
   /// IDispatch::Invoke for one of these members. An index counts from zero; one that is out of
-  /// range is DISP_E_BADINDEX, which the list has words for. An enumerator walks the elements that
-  /// the list has at this moment.
+  /// range is kSubscriptOutOfRange, which the list puts into words. An enumerator walks the
+  /// elements that the list has at this moment.
   HRESULT InvokeMember(DISPID member, REFIID riid, WORD flags, const DISPPARAMS* parameters,
                        VARIANT* result, UINT* bad_argument) const noexcept;
 

@@ -74,6 +74,8 @@ FAILURES = [
      "ValueCount", ""),
     (lambda: new("VeAppParser").GenerateApp(1), sabxml.Error, 0x8002000E, "take 1 arg", ""),
     (lambda: new("VeProductCfgParser").Value(), sabxml.Error, 0x8002000E, "take 0 arg", ""),
+    (lambda: accelerators("A").Item(1), sabxml.Error, 0x800A0009, "the collection has 1 element",
+     "SabXmlParser.VePrsAccelColl"),
     (lambda: accelerators("A").GetAt("here"), sabxml.Error, 0x80020005, "argument 1 of GetAt", ""),
     (lambda: accelerators("A").AddTail(new("VeAppParser")), sabxml.Error, 0x80020005, "argument 1",
      ""),
@@ -179,6 +181,13 @@ class Collections(unittest.TestCase):
             collection.GetAt(position.value)
         collection.RemoveAt(second)
         self.assertEqual(["A", "C"], [accel.Key for accel in collection])
+
+    def test_a_walk_goes_on_whatever_becomes_of_the_collection(self):
+        collection, keys = accelerators("A", "B"), []
+        for accel in collection:  # only an enumerator can do that; positions would be gone
+            collection.RemoveAll()
+            keys.append(accel.Key)
+        self.assertEqual(["A", "B"], keys)
 
     def test_identity(self):
         collection = accelerators("A", "B")

@@ -61,39 +61,92 @@ TYPEKIND KindOf(ITypeInfo& info, GUID& guid) {
   return kind;
 }
 
-// What tools ask that show an object without knowing it.
-TEST(Inventory, EveryObjectLeadsToItsInterfaceAndItsClass) {
+// What tools ask that show an object without knowing it, and compilers of late-bound languages.
+void ExpectTypeInformation(IDispatch& object, const InterfaceInfo& expected) {
+  SCOPED_TRACE(ToUtf8(expected.name));
+  const IID& iid = *expected.iid;
+  ComPtr<IUnknown> own;
+  EXPECT_EQ(S_OK, object.QueryInterface(iid, own.PutVoid()));
+  ComPtr<IProvideClassInfo> provider;
+  ASSERT_EQ(S_OK, object.QueryInterface(IID_IProvideClassInfo, provider.PutVoid()));
+  EXPECT_EQ(&object, provider.As<IDispatch>().Get());
+  EXPECT_EQ(E_POINTER, provider->GetClassInfo(nullptr));
+
+  ComPtr<ITypeInfo> of_object;
+  ComPtr<ITypeInfo> of_class;
+  ComPtr<ITypeInfo> of_interface;
+  INT flags = 0;
+  HREFTYPE reference = 0;
+  ASSERT_EQ(S_OK, object.GetTypeInfo(0, LOCALE_USER_DEFAULT, of_object.Put()));
+  ASSERT_EQ(S_OK, provider->GetClassInfo(of_class.Put()));
+  EXPECT_EQ(S_OK, of_class->GetImplTypeFlags(0, &flags));
+  EXPECT_EQ(IMPLTYPEFLAG_FDEFAULT, flags);
+  ASSERT_EQ(S_OK, of_class->GetRefTypeOfImplType(0, &reference));
+  ASSERT_EQ(S_OK, of_class->GetRefTypeInfo(reference, of_interface.Put()));
+  GUID guid;
+  KindOf(*of_object.Get(), guid);
+  EXPECT_EQ(iid, guid);
+  KindOf(*of_interface.Get(), guid);
+  EXPECT_EQ(iid, guid);
+  EXPECT_EQ(TKIND_COCLASS, KindOf(*of_class.Get(), guid));
+  const auto classes = TheLibrary().coclasses;
+  EXPECT_TRUE(std::any_of(classes.begin(), classes.end(), [&](const CoclassInfo& coclass) {
+    return *coclass.clsid == guid && coclass.default_interface == &expected;
+  }));
+
+  ComPtr<ITypeComp> comp;
+  ASSERT_EQ(S_OK, of_object->GetTypeComp(comp.Put()));
+  ComPtr<ITypeInfo> found;
+  DESCKIND kind = DESCKIND_NONE;
+  BINDPTR bound{};
+  Text name = expected.members.empty() ? OLESTR("Load") : expected.members[0].name;
+  EXPECT_EQ(S_OK, comp->Bind(name.data(), 0, 0, found.Put(), &kind, &bound));
+  ASSERT_EQ(DESCKIND_FUNCDESC, kind) << ToUtf8(name);
+  found->ReleaseFuncDesc(bound.lpfuncdesc);
+}
+
+// A list gets an element of its kind.
+void FillIfList(IDispatch& object, const InterfaceInfo& info) {
+  for (const MemberInfo& member : info.members) {
+    if (TextView(member.name) != OLESTR("AddTail")) continue;
+    for (const ClassEntry& entry : ClassTable()) {
+      if (CoclassOf(entry)->default_interface != member.parameters[0].type.interface_) continue;
+      const LateValue item = LateValue::Of(New(entry).Get());
+      EXPECT_EQ(S_OK, Call(object, member.id, DISPATCH_METHOD, {item}).code);
+      return;
+    }
+  }
+}
+
+// Created objects, sub-objects, lists and elements of lists.
+TEST(Inventory, EveryObjectThatIsHandedOutLeadsToItsInterfaceAndItsClass) {
+  unsigned handed_out = 0;
   for (const ClassEntry& entry : ClassTable()) {
     SCOPED_TRACE(entry.name);
-    const CoclassInfo& coclass = *CoclassOf(entry);
-    const IID& iid = *coclass.default_interface->iid;
+    const InterfaceInfo& info = *CoclassOf(entry)->default_interface;
     const auto object = New(entry);
-    ComPtr<IUnknown> own;
-    EXPECT_EQ(S_OK, object->QueryInterface(iid, own.PutVoid()));
-    ComPtr<IProvideClassInfo> provider;
-    ASSERT_EQ(S_OK, object->QueryInterface(IID_IProvideClassInfo, provider.PutVoid()));
-    EXPECT_EQ(object, provider.As<IDispatch>());
-    EXPECT_EQ(E_POINTER, provider->GetClassInfo(nullptr));
-
-    ComPtr<ITypeInfo> of_object;
-    ComPtr<ITypeInfo> of_class;
-    ComPtr<ITypeInfo> of_interface;
-    INT flags = 0;
-    HREFTYPE reference = 0;
-    ASSERT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_USER_DEFAULT, of_object.Put()));
-    ASSERT_EQ(S_OK, provider->GetClassInfo(of_class.Put()));
-    EXPECT_EQ(S_OK, of_class->GetImplTypeFlags(0, &flags));
-    EXPECT_EQ(IMPLTYPEFLAG_FDEFAULT, flags);
-    ASSERT_EQ(S_OK, of_class->GetRefTypeOfImplType(0, &reference));
-    ASSERT_EQ(S_OK, of_class->GetRefTypeInfo(reference, of_interface.Put()));
-    GUID guid;
-    KindOf(*of_object.Get(), guid);
-    EXPECT_EQ(iid, guid);
-    KindOf(*of_interface.Get(), guid);
-    EXPECT_EQ(iid, guid);
-    EXPECT_EQ(TKIND_COCLASS, KindOf(*of_class.Get(), guid));
-    EXPECT_EQ(*coclass.clsid, guid);
+    ExpectTypeInformation(*object, info);
+    FillIfList(*object, info);
+    const auto check = [&](const MemberInfo& member, DISPID id,
+                           const std::vector<LateValue>& arguments) {
+      const InterfaceInfo* const wanted =
+          member.parameters.empty() ? nullptr : member.parameters.back().type.interface_;
+      if (!wanted || member.parameters.size() != 1 || !member.parameters[0].IsOut()) return;
+      const LateResult got = Call(*object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
+      const VARIANT& value = got.value.Get();
+      if (value.vt != VT_DISPATCH || !value.pdispVal) return;
+      ++handed_out;
+      ExpectTypeInformation(*value.pdispVal, *wanted);
+    };
+    for (const MemberInfo& member : info.members) {
+      // As scripts reach it, before a member takes it out.
+      if (TextView(member.name) == OLESTR("GetHead")) {
+        check(member, DISPID_VALUE, {LateValue(LONG{0})});
+      }
+      check(member, member.id, {});
+    }
   }
+  EXPECT_LT(110U, handed_out);
 }
 
 // How compilers of late-bound languages look members up.
