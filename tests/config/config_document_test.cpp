@@ -45,6 +45,8 @@ TEST_F(ConfigDocumentTest, TextOfAnElement) {
       {"<A><b>x</b><!-- q -->  <?p q?>y</A>", "x y"},
       {"<A><b>x</b> <![CDATA[y]]></A>", "x y"},
       {"<A><b/> <![CDATA[y]]> </A>", "y"},
+      {"<A><![CDATA[a\r\nb\rc]]></A>", "a\nb\nc"},
+      {"<A xml:space='preserve'>\r\n a</A>", "\n a"},
       {"<A xml:space='preserve'><b>x</b>  <c>y</c> </A>", "x  y "},
       {"<A xml:space='preserve'>  <b xml:space='default'> q </b> </A>", "   q  "},
   };

@@ -68,11 +68,11 @@ TEST_F(ConfigSaveTest, SavingTwiceKeepsBothAndTheFirstIsRead) {
 
 TEST_F(ConfigSaveTest, TextIsReplacedAndElementsAreRemovedInPlace) {
   Load("<r>\n  <A>1<!-- old --></A>\n  <B/>\n  <C>3</C>\n  <D>4</D><E/>\n</r>\n");
-  document_.Select("/r/A").SetText(OLESTR("x & y"));
+  document_.Select("/r/A").SetText(OLESTR("x & y\r"));
   document_.Select("/r/B").SetText(OLESTR("2"));
   document_.Select("/r/C").Remove();
   document_.Select("/r/D").Remove();
-  EXPECT_EQ(Saved(), "<r>\n  <A>x &amp; y</A>\n  <B>2</B>\n  <E/>\n</r>\n");
+  EXPECT_EQ(Saved(), "<r>\n  <A>x &amp; y&#13;</A>\n  <B>2</B>\n  <E/>\n</r>\n");
 }
 
 TEST_F(ConfigSaveTest, WithoutAnEditTheFileIsLeftAlone) {

@@ -27,7 +27,7 @@ TEST(Conversions, IntegersOfEveryWidth) {
       {0, {"\u200B5", "\u00B2", "\U0001D7D9"}},  // neither white space nor digits
       {1, {"1", "1e3"}},
       {-1, {"-1", " -1 ", "-1x", "-01", "-\uFF11"}},
-      {5, {"+5", "\u00A0\u3000\u20095"}},
+      {5, {"+5", "\u00A0\u202F\u3000\u20095"}},
       {7, {"007.9", "7mm"}},
       {-7, {" \t\r\n\v\f-7"}},
       {123, {"\uFF11\uFF12\u0663"}},
@@ -92,6 +92,10 @@ TEST(Conversions, FloatingPointNumbers) {
   }
   EXPECT_TRUE(std::isnan(ParseDouble(OLESTR("nan"))));
   EXPECT_TRUE(std::signbit(ParseDouble(OLESTR("-0"))));
+}
+
+TEST(Conversions, IllFormedUtf8IsReplaced) {
+  EXPECT_EQ(ToUtf8(FromUtf8("a\xED\xA0\x80\xFFz\xE4\xB8")), "a\uFFFD\uFFFD\uFFFD\uFFFDz\uFFFD");
 }
 
 TEST(Conversions, ValuesBecomeTexts) {

@@ -99,6 +99,7 @@ TEST(Dispatch, CallsThatDoNotFitGetTheirCode) {
       {"no object", kFind, DISPATCH_METHOD, {one, one, one}, DISP_E_TYPEMISMATCH, 2},
       {"missing but needed", kGetAt, DISPATCH_METHOD, {missing}, DISP_E_PARAMNOTOPTIONAL, 0},
       {"optional left out", kAddTail, DISPATCH_METHOD, {accel}, S_OK},
+      {"a place by value", kAddTail, DISPATCH_METHOD, {accel, one}, S_OK},
       {"optional said to be missing", kAddTail, DISPATCH_METHOD, {accel, missing}, S_OK},
   };
   for (const auto& row : rows) {

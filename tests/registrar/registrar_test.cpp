@@ -76,7 +76,7 @@ TEST(Registrar, WritesAndTakesBackWhatTheScriptSays) {
       {"ForceRemove", "HKCR { ForceRemove A = s 'x' { B } }",
        "remove A\ncreate A\nset A@ 1:x|\ncreate A\\B\n",
        "unset A@\nremove if empty A\\B\nremove A\n"},
-      {"Delete", "HKCR { Delete A }", "remove A\n", "remove A\n"},
+      {"Delete", "HKCR { Delete A = s 'x' }", "remove A\n", "remove A\n"},
       {"replacements", "HKCR { '%NAME%' = s '%NAME% %% %PERCENT%' }",
        "create Lathe\nset Lathe@ 1:Lathe % 100%|\n", "unset Lathe@\nremove if empty Lathe\n"},
       {"two roots", "HKCR { A } HKLM { B }", "create A\ncreate B\n",

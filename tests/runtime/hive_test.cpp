@@ -66,6 +66,7 @@ TEST_F(HiveTest, ADamagedFileIsNamedAndKept) {
       {"Windows Registry Editor Version 5.00\n[K]\n\"a\"=\"b\n",
        "registry.reg:3: the closing quote"},
       {"Windows Registry Editor Version 5.00\n[K]\n\"a\"=dword:xyz\n", "registry.reg:3: dword"},
+      {"Windows Registry Editor Version 5.00\n[K]\n\"a\"=dword:1z\n", "registry.reg:3: dword"},
       {"Windows Registry Editor Version 5.00\n[K]\n\"a\"=hex:1\n", "registry.reg:3: bytes"},
   };
   for (const auto& row : rows) {

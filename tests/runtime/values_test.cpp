@@ -161,6 +161,8 @@ TEST(Values, IdentifiersHaveOneText) {
   EXPECT_EQ(S_OK, CLSIDFromString(OLESTR("{6e0d3b52-4c1f-4b7a-9c0e-52d4a8f1730b}"), &parsed));
   EXPECT_EQ(guid, parsed);
   EXPECT_EQ(CO_E_CLASSSTRING, CLSIDFromString(OLESTR("{6e0d3b52}"), &parsed));
+  EXPECT_EQ(CO_E_CLASSSTRING,
+            CLSIDFromString(OLESTR("{6e0d3b52-4c1f-4b7a-9c0e-52d4a8f1730b}}"), &parsed));
   EXPECT_EQ(CO_E_CLASSSTRING, CLSIDFromString(OLESTR("No.Such.Name"), &parsed));
   EXPECT_EQ(S_OK, CLSIDFromProgID(OLESTR("SabXmlParser.VeAppParser"), &parsed));
   LPOLESTR name = nullptr;

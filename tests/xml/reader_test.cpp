@@ -100,6 +100,7 @@ TEST(Reader, JudgesAsOtherStrictReadersAndNamesThePlace) {
       EXPECT_EQ(is_good, LibxmlAccepts(bytes)) << bytes;
     }
   }
+  EXPECT_EQ("1:2", Refusal("<" + std::string(65536, 'a') + "/>"));
   // These are well-formed, and refused all the same: nothing may be declared, nothing fetched.
   EXPECT_EQ("1:1", Refusal("<!DOCTYPE a><a/>"));
   EXPECT_EQ("1:1", Refusal("<!DOCTYPE a SYSTEM 'file:///etc/passwd'><a/>"));
