@@ -102,7 +102,7 @@ TEST(Values, ReferencesAreFollowedWhenCopiedSo) {
   VariantInit(&copy);
   EXPECT_EQ(S_OK, VariantCopy(&copy, &inner));
   EXPECT_EQ(VT_BYREF | VT_I4, copy.vt);
-  for (const VARIANT& reference : {inner, outer.Get()}) {
+  for (VARIANT reference : {inner, outer.Get()}) {
     EXPECT_EQ(S_OK, VariantCopyInd(&copy, &reference));
     EXPECT_EQ(VT_I4, copy.vt);
     EXPECT_EQ(11, copy.lVal);
