@@ -1,6 +1,8 @@
 // sabxml: the command-line host of the component server, for people who write and maintain the
 // files that it reads.
 
+#include <cstdio>
+#include <exception>
 #include <iostream>
 
 #include "commands.h"
@@ -105,10 +107,13 @@ int Run(int argc, char** argv) {
 }  // namespace
 }  // namespace sabxml::cli
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   sabxml::cli::PrepareOutput();
   CoInitialize(nullptr);
   const int result = sabxml::cli::Run(argc, argv);
   CoUninitialize();
   return result;
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "sabxml: %s\n", error.what());
+  return 1;
 }

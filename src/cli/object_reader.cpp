@@ -293,6 +293,7 @@ void ObjectReader::Read(IDispatch& object, std::string_view name,
                         const std::vector<std::string>& only) {
   const Shape& shape = ShapeOf(object);
   std::vector<ReadableMember> selected;
+  selected.reserve(only.size());
   for (const std::string& wanted : only) selected.push_back(MemberNamed(shape, wanted));
   Enter(object, name, only.empty() ? nullptr : &selected);
   while (!frames_.empty()) Step();
