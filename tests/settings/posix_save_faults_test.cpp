@@ -7,10 +7,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <functional>
 #include <random>
 
-#include "config/temporary_folder.h"
-#include "platform/posix/file_calls.h"
+#include "config/failing_calls.h"
 #include "server/created_object.h"
 #include "settings/display_cfg_parser.h"
 #include "settings/file_path_cfg_parser.h"
@@ -32,57 +32,40 @@ ComPtr<typename Class::Interface> Linked() {
 }
 
 // The calls of the system that a save makes are counted, and one of them fails.
-struct Faults {
-  int calls = 0;
-  int failing = -1;
-
-  bool Strikes() { return calls++ == failing; }
-};
-Faults faults;
+int calls_made = 0;
+int failing_call = -1;
 FileCalls real_calls;
 
-template <class Result>
-Result Fail(int error) {
+bool Strikes(int error) {
+  if (calls_made++ != failing_call) return false;
   errno = error;
-  return static_cast<Result>(-1);
+  return true;
 }
 
-FileCalls FaultyCalls() {
-  FileCalls calls = real_calls;
+void MakeFaulty(FileCalls& calls) {
+  real_calls = calls;
   calls.write = [](int file, const void* bytes, std::size_t size) -> ssize_t {
     // Half of the bytes are written before the disk is full.
-    if (faults.Strikes()) return Fail<ssize_t>(ENOSPC);
-    return real_calls.write(file, bytes, size > 1 ? size / 2 : size);
+    return Strikes(ENOSPC) ? -1 : real_calls.write(file, bytes, size > 1 ? size / 2 : size);
   };
   calls.fchmod = [](int file, mode_t mode) {
-    return faults.Strikes() ? Fail<int>(EPERM) : real_calls.fchmod(file, mode);
+    return Strikes(EPERM) ? -1 : real_calls.fchmod(file, mode);
   };
-  calls.fsync = [](int file) { return faults.Strikes() ? Fail<int>(EIO) : real_calls.fsync(file); };
+  calls.fsync = [](int file) { return Strikes(EIO) ? -1 : real_calls.fsync(file); };
   calls.close = [](int file) {
     const int result = real_calls.close(file);
-    return faults.Strikes() ? Fail<int>(EIO) : result;
+    return Strikes(EIO) ? -1 : result;
   };
   calls.rename = [](const char* from, const char* to) {
-    return faults.Strikes() ? Fail<int>(EROFS) : real_calls.rename(from, to);
+    return Strikes(EROFS) ? -1 : real_calls.rename(from, to);
   };
-  return calls;
 }
 
 class SaveFaultsTest : public ::testing::Test {
  protected:
-  SaveFaultsTest() { real_calls = CurrentFileCalls(); }
-  ~SaveFaultsTest() override { CurrentFileCalls() = real_calls; }
-
   template <class Parser>
   HRESULT Save(Parser& parser) {
     return parser->Save(name_.Get(), node_.Get());
-  }
-
-  // The result of a call while so many allocations succeed, and no more.
-  template <class Call>
-  static HRESULT WithAllocations(long successes, const Call& call) {
-    const AllocationFaults failing(successes);
-    return call();
   }
 
   TemporaryFolder folder_;
@@ -95,16 +78,18 @@ TEST_F(SaveFaultsTest, EveryCallOfTheSystemMayFail) {
   EXPECT_EQ(S_OK, parser->put_DCBrowseHistory(Bstr(OLESTR("new")).Get()));
   int failures = 0;
   int late_failures = 0;
-  for (faults.failing = 0;; ++faults.failing) {
-    SCOPED_TRACE(faults.failing);
+  for (failing_call = 0;; ++failing_call) {
+    SCOPED_TRACE(failing_call);
     folder_.Write("t.xml", kBefore);
     folder_.Write("BrowseHistory.xml", "<old/>");
-    faults.calls = 0;
-    CurrentFileCalls() = FaultyCalls();
-    const HRESULT result = Save(parser);
-    CurrentFileCalls() = real_calls;
+    calls_made = 0;
+    HRESULT result = S_OK;
+    {
+      const FailingCalls faulty(&MakeFaulty);
+      result = Save(parser);
+    }
     EXPECT_EQ(2U, folder_.Entries().size());
-    if (faults.calls <= faults.failing) {
+    if (calls_made <= failing_call) {
       EXPECT_EQ(S_OK, result);
       break;
     }
@@ -129,42 +114,34 @@ TEST_F(SaveFaultsTest, EveryCallOfTheSystemMayFail) {
   EXPECT_EQ(2, late_failures);
 }
 
+// A save leaves the file as it was; a load leaves what is not read yet, and nothing half read.
 TEST_F(SaveFaultsTest, EveryAllocationMayFail) {
   const auto display = Linked<CVeDisplayCfgParser>();
   const auto system = Linked<CVeSysParameterCfgParser>();
   EXPECT_EQ(S_OK, system->InsertMatchRule(Bstr(OLESTR("k")).Get(), Bstr(OLESTR("v")).Get()));
-  for (IVeCfgParser* const parser :
-       {static_cast<IVeCfgParser*>(display.Get()), static_cast<IVeCfgParser*>(system.Get())}) {
-    long allocations = 0;
-    for (;; ++allocations) {
-      folder_.Write("t.xml", kBefore);
-      const HRESULT result =
-          WithAllocations(allocations, [&] { return parser->Save(name_.Get(), node_.Get()); });
-      if (result == S_OK) break;
-      ASSERT_EQ(E_OUTOFMEMORY, result) << allocations;
-      ASSERT_EQ(kBefore, folder_.Read("t.xml")) << allocations;
-      ASSERT_EQ(1U, folder_.Entries().size()) << allocations;
+  const auto count_failures = [&](const std::function<HRESULT()>& call) {
+    for (long allocations = 0;; ++allocations) {
+      const std::string before = folder_.Read("t.xml");
+      HRESULT result = S_OK;
+      {
+        const AllocationFaults failing(allocations);
+        result = call();
+      }
+      if (result == S_OK) return allocations;
+      EXPECT_EQ(E_OUTOFMEMORY, result) << allocations;
+      EXPECT_EQ(before, folder_.Read("t.xml")) << allocations;
+      EXPECT_EQ(1U, folder_.Entries().size()) << allocations;
+      INT keys = 0;
+      EXPECT_EQ(S_OK, system->get_MatchKeyCount(&keys));
+      EXPECT_EQ(1, keys) << allocations;
+      if (HasFailure()) return allocations;
     }
-    EXPECT_GT(allocations, 50);
-  }
-}
-
-TEST_F(SaveFaultsTest, EveryAllocationOfALoadMayFail) {
-  const auto system = Linked<CVeSysParameterCfgParser>();
-  EXPECT_EQ(S_OK, system->InsertMatchRule(Bstr(OLESTR("k")).Get(), Bstr(OLESTR("v")).Get()));
+  };
   folder_.Write("t.xml", kBefore);
-  ASSERT_EQ(S_OK, Save(system));
-  long allocations = 0;
-  for (;; ++allocations) {
-    const HRESULT result =
-        WithAllocations(allocations, [&] { return system->Load(name_.Get(), node_.Get()); });
-    if (result == S_OK) break;
-    ASSERT_EQ(E_OUTOFMEMORY, result) << allocations;
-    INT keys = 0;  // what is not read yet stays, what is being read is not half there
-    EXPECT_EQ(S_OK, system->get_MatchKeyCount(&keys));
-    ASSERT_EQ(1, keys) << allocations;
-  }
-  EXPECT_GT(allocations, 10);
+  EXPECT_GT(count_failures([&] { return Save(display); }), 50);
+  folder_.Write("t.xml", kBefore);
+  EXPECT_GT(count_failures([&] { return Save(system); }), 50);
+  EXPECT_GT(count_failures([&] { return system->Load(name_.Get(), node_.Get()); }), 10);
 }
 
 // Saves for ever; each save puts the same number into two keys that lie far apart.

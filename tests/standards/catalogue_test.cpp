@@ -1,11 +1,9 @@
-#include <gtest/gtest.h>
-
 #include "config/temporary_folder.h"
 #include "config/wine.h"
-#include "server/created_object.h"
+#include "standards/described_catalogue.h"
 #include "standards/third_party_revision.h"
 #include "support/dynamic_library.h"
-#include "support/late_value.h"
+#include "support/elements.h"
 
 namespace sab::testing {
 namespace {
@@ -19,114 +17,65 @@ std::string InBraces(REFCLSID clsid) {
   return ToUtf8(text);
 }
 
-std::string Element(const std::string& name, const std::string& content) {
-  return "<" + name + ">" + content + "</" + name + ">";
-}
+std::string RevisionClass(REFCLSID clsid) { return Nested("RevParserCLSID", InBraces(clsid)); }
 
 std::string Standard(const std::string& attributes, const std::string& symbols = {}) {
-  return Element("S", Element("Attributes", attributes) + Element("StandardSymbols", symbols));
+  return Nested("S", Nested("Attributes", attributes) + Nested("StandardSymbols", symbols));
 }
 
 std::string Catalogue(const std::string& standards) {
-  return Element("NEBStandardConfigration", standards);
-}
-
-// The elements of a collection.
-template <class Item, class Coll>
-std::vector<ComPtr<Item>> ItemsOf(const ComPtr<Coll>& collection) {
-  std::vector<ComPtr<Item>> items;
-  LONG_PTR position = 0;
-  EXPECT_EQ(S_OK, collection->GetHeadPosition(&position));
-  while (position != 0) {
-    if (FAILED(collection->GetNext(&position, items.emplace_back().Put()))) break;
-  }
-  return items;
-}
-
-std::vector<ComPtr<IVeStdSymRevParser>> RevisionsOf(IVeStdSymbolParser& symbol) {
-  ComPtr<IVeStdSymRevParserColl> revisions;
-  EXPECT_EQ(S_OK, symbol.GetRevParserColl(revisions.Put()));
-  return ItemsOf<IVeStdSymRevParser>(revisions);
-}
-
-std::vector<ComPtr<IVeStdSymbolParser>> SymbolsOf(IVeStandardParser& standard) {
-  ComPtr<IVeStdSymbolParserColl> symbols;
-  EXPECT_EQ(S_OK, standard.GetSymbolParserColl(symbols.Put()));
-  return ItemsOf<IVeStdSymbolParser>(symbols);
-}
-
-// "Name{symbol(revision)(revision) symbol}".
-std::string Describe(IVeStandardParser& standard) {
-  std::string symbols;
-  for (const auto& symbol : SymbolsOf(standard)) {
-    symbols += (symbols.empty() ? "" : " ") + TextOf(*symbol, &IVeStdSymbolParser::GetID);
-    for (const auto& revision : RevisionsOf(*symbol)) {
-      symbols += "(" + TextOf(*revision, &IVeStdSymRevParser::get_Revision) + ")";
-    }
-  }
-  return TextOf(standard, &IVeStandardParser::get_Name) + "{" + symbols + "}";
+  return Nested("NEBStandardConfigration", standards);
 }
 
 class CatalogueTest : public ::testing::Test {
  protected:
-  HRESULT Load(const std::string& xml) {
+  // Every load is that of a new parser.
+  HRESULT Load(const std::string& xml, std::string* failure = nullptr) {
     folder_.Write("c.xml", xml);
-    return parser_->Load(Bstr(folder_.Name("c.xml")).Get());
+    return LoadFile(ToUtf8(folder_.Name("c.xml")), failure);
   }
-  std::vector<ComPtr<IVeStandardParser>> Standards() const {
-    ComPtr<IVeStandardParserColl> standards;
-    EXPECT_EQ(S_OK, parser_->GetStandardParserColl(standards.Put()));
-    return ItemsOf<IVeStandardParser>(standards);
+  HRESULT LoadFile(const std::string& name, std::string* failure = nullptr) {
+    parser_ = LateObject("VeStandardCfgParser");
+    return parser_.Call("Load", {name}, failure);
   }
-  std::string All() const {
-    std::string all;
-    for (const auto& standard : Standards()) all += Describe(*standard);
-    return all;
+  std::vector<LateObject> Standards() const {
+    return parser_.Follow("GetStandardParserColl").Elements();
   }
 
   TemporaryFolder folder_;
-  ComPtr<IVeStandardCfgParser> parser_ = Created<IVeStandardCfgParser>(CLSID_VeStandardCfgParser);
+  LateObject parser_{"VeStandardCfgParser"};
 };
 
 TEST_F(CatalogueTest, AttributesAreReadAsTheNumbersThatTheyAre) {
   const struct {
     const char* element;
     const char* text;
-    const char* property;
-    const char* value;
+    const char* told;
   } rows[] = {
-      {"Name", " 国标 ", "Name", "国标"},
-      {"DimStyleName", "d", "DimStyleName", "d"},
-      {"TextStyleName", "t", "TextStyleName", "t"},
-      {"TextHeight", "3.5mm", "TextHeight", "3.5"},
-      {"ArrowSize", "1e-1", "ArrowSize", "0.1"},
-      {"TextColor", "-7 red", "TextColor", "-7"},
-      {"LeaderColor", "16777215", "LeaderColor", "16777215"},
-      {"SymbolColor", "none", "SymbolColor", "0"},
-      {"Perspective", "1", "Perspective", "1"},
-      {"ArrowStyle", "3", "ArrowStyle", "3"},
-      {"ListPoint", "2", "SymLoadPos", "2"},
-      {"SymLoadPos", "2", "SymLoadPos", "0"},
-      {"dimlink", "1", "DimLink", "0"},
-      {"Unknown", "1", "Name", ""},
+      {"Name", " 国标 ", "Name=国标"},
+      {"DimStyleName", "d", "DimStyleName=d"},
+      {"TextStyleName", "t", "TextStyleName=t"},
+      {"TextHeight", "3.5mm", "TextHeight=3.500000"},
+      {"ArrowSize", "1e-1", "ArrowSize=0.100000"},
+      {"TextColor", "-7 red", "TextColor=-7"},
+      {"LeaderColor", "16777215", "LeaderColor=16777215"},
+      {"SymbolColor", "none", ""},
+      {"SymbolColor", "5", "SymbolColor=5"},
+      {"Perspective", "1", "Perspective=1"},
+      {"ArrowStyle", "3", "ArrowStyle=3"},
+      {"ListPoint", "2", "SymLoadPos=2"},
+      {"SymLoadPos", "2", ""},
+      {"DimLink", "1", "DimLink=1"},
+      {"dimlink", "1", ""},
+      {"LeaderLink", "-1", "LeaderLink=-1"},
+      {"ManageObjAttribute", "65538", "ManageObjAttribute=2"},
+      {"Unknown", "1", ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.element);
-    parser_ = Created<IVeStandardCfgParser>(CLSID_VeStandardCfgParser);
-    ASSERT_EQ(S_OK, Load(Catalogue(Standard(Element(row.element, row.text)))));
-    ASSERT_EQ(1U, Standards().size());
-    EXPECT_EQ(row.value, LateValue::Of(Standards()[0].Get()).Get(row.property).Text());
+    ASSERT_EQ(S_OK, Load(Catalogue(Standard(Nested(row.element, row.text)))));
+    EXPECT_EQ("[{" + std::string(row.told) + "}]", parser_.Get("GetStandardParserColl"));
   }
-  ASSERT_EQ(S_OK, Load(Catalogue(Standard("<DimLink>1</DimLink><LeaderLink>-1</LeaderLink>"
-                                          "<ManageObjAttribute>65538</ManageObjAttribute>"))));
-  const auto standard = Standards().back();
-  VARIANT_BOOL links[3] = {};
-  EXPECT_EQ(S_OK, standard->get_DimLink(&links[0]));
-  EXPECT_EQ(S_OK, standard->get_LeaderLink(&links[1]));
-  EXPECT_EQ(S_OK, standard->get_ManageObjAttribute(&links[2]));
-  EXPECT_EQ(1, links[0]);
-  EXPECT_EQ(-1, links[1]);
-  EXPECT_EQ(2, links[2]);
 }
 
 TEST_F(CatalogueTest, WhatIsNoCatalogueIsRefused) {
@@ -137,7 +86,7 @@ TEST_F(CatalogueTest, WhatIsNoCatalogueIsRefused) {
     const char* description;
     const char* standards;
   } rows[] = {
-      {"spelt as in a dictionary", Element("NEBStandardConfiguration", Standard("")), kNoCatalogue,
+      {"spelt as in a dictionary", Nested("NEBStandardConfiguration", Standard("")), kNoCatalogue,
        "c.xml: the document element must be <NEBStandardConfigration>", ""},
       {"in a namespace", "<NEBStandardConfigration xmlns='n'/>", kNoCatalogue, "c.xml: ", ""},
       {"not well-formed", "<NEBStandardConfigration>\n<a></b>", kNotLoaded, "c.xml", ""},
@@ -151,20 +100,21 @@ TEST_F(CatalogueTest, WhatIsNoCatalogueIsRefused) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    parser_ = Created<IVeStandardCfgParser>(CLSID_VeStandardCfgParser);
-    EXPECT_EQ(row.result, Load(row.xml));
-    EXPECT_NE(std::string::npos, TakeErrorDescription().find(row.description));
-    EXPECT_EQ(row.standards, All());
+    std::string failure;
+    EXPECT_EQ(row.result, Load(row.xml, &failure));
+    EXPECT_NE(std::string::npos, failure.find(row.description)) << failure;
+    EXPECT_EQ(row.standards, Described(parser_));
   }
-  EXPECT_EQ(kNotLoaded, parser_->Load(Bstr(folder_.Name("missing.xml")).Get()));
-  EXPECT_NE(std::string::npos, TakeErrorDescription().find("missing.xml"));
-  EXPECT_EQ(kNotLoaded, parser_->Load(nullptr));
+  std::string failure;
+  EXPECT_EQ(kNotLoaded, LoadFile("missing.xml", &failure));
+  EXPECT_NE(std::string::npos, failure.find("missing.xml"));
+  EXPECT_EQ(kNotLoaded, LoadFile(""));
 }
 
 TEST_F(CatalogueTest, ARevisionNeedsItsClassBeforeIt) {
-  const std::string rough = Element("RevParserCLSID", InBraces(CLSID_VeStdRoughRevParser));
+  const std::string rough = RevisionClass(CLSID_VeStdRoughRevParser);
   const auto revision = [](const char* name) {
-    return Element("Revision", Element("RevName", name));
+    return Nested("Revision", Nested("RevName", name));
   };
   const struct {
     const char* name;
@@ -178,16 +128,14 @@ TEST_F(CatalogueTest, ARevisionNeedsItsClassBeforeIt) {
        "<RevParserCLSID>{00000000-0000-0000-0000-00000000002A}</RevParserCLSID>" + revision("a") +
            rough + revision("b"),
        "(null)(b)"},
-      {"a class of another kind",
-       Element("RevParserCLSID", InBraces(CLSID_VePrsAccel)) + revision("a"), "(null)"},
+      {"a class of another kind", RevisionClass(CLSID_VePrsAccel) + revision("a"), "(null)"},
       {"no class identifier", "<RevParserCLSID>rough</RevParserCLSID>" + revision("a"), "(null)"},
       {"other children", "<Other/>" + rough + "<x:Revision xmlns:x='x'/>", "(null)((null))"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    parser_ = Created<IVeStandardCfgParser>(CLSID_VeStandardCfgParser);
-    ASSERT_EQ(S_OK, Load(Catalogue(Standard("", Element("Symbol", row.symbol)))));
-    EXPECT_EQ("(null){" + std::string(row.described) + "}", All());
+    ASSERT_EQ(S_OK, Load(Catalogue(Standard("", Nested("Symbol", row.symbol)))));
+    EXPECT_EQ("(null){" + std::string(row.described) + "}", Described(parser_));
   }
 }
 
@@ -200,55 +148,51 @@ TEST_F(CatalogueTest, EveryKindOfRevisionKeepsAllItsValues) {
       &CLSID_VeStdCenterLnRevParser};
   std::string symbols;
   for (const CLSID* kind : kinds) {
-    symbols += Element("Symbol",
-                       "<Identify>12x</Identify><CLSID>{host}</CLSID>" +
-                           Element("RevParserCLSID", InBraces(*kind)) +
-                           "<Revision><State> 1 </State><Rows><Row><A>a</A></Row><Row><A>b</A><A/>"
-                           "</Row></Rows><RevName>r</RevName><RevName>s</RevName></Revision>");
+    symbols += Nested("Symbol",
+                      "<Identify>12x</Identify><CLSID>{host}</CLSID>" + RevisionClass(*kind) +
+                          "<Revision><State> 1 </State><Rows><Row><A>a</A></Row><Row><A>b</A><A/>"
+                          "</Row></Rows><RevName>r</RevName><RevName>s</RevName></Revision>");
   }
   ASSERT_EQ(S_OK, Load(Catalogue(Standard("<Name>N</Name>", symbols))));
-  const auto read = SymbolsOf(*Standards()[0]);
+  const auto read = Standards()[0].Follow("GetSymbolParserColl").Elements();
   ASSERT_EQ(std::size(kinds), read.size());
   for (std::size_t i = 0; i < read.size(); ++i) {
     SCOPED_TRACE(i);
-    EXPECT_EQ("{host}", TextOf(*read[i], &IVeStdSymbolParser::GetCLSID));
-    EXPECT_EQ(InBraces(*kinds[i]), TextOf(*read[i], &IVeStdSymbolParser::GetRevParserCLSID));
-    ASSERT_EQ(1U, RevisionsOf(*read[i]).size());
-    const auto revision = RevisionsOf(*read[i])[0];
+    EXPECT_EQ("{host}", read[i].Get("GetCLSID"));
+    EXPECT_EQ(InBraces(*kinds[i]), read[i].Get("GetRevParserCLSID"));
+    const auto revisions = read[i].Follow("GetRevParserColl").Elements();
+    ASSERT_EQ(1U, revisions.size());
+    // The members of all kinds have the same places.
+    const auto revision = revisions[0].As<IVeStdSymRevParser>();
     LONG id = 0;
     EXPECT_EQ(S_OK, revision->GetAttachSymStdID(&id));
     EXPECT_EQ(12, id);
     EXPECT_EQ("N", TextOf(*revision, &IVeStdSymRevParser::GetAttachStdName));
-    // The members of all kinds have the same places.
-    const LateValue late = LateValue::Of(revision.Get());
-    EXPECT_EQ("r", late.Get("Revision").Text());
-    EXPECT_EQ("6", late.Get("ValueCount").Text());
+    EXPECT_EQ("r", revisions[0].Get("Revision"));
+    std::string values;
+    for (const char* place : {"0", "1", "2", "3", "4", "5"}) {
+      const std::string name = revisions[0].Get("ValueName", {place});
+      values += name + "=" + revisions[0].Get("Value", {name}) + " ";
+    }
+    EXPECT_EQ("State=1 Rows/Row/A=a Rows/Row[2]/A=b Rows/Row[2]/A[2]= RevName=r RevName[2]=s ",
+              values);
+    EXPECT_EQ("6", revisions[0].Get("ValueCount"));
   }
-  const auto rough = RevisionsOf(*read[0])[0].As<IVeStdRoughRevParser>();
+  const auto rough = read[0].Follow("GetRevParserColl").Elements()[0].As<IVeStdRoughRevParser>();
   ASSERT_TRUE(rough);
-  std::string values;
-  for (INT i = 0; i < 6; ++i) {
-    Bstr name;
-    Bstr value;
-    ASSERT_EQ(S_OK, rough->get_ValueName(i, name.Put()));
-    ASSERT_EQ(S_OK, rough->get_Value(name.Get(), value.Put()));
-    values += ToUtf8(name.View()) + "=" + ToUtf8(value.View()) + " ";
-  }
-  EXPECT_EQ("State=1 Rows/Row/A=a Rows/Row[2]/A=b Rows/Row[2]/A[2]= RevName=r RevName[2]=s ",
-            values);
   EXPECT_EQ(S_OK, rough->put_Value(Bstr(OLESTR("Rows/Row/A")).Get(), nullptr));
   EXPECT_EQ(E_INVALIDARG, rough->put_Value(nullptr, Bstr(OLESTR("v")).Get()));
 }
 
 TEST_F(CatalogueTest, PartsKnowTheNameThatTheirStandardHasNow) {
-  ASSERT_EQ(S_OK,
-            Load(Catalogue(Standard(
-                "<Name>N</Name>",
-                Element("Symbol", Element("RevParserCLSID", InBraces(CLSID_VeStdBomRevParser)) +
-                                      "<Revision/>")))));
-  auto standard = Standards()[0];
-  const auto symbol = SymbolsOf(*standard)[0];
-  const auto revision = RevisionsOf(*symbol)[0];
+  ASSERT_EQ(S_OK, Load(Catalogue(Standard(
+                      "<Name>N</Name>",
+                      Nested("Symbol", RevisionClass(CLSID_VeStdBomRevParser) + "<Revision/>")))));
+  auto standard = Standards()[0].As<IVeStandardParser>();
+  const LateObject late_symbol =
+      LateObject(standard.As<IDispatch>()).Follow("GetSymbolParserColl [0]");
+  const auto symbol = late_symbol.As<IVeStdSymbolParser>();
+  const auto revision = late_symbol.Follow("GetRevParserColl [0]").As<IVeStdSymRevParser>();
   const auto names = [&] {
     return TextOf(*symbol, &IVeStdSymbolParser::GetAttachStdName) + " " +
            TextOf(*revision, &IVeStdSymRevParser::GetAttachStdName);
@@ -256,7 +200,7 @@ TEST_F(CatalogueTest, PartsKnowTheNameThatTheirStandardHasNow) {
   EXPECT_EQ("N N", names());
   EXPECT_EQ(S_OK, standard->put_Name(Bstr(OLESTR("M")).Get()));
   EXPECT_EQ("M M", names());
-  const auto other = Created<IVeStandardParser>(CLSID_VeStandardParser);
+  const auto other = LateObject("VeStandardParser").As<IVeStandardParser>();
   EXPECT_EQ(S_OK, other->put_Name(Bstr(OLESTR("O")).Get()));
   EXPECT_EQ(S_OK, symbol->SetAttachStdInfo(other.Get()));
   EXPECT_EQ("O O", names());
@@ -264,17 +208,18 @@ TEST_F(CatalogueTest, PartsKnowTheNameThatTheirStandardHasNow) {
   EXPECT_EQ("(null) (null)", names());
   EXPECT_EQ(S_OK, symbol->SetAttachStdInfo(standard.Get()));
   standard.Reset();
-  parser_.Reset();
+  parser_ = LateObject("VeStandardCfgParser");
   EXPECT_EQ("M M", names());  // though nothing else is left of it
   EXPECT_EQ(S_OK, revision->SetAttachSymStdInfo(nullptr));
   EXPECT_EQ("M (null)", names());
 }
 
 TEST_F(CatalogueTest, NothingIsLoadedFromNoNode) {
-  EXPECT_EQ(kNoCatalogue, Created<IVeStandardParser>(CLSID_VeStandardParser)->Load(0));
-  EXPECT_EQ(kNoCatalogue, Created<IVeStdSymbolParser>(CLSID_VeStdSymbolParser)->Load(0));
-  EXPECT_EQ(kNoCatalogue, Created<IVeStdSymRevParser>(CLSID_VeStdCutsRevParser)->Load(0));
-  EXPECT_NE(std::string::npos, TakeErrorDescription().find("VeStdCutsRevParser"));
+  for (const char* name : {"VeStandardParser", "VeStdSymbolParser", "VeStdCutsRevParser"}) {
+    std::string failure;
+    EXPECT_EQ(kNoCatalogue, LateObject(name).Call("Load", {"0"}, &failure));
+    EXPECT_NE(std::string::npos, failure.find(name)) << failure;
+  }
 }
 
 // A class of a third party's in the registry, for as long as an instance lives.
@@ -302,40 +247,37 @@ class ThirdPartyRegistration {
 
 TEST_F(CatalogueTest, ARevisionOfAThirdPartyReadsItsElementsItself) {
   const ThirdPartyRegistration registration;
-  const std::string clsid = Element("RevParserCLSID", InBraces(kThirdPartyRevision));
+  const std::string clsid = RevisionClass(kThirdPartyRevision);
   const std::string good =
       Standard("<Name>N</Name>",
-               Element("Symbol", "<Identify>1</Identify>" + clsid +
-                                     "<Revision>t<A> 字 </A><!-- c --><x:B xmlns:x='x'><C/>u</x:B>"
-                                     "<D>1<E>2</E></D></Revision>"));
-  ASSERT_EQ(S_OK, Load(Catalogue(good))) << TakeErrorDescription();
-  EXPECT_EQ("N{1(N Revision{A=字 B{C=} D{E=2}})}", All());
+               Nested("Symbol", "<Identify>1</Identify>" + clsid +
+                                    "<Revision>t<A> 字 </A><!-- c --><x:B xmlns:x='x'><C/>u</x:B>"
+                                    "<D>1<E>2</E></D></Revision>"));
+  ASSERT_EQ(S_OK, Load(Catalogue(good)));
+  EXPECT_EQ("N{1(N Revision{A=字 B{C=} D{E=2}})}", Described(parser_));
 
   // What it refuses ends the loading; what was read before stays.
-  parser_ = Created<IVeStandardCfgParser>(CLSID_VeStandardCfgParser);
   const std::string bad = Standard(
-      "", Element("Symbol", "<Identify>9</Identify>" + clsid + "<Revision><Refuse/></Revision>"));
-  EXPECT_EQ(E_ACCESSDENIED, Load(Catalogue(Standard("<Name>A</Name>") + bad + Standard(""))));
-  const std::string description = TakeErrorDescription();
-  EXPECT_EQ("A{}", All());
+      "", Nested("Symbol", "<Identify>9</Identify>" + clsid + "<Revision><Refuse/></Revision>"));
+  std::string failure;
+  EXPECT_EQ(E_ACCESSDENIED,
+            Load(Catalogue(Standard("<Name>A</Name>") + bad + Standard("")), &failure));
+  EXPECT_EQ("A{}", Described(parser_));
   for (const char* part : {"c.xml", "standard 2: symbol 1: revision of 9: ", "0x80070005"}) {
-    EXPECT_NE(std::string::npos, description.find(part)) << description;
+    EXPECT_NE(std::string::npos, failure.find(part)) << failure;
   }
 }
 
 TEST_F(CatalogueTest, SamplesAreRead) {
-  const auto load = [this](const char* name) {
-    parser_ = Created<IVeStandardCfgParser>(CLSID_VeStandardCfgParser);
-    return parser_->Load(Bstr(FromUtf8(std::string(SAB_SAMPLES "/standards/") + name)).Get());
-  };
-  ASSERT_EQ(S_OK, load("catalogue.xml")) << TakeErrorDescription();
+  const std::string folder = SAB_SAMPLES "/standards/";
+  ASSERT_EQ(S_OK, LoadFile(folder + "catalogue.xml"));
   EXPECT_EQ(
       "车间标准{101(2019) 102(2006)(1993) 103(2008) 104(车间明细表)}"
       "Fitters{201(1) 202(1) 203(A) 204(A) 205 206}",
-      All());
+      Described(parser_));
   if (RunsUnderWine()) GTEST_SKIP() << "Wine's MSXML knows no GB2312";
-  ASSERT_EQ(S_OK, load("sheet_metal.xml")) << TakeErrorDescription();
-  EXPECT_EQ("钣金标准{301(件号) 302(引线) 303(中心线)}", All());
+  ASSERT_EQ(S_OK, LoadFile(folder + "sheet_metal.xml"));
+  EXPECT_EQ("钣金标准{301(件号) 302(引线) 303(中心线)}", Described(parser_));
 }
 
 }  // namespace

@@ -44,18 +44,12 @@ std::string TextOfArray(SAFEARRAY* array) {
 
 std::string TextOfObject(IDispatch* object) {
   if (!object) return "(null)";
-  const LateValue collection = LateValue::Of(object);
+  const LateObject late{ComPtr<IDispatch>(object)};
   LPOLESTR walk[] = {const_cast<LPOLESTR>(OLESTR("GetHeadPosition"))};
   DISPID id = DISPID_UNKNOWN;
-  if (FAILED(object->GetIDsOfNames(IID_NULL, walk, 1, 0, &id))) {
-    return "{" + LateObject(ComPtr<IDispatch>(object)).Told() + "}";
-  }
+  if (FAILED(object->GetIDsOfNames(IID_NULL, walk, 1, 0, &id))) return "{" + late.Told() + "}";
   std::vector<std::string> elements;
-  const int count = collection.Count();
-  elements.reserve(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) {
-    elements.push_back(LateObject(ComPtr<IDispatch>(object)).Get("Item", {std::to_string(i)}));
-  }
+  for (const LateObject& element : late.Elements()) elements.push_back("{" + element.Told() + "}");
   return InBrackets(elements);
 }
 
@@ -111,7 +105,6 @@ LateObject::LateObject(const std::string& class_name) {
       << class_name;
 }
 
-// The code of a member's own failure is what counts, not that there was one.
 LateResult LateObject::Invoke(const std::string& member, WORD flags,
                               const std::vector<std::string>& arguments) const {
   LateResult result{};
@@ -151,7 +144,8 @@ std::string LateObject::Told() const {
     std::string name = ToUtf8(member.name);
     if (member.parameters.size() != 1 || !member.parameters[0].IsRetval()) continue;
     const std::string value = Get(name);
-    if (value.empty() || value == "(null)" || value == "0" || value == "[]") continue;
+    if (value.empty() || value == "(null)" || value == "0" || value == "0.000000" || value == "[]")
+      continue;
     if (member.kind == MemberKind::kMethod && name.starts_with("Get")) name.erase(0, 3);
     if (!told.empty()) told += ' ';
     told.append(name).append("=").append(value);
@@ -159,11 +153,22 @@ std::string LateObject::Told() const {
   return told;
 }
 
+std::vector<LateObject> LateObject::Elements() const {
+  std::vector<LateObject> elements;
+  const int count = std::stoi(Get("Count"));
+  for (int i = 0; i < count; ++i) {
+    const LateResult item = Invoke("Item", DISPATCH_PROPERTYGET, {std::to_string(i)});
+    EXPECT_EQ(S_OK, item.code);
+    if (item.code == S_OK) elements.emplace_back(ComPtr<IDispatch>(item.value.Get().pdispVal));
+  }
+  return elements;
+}
+
 LateObject LateObject::Follow(const std::string& path) const {
   LateObject reached(*this);
   for (const std::string& step : Split(path, ' ')) {
     const std::string member = step == "[0]" ? "GetHead" : step;
-    const LateResult result = reached.Invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {});
+    const LateResult result = reached.Invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET);
     EXPECT_EQ(VT_DISPATCH, result.value.Get().vt) << path << ": " << step;
     if (result.value.Get().vt != VT_DISPATCH) break;
     reached = LateObject(ComPtr<IDispatch>(result.value.Get().pdispVal));

@@ -26,6 +26,9 @@ class LateObject {
   /// @param failure what the object says if it fails, else nothing
   HRESULT Call(const std::string& method, const std::vector<std::string>& arguments = {},
                std::string* failure = nullptr) const;
+  /// All that a call gives back; the code of the object's own failure where it is one.
+  LateResult Invoke(const std::string& member, WORD flags,
+                    const std::vector<std::string>& arguments = {}) const;
   /// A property, or what a method returns: truth values as the number they are, doubles with six
   /// decimals, and scripts get a double where a number does not fit into 32 bits with a sign;
   /// "(null)" for a null string, "(0x…)" for a failure, lists and objects as Told says.
@@ -34,6 +37,8 @@ class LateObject {
   /// "Member=value", without those that are unset: "", 0, no element. Objects stand in braces, the
   /// elements of lists in brackets, a blank between them.
   std::string Told() const;
+  /// The elements of the list that this is.
+  std::vector<LateObject> Elements() const;
   /// From property to property; "[0]" is the first element of a list.
   LateObject Follow(const std::string& path) const;
 
@@ -43,9 +48,6 @@ class LateObject {
   }
 
  private:
-  LateResult Invoke(const std::string& member, WORD flags,
-                    const std::vector<std::string>& arguments) const;
-
   ComPtr<IDispatch> object_;
 };
 

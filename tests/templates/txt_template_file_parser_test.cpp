@@ -1,46 +1,40 @@
-#include <gtest/gtest.h>
-
+#include "base/bstr.h"
 #include "config/temporary_folder.h"
-#include "server/created_object.h"
+#include "support/late_object.h"
 
 namespace sab::testing {
 namespace {
 
 constexpr HRESULT kDocumentNotLoaded = static_cast<HRESULT>(0x84000C06);
 
-using Parser = ComPtr<IVeTxtTemplateFileParser>;
 using namespace std::string_literals;
 
 class TxtTemplateFileParserTest : public ::testing::Test {
  protected:
-  HRESULT Load(const std::string& bytes) {
+  HRESULT Load(const std::string& bytes) const {
     folder_.Write("t.txt", bytes);
-    return parser_->Load(Bstr(folder_.Name("t.txt")).Get());
+    return object_.Call("Load", {ToUtf8(folder_.Name("t.txt"))});
+  }
+  // "name:line|line|" for each section, with a blank between them.
+  std::string Sections() const {
+    std::string all;
+    const int sections = std::stoi(object_.Get("SectionCount"));
+    for (int i = 0; i < sections; ++i) {
+      const std::string section = std::to_string(i);
+      if (i > 0) all += ' ';
+      all += object_.Get("SectionName", {section}) + ":";
+      const int lines = std::stoi(object_.Get("LineCount", {section}));
+      for (int line = 0; line < lines; ++line) {
+        all += object_.Get("Line", {section, std::to_string(line)}) + "|";
+      }
+    }
+    return all;
   }
 
   TemporaryFolder folder_;
-  Parser parser_ = Created<IVeTxtTemplateFileParser>(CLSID_VeTxtTemplateFileParser);
+  LateObject object_{"VeTxtTemplateFileParser"};
+  ComPtr<IVeTxtTemplateFileParser> parser_ = object_.As<IVeTxtTemplateFileParser>();
 };
-
-// "name:line|line|" for each section, with a blank between them.
-std::string SectionsOf(IVeTxtTemplateFileParser& parser) {
-  std::string all;
-  INT sections = -1;
-  EXPECT_EQ(S_OK, parser.get_SectionCount(&sections));
-  for (INT section = 0; section < sections; ++section) {
-    Bstr name;
-    EXPECT_EQ(S_OK, parser.get_SectionName(section, name.Put()));
-    all += (section == 0 ? "" : " ") + ToUtf8(name.View()) + ":";
-    INT lines = -1;
-    EXPECT_EQ(S_OK, parser.get_LineCount(section, &lines));
-    for (INT line = 0; line < lines; ++line) {
-      Bstr text;
-      EXPECT_EQ(S_OK, parser.get_Line(section, line, text.Put()));
-      all += ToUtf8(text.View()) + "|";
-    }
-  }
-  return all;
-}
 
 TEST_F(TxtTemplateFileParserTest, MarkersDivideTheText) {
   const struct {
@@ -71,7 +65,7 @@ TEST_F(TxtTemplateFileParserTest, MarkersDivideTheText) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     ASSERT_EQ(S_OK, Load(row.bytes));
-    EXPECT_EQ(row.sections, SectionsOf(*parser_.Get()));
+    EXPECT_EQ(row.sections, Sections());
   }
 }
 
@@ -97,7 +91,7 @@ TEST_F(TxtTemplateFileParserTest, TheBytesTellTheEncoding) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     ASSERT_EQ(S_OK, Load(row.bytes));
-    EXPECT_EQ(row.sections, SectionsOf(*parser_.Get()));
+    EXPECT_EQ(row.sections, Sections());
   }
 }
 
@@ -123,53 +117,47 @@ TEST_F(TxtTemplateFileParserTest, SectionsAreFoundByName) {
 
 TEST_F(TxtTemplateFileParserTest, WhatIsNotThereIsRefused) {
   ASSERT_EQ(S_OK, Load("[A]\na\nb\n[B]"));
-  IVeTxtTemplateFileParser& parser = *parser_.Get();
-  for (const INT section : {-1, 2}) {
-    Bstr text;
-    INT count = 0;
-    EXPECT_EQ(E_INVALIDARG, parser.get_SectionName(section, text.Put()));
-    EXPECT_EQ("There is no section " + std::to_string(section) + ": there are 2, counted from 0.",
-              TakeErrorDescription());
-    EXPECT_EQ(E_INVALIDARG, parser.get_LineCount(section, &count));
-    EXPECT_EQ(E_INVALIDARG, parser.get_Line(section, 0, text.Put()));
+  const struct {
+    const char* member;
+    std::vector<std::string> indexes;
+    const char* says;
+  } rows[] = {
+      {"SectionName", {"-1"}, "There is no section -1: there are 2, counted from 0."},
+      {"SectionName", {"2"}, "There is no section 2: there are 2, counted from 0."},
+      {"LineCount", {"-1"}, "no section -1"},
+      {"LineCount", {"2"}, "no section 2"},
+      {"Line", {"2", "0"}, "no section 2"},
+      {"Line", {"0", "2"}, "There is no line 2: there are 2, counted from 0."},
+      {"Line", {"0", "-1"}, "no line -1"},
+      {"Line", {"1", "0"}, "no line 0"},
+      {"DefaultMarker", {"5"}, "no default marker 5"},
+  };
+  for (const auto& row : rows) {
+    const LateResult result = object_.Invoke(row.member, DISPATCH_PROPERTYGET, row.indexes);
+    EXPECT_EQ(E_INVALIDARG, result.code) << row.member;
+    EXPECT_NE(std::string::npos, result.description.find(row.says)) << result.description;
   }
-  for (const auto& [section, line] : {std::pair(0, 2), {0, -1}, {1, 0}}) {
-    Bstr text;
-    EXPECT_EQ(E_INVALIDARG, parser.get_Line(section, line, text.Put()));
-  }
-  EXPECT_EQ(E_POINTER, parser.get_SectionCount(nullptr));
-  EXPECT_EQ(E_POINTER, parser.get_SectionName(0, nullptr));
-  EXPECT_EQ(E_POINTER, parser.FindSection(nullptr, nullptr));
-  EXPECT_EQ(E_POINTER, parser.get_LineCount(0, nullptr));
-  EXPECT_EQ(E_POINTER, parser.get_Line(0, 0, nullptr));
-  EXPECT_EQ(E_POINTER, parser.get_DefaultMarkerCount(nullptr));
-  EXPECT_EQ(E_POINTER, parser.get_DefaultMarker(0, nullptr));
 }
 
 TEST_F(TxtTemplateFileParserTest, AFileThatCannotBeReadChangesNothing) {
-  EXPECT_EQ("", SectionsOf(*parser_.Get()));
+  EXPECT_EQ("", Sections());
   ASSERT_EQ(S_OK, Load("[A]\na"));
-  EXPECT_EQ(kDocumentNotLoaded, parser_->Load(nullptr));
-  for (const Text& name : {folder_.Name("no such file.txt"), folder_.Name("")}) {
-    EXPECT_EQ(kDocumentNotLoaded, parser_->Load(Bstr(name).Get()));
-    const std::string description = TakeErrorDescription();
-    EXPECT_TRUE(description.starts_with(ToUtf8(name) + ": ")) << description;
+  EXPECT_EQ(kDocumentNotLoaded, object_.Call("Load", {""}));
+  for (const char* file : {"no such file.txt", ""}) {
+    const std::string name = ToUtf8(folder_.Name(file));
+    std::string failure;
+    EXPECT_EQ(kDocumentNotLoaded, object_.Call("Load", {name}, &failure));
+    EXPECT_TRUE(failure.starts_with(name + ": ")) << failure;
   }
-  EXPECT_EQ("A:a|", SectionsOf(*parser_.Get()));
+  EXPECT_EQ("A:a|", Sections());
 }
 
 TEST_F(TxtTemplateFileParserTest, DefaultMarkersAreResources) {
   std::string markers;
-  INT count = 0;
-  ASSERT_EQ(S_OK, parser_->get_DefaultMarkerCount(&count));
-  for (INT i = 0; i < count; ++i) {
-    Bstr marker;
-    EXPECT_EQ(S_OK, parser_->get_DefaultMarker(i, marker.Put()));
-    markers += ToUtf8(marker.View()) + " ";
-  }
+  for (const char* index : {"0", "1", "2", "3", "4"})
+    markers += object_.Get("DefaultMarker", {index}) + " ";
   EXPECT_EQ("TitleBlock RevisionBlock BomHead BomBody BomFoot ", markers);
-  Bstr none;
-  EXPECT_EQ(E_INVALIDARG, parser_->get_DefaultMarker(count, none.Put()));
+  EXPECT_EQ("5", object_.Get("DefaultMarkerCount"));
 }
 
 }  // namespace
