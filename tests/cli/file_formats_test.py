@@ -53,15 +53,14 @@ def at(tree, path):
 
 class FileFormats(unittest.TestCase):
     def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.addCleanup(self.folder.cleanup)
+        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         for name, text in FILES.items():
-            Path(self.folder.name, name).write_bytes(encoded(text))
+            (self.folder / name).write_bytes(encoded(text))
 
     def run_command(self, command):
-        environment = {**os.environ, "SABCOM_REGISTRY": f"{self.folder.name}/default.reg"}
+        environment = {**os.environ, "SABCOM_REGISTRY": f"{self.folder}/default.reg"}
         environment.pop("SABXML_SERVER", None)
-        return subprocess.run([str(SABXML), *shlex.split(command)[1:]], cwd=self.folder.name,
+        return subprocess.run([str(SABXML), *shlex.split(command)[1:]], cwd=self.folder,
                               env=environment, capture_output=True, timeout=60, check=False)
 
     def wrong_values(self):
@@ -85,33 +84,31 @@ class FileFormats(unittest.TestCase):
     def test_every_example_is_read(self):
         self.assertGreaterEqual(len(FILES), 10)
         for name, text in FILES.items():
-            file = Path(self.folder.name, name)
+            file = self.folder / name
             file.unlink()
             self.assertTrue(any(self.wrong_values()), f"nothing is said of what {name} holds")
             file.write_bytes(encoded(text))
 
     def test_required_elements(self):
-        checked = 0
-        for section in SECTIONS:
-            for path, meaning, code in REQUIRED.findall(section):
-                (name, text), = FILE.findall(section)
-                for change in ["missing"] + ["empty"] * ("may be empty" not in meaning):
-                    with self.subTest(f"{name}: {path} is {change}"):
-                        root = ET.fromstring(re.sub(r"<\?xml.*?\?>", "", text))
-                        top, *way, last = path.split("/")
-                        self.assertEqual(top, root.tag)
-                        parent = root.find("/".join(way)) if way else root
-                        element = parent.find(last)
-                        if change == "missing":
-                            parent.remove(element)
-                        else:
-                            element.text = " "
-                        Path(self.folder.name, name).write_bytes(ET.tostring(root, "utf-8"))
-                        result = self.run_command(f"sabxml show {name}")
-                        self.assertEqual(1, result.returncode)
-                        self.assertIn(code, result.stderr.decode("utf-8"))
-                        checked += 1
-        self.assertGreater(checked, 15)
+        rows = [(*FILE.findall(section)[0], *row, change)
+                for section in SECTIONS for row in REQUIRED.findall(section)
+                for change in ["missing"] + ["empty"] * ("may be empty" not in row[1])]
+        self.assertGreater(len(rows), 15)
+        for name, text, path, _, code, change in rows:
+            with self.subTest(f"{name}: {path} is {change}"):
+                root = ET.fromstring(re.sub(r"<\?xml.*?\?>", "", text))
+                top, *way, last = path.split("/")
+                self.assertEqual(top, root.tag)
+                parent = root.find("/".join(way)) if way else root
+                element = parent.find(last)
+                if change == "missing":
+                    parent.remove(element)
+                else:
+                    element.text = " "
+                (self.folder / name).write_bytes(ET.tostring(root, "utf-8"))
+                result = self.run_command(f"sabxml show {name}")
+                self.assertEqual(1, result.returncode)
+                self.assertIn(code, result.stderr.decode("utf-8"))
 
 
 if __name__ == "__main__":

@@ -70,9 +70,7 @@ compadd() {
 
 class Files(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
+        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         (self.folder / "first.xml").touch()
         (self.folder / "folder").mkdir()
         self.environment = {**os.environ, "PATH": f"{SABXML.parent}:{os.environ['PATH']}",

@@ -67,9 +67,7 @@ class Manual(unittest.TestCase):
     maxDiff = None
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
+        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         shutil.copytree(ROOT / "samples/workshop", self.folder / "samples/workshop")
         self.environment = {**os.environ, "SABCOM_REGISTRY": str(self.folder / "default.reg"),
                             "PYTHONPATH": str(ROOT / "clients/python")}

@@ -10,105 +10,81 @@
 #endif
 
 #include <cstdio>
-#include <cstring>
 
 namespace {
 
 int failures = 0;
 
 void Expect(bool condition, const char* what) {
-  if (!condition) {
-    std::printf("failed: %s\n", what);
-    ++failures;
-  }
+  if (condition) return;
+  std::printf("failed: %s\n", what);
+  ++failures;
 }
 
-DISPID IdOf(IDispatch* object, const OLECHAR* name) {
+IDispatch* Create(const OLECHAR* prog_id) {
+  CLSID clsid;
+  void* object = nullptr;
+  Expect(CLSIDFromProgID(prog_id, &clsid) == S_OK, "CLSIDFromProgID");
+  Expect(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, &object) == S_OK,
+         "CoCreateInstance");
+  return static_cast<IDispatch*>(object);
+}
+
+// Calls a member by its name, with an argument or with none.
+HRESULT Call(IDispatch* object, const OLECHAR* name, WORD flags, VARIANTARG* argument,
+             VARIANT* result = nullptr, EXCEPINFO* exception = nullptr) {
   LPOLESTR names[1] = {const_cast<LPOLESTR>(name)};
   DISPID id = DISPID_UNKNOWN;
   object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
-  return id;
-}
-
-HRESULT PutText(IDispatch* object, const OLECHAR* name, const OLECHAR* text) {
-  VARIANTARG argument;
-  VariantInit(&argument);
-  argument.vt = VT_BSTR;
-  argument.bstrVal = SysAllocString(text);
   DISPID put = DISPID_PROPERTYPUT;
-  DISPPARAMS parameters = {&argument, &put, 1, 1};
-  const HRESULT result =
-      object->Invoke(IdOf(object, name), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT,
-                     &parameters, nullptr, nullptr, nullptr);
-  VariantClear(&argument);
-  return result;
-}
-
-HRESULT Call(IDispatch* object, const OLECHAR* name, WORD flags, VARIANT* result,
-             EXCEPINFO* exception) {
-  DISPPARAMS none = {nullptr, nullptr, 0, 0};
-  return object->Invoke(IdOf(object, name), IID_NULL, LOCALE_USER_DEFAULT, flags, &none, result,
-                        exception, nullptr);
+  const bool is_put = flags == DISPATCH_PROPERTYPUT;
+  DISPPARAMS parameters = {argument, is_put ? &put : nullptr, argument ? 1U : 0U, is_put ? 1U : 0U};
+  return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, exception,
+                        nullptr);
 }
 
 }  // namespace
 
 int main() {
   Expect(SUCCEEDED(CoInitialize(nullptr)), "CoInitialize");
-  CLSID clsid;
-  Expect(CLSIDFromProgID(OLESTR("SabXmlParser.VePrsAccelColl"), &clsid) == S_OK, "CLSIDFromProgID");
-  IDispatch* list = nullptr;
-  Expect(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                          reinterpret_cast<void**>(&list)) == S_OK,
-         "CoCreateInstance");
-  Expect(CLSIDFromProgID(OLESTR("SabXmlParser.VePrsAccel"), &clsid) == S_OK, "CLSIDFromProgID");
-  IDispatch* accel = nullptr;
-  Expect(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                          reinterpret_cast<void**>(&accel)) == S_OK,
-         "CoCreateInstance");
+  IDispatch* const list = Create(OLESTR("SabXmlParser.VePrsAccelColl"));
+  IDispatch* const accel = Create(OLESTR("SabXmlParser.VePrsAccel"));
   if (!list || !accel) return 1;
-  Expect(PutText(accel, OLESTR("key"), OLESTR("F7")) == S_OK, "put Key");
-
-  VARIANTARG item;
-  VariantInit(&item);
-  item.vt = VT_DISPATCH;
-  item.pdispVal = accel;
-  DISPPARAMS one = {&item, nullptr, 1, 0};
-  Expect(list->Invoke(IdOf(list, OLESTR("AddTail")), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
-                      &one, nullptr, nullptr, nullptr) == S_OK,
-         "AddTail");
 
   VARIANT value;
   VariantInit(&value);
-  Expect(Call(list, OLESTR("GetCount"), DISPATCH_METHOD, &value, nullptr) == S_OK, "GetCount");
-  LONG count = 0;
-  Expect(VariantChangeType(&value, &value, 0, VT_I4) == S_OK, "VariantChangeType");
-  count = value.lVal;
-  Expect(count == 1, "one element");
+  value.vt = VT_BSTR;
+  value.bstrVal = SysAllocString(OLESTR("F7"));
+  Expect(Call(accel, OLESTR("key"), DISPATCH_PROPERTYPUT, &value) == S_OK, "put Key");
+  VariantClear(&value);
+  value.vt = VT_DISPATCH;
+  value.pdispVal = accel;  // whose reference it takes over
+  Expect(Call(list, OLESTR("AddTail"), DISPATCH_METHOD, &value) == S_OK, "AddTail");
   VariantClear(&value);
 
-  Expect(Call(list, OLESTR("GetHead"), DISPATCH_METHOD, &value, nullptr) == S_OK, "GetHead");
+  Expect(Call(list, OLESTR("GetCount"), DISPATCH_METHOD, nullptr, &value) == S_OK, "GetCount");
+  Expect(VariantChangeType(&value, &value, 0, VT_I4) == S_OK, "VariantChangeType");
+  Expect(value.lVal == 1, "one element");
+  VariantClear(&value);
+  Expect(Call(list, OLESTR("GetHead"), DISPATCH_METHOD, nullptr, &value) == S_OK, "GetHead");
   Expect(value.vt == VT_DISPATCH, "an object");
   VARIANT key;
   VariantInit(&key);
-  Expect(Call(value.pdispVal, OLESTR("Key"), DISPATCH_PROPERTYGET, &key, nullptr) == S_OK, "Key");
+  Expect(Call(value.pdispVal, OLESTR("Key"), DISPATCH_PROPERTYGET, nullptr, &key) == S_OK, "Key");
   Expect(key.vt == VT_BSTR && SysStringLen(key.bstrVal) == 2, "its text");
   VariantClear(&key);
   VariantClear(&value);
 
-  Expect(Call(list, OLESTR("RemoveHeadNoReturn"), DISPATCH_METHOD, nullptr, nullptr) == S_OK,
-         "RemoveHeadNoReturn");
-  EXCEPINFO exception;
-  std::memset(&exception, 0, sizeof exception);
-  Expect(Call(list, OLESTR("RemoveHeadNoReturn"), DISPATCH_METHOD, nullptr, &exception) ==
-             DISP_E_EXCEPTION,
+  const OLECHAR* const remove = OLESTR("RemoveHeadNoReturn");
+  EXCEPINFO exception = {};
+  Expect(Call(list, remove, DISPATCH_METHOD, nullptr) == S_OK, "RemoveHeadNoReturn");
+  Expect(Call(list, remove, DISPATCH_METHOD, nullptr, nullptr, &exception) == DISP_E_EXCEPTION,
          "an exception");
   Expect(exception.scode == E_FAIL && exception.bstrDescription, "its code and description");
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
   SysFreeString(exception.bstrHelpFile);
 
-  accel->Release();
   list->Release();
   CoFreeUnusedLibraries();
   CoUninitialize();

@@ -273,13 +273,8 @@ class Finding(unittest.TestCase):
         return subprocess.run([sys.executable, "-c", self.SCRIPT], env=environment, cwd=self.folder,
                               capture_output=True, text=True, check=False)
 
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
-        self.registry = str(self.folder / "registry.reg")
-
     def test_places(self):
+        self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
         beside = self.folder / "beside"
         shutil.copytree(PACKAGE, beside, ignore=shutil.ignore_patterns("__pycache__"))
         for library in (LIBRARY, LIBRARY.with_name("libsabcom.so.0")):
@@ -296,7 +291,8 @@ class Finding(unittest.TestCase):
             ("nowhere", PACKAGE, {"SABXML_SERVER": ""}, "SABXML_SERVER"),
         ]:
             with self.subTest(name):
-                result = self.run_script(package, **{"SABCOM_REGISTRY": self.registry, **variables})
+                result = self.run_script(
+                    package, **{"SABCOM_REGISTRY": str(self.folder / "none.reg"), **variables})
                 self.assertIn(expected, result.stdout + result.stderr)
                 self.assertEqual(expected == "SABXML_SERVER", result.returncode != 0)
                 if result.returncode == 0:
