@@ -90,6 +90,7 @@ CASES = [
     (["get", *UPDATE[:2], "/Settings/Apprentice/Update", "--json"], 0,
      ['{\n  "DisableHttp": false,\n  "ReadOnly": true,\n  "Interval": 2147483647,\n'
       '  "Server": ""\n}\n'], []),
+    (["get", *DISPLAY, "HighLightColor"], 0, ["HighLightColor  4278255360\n"], []),
     (["get", *UPDATE, "Colour"], 1, [], ["VeAutoUpdateAdminCfgParser has no value named Colour"]),
     (["get", "VeAutoUpdateAdminCfgParser", "kinds/broken.xml", "/x"], 1, [], ["kinds/broken.xml:3:"]),
     (["get", "VeAutoUpdateAdminCfgParser", "no.xml", "/x"], 1, [], ["no.xml: "]),

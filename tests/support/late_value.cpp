@@ -58,33 +58,19 @@ LateValue::LateValue(const LateValue& other) : LateValue() {
   VariantCopy(&value_, const_cast<VARIANT*>(&other.value_));
 }
 
-LateValue LateValue::Invoke(const std::string& name, WORD flags) const {
+LateValue LateValue::Get(const std::string& property) const {
   if (value_.vt != VT_DISPATCH || !value_.pdispVal) {
-    ADD_FAILURE() << "no object has a " << name;
+    ADD_FAILURE() << "no object has a " << property;
     return {};
   }
-  sab::Text wide = FromUtf8(name);
+  sab::Text wide = FromUtf8(property);
   LPOLESTR names[] = {wide.data()};
   DISPID id = DISPID_UNKNOWN;
-  EXPECT_EQ(S_OK, value_.pdispVal->GetIDsOfNames(IID_NULL, names, 1, 0, &id)) << name;
-  const LateResult result = Call(*value_.pdispVal, id, flags);
-  EXPECT_EQ(S_OK, result.code) << name;
+  EXPECT_EQ(S_OK, value_.pdispVal->GetIDsOfNames(IID_NULL, names, 1, 0, &id)) << property;
+  const LateResult result = Call(*value_.pdispVal, id, DISPATCH_PROPERTYGET);
+  EXPECT_EQ(S_OK, result.code) << property;
   return result.value;
 }
-
-LateValue LateValue::Get(const std::string& property) const {
-  return Invoke(property, DISPATCH_PROPERTYGET);
-}
-
-LateValue LateValue::Follow(const std::string& path) const {
-  LateValue value(*this);
-  for (const std::string& step : Split(path, ' ')) {
-    value = step == "[0]" ? value.Invoke("GetHead", DISPATCH_METHOD) : value.Get(step);
-  }
-  return value;
-}
-
-int LateValue::Count() const { return Invoke("GetCount", DISPATCH_METHOD).value_.lVal; }
 
 std::string LateValue::Text() const {
   LateValue text;

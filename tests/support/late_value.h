@@ -36,16 +36,10 @@ class LateValue {
 
   /// A property of the object that this is.
   LateValue Get(const std::string& property) const;
-  /// From property to property; "[0]" is the first element of a list.
-  LateValue Follow(const std::string& path) const;
-  /// Elements of the collection that this is.
-  int Count() const;
   /// Numbers in decimal, truth values as -1 and 0.
   std::string Text() const;
 
  private:
-  LateValue Invoke(const std::string& name, WORD flags) const;
-
   VARIANT value_;
 };
 
