@@ -117,7 +117,7 @@ LateResult LateObject::Invoke(const std::string& member, WORD flags,
   if (FAILED(result.code)) return result;
   std::vector<LateValue> values(arguments.begin(), arguments.end());
   result = testing::Call(*object_, id, flags, values);
-  if (result.code == DISP_E_EXCEPTION) result.code = result.scode;
+  result.code = result.Outcome();
   return result;
 }
 

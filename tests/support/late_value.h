@@ -11,7 +11,7 @@ namespace sab::testing {
 /// The parts of a text between separators.
 std::vector<std::string> Split(const std::string& text, char separator);
 
-/// A value as a script has it, or one reached by late binding. A member that fails fails the test.
+/// A value as a script has it.
 class LateValue {
  public:
   LateValue() { VariantInit(&value_); }
@@ -34,7 +34,7 @@ class LateValue {
   const VARIANT& Get() const { return value_; }
   VARIANT* Put() { return &value_; }  ///< of an empty value
 
-  /// A property of the object that this is.
+  /// A property of the object that this is; fails the test if there is none.
   LateValue Get(const std::string& property) const;
   /// Numbers in decimal, truth values as -1 and 0.
   std::string Text() const;

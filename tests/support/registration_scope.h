@@ -1,5 +1,7 @@
 #pragma once
 
+#include "config/temporary_folder.h"
+
 namespace sab::testing {
 
 /// The registration that the tests run with. Elsewhere than on Windows it is made in a registry of
@@ -7,9 +9,9 @@ namespace sab::testing {
 class RegistrationScope {
  public:
   RegistrationScope();
-  RegistrationScope(const RegistrationScope&) = delete;
-  RegistrationScope& operator=(const RegistrationScope&) = delete;
-  ~RegistrationScope();
+
+ private:
+  TemporaryFolder folder_;
 };
 
 }  // namespace sab::testing

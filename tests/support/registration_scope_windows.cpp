@@ -1,9 +1,3 @@
 #include "support/registration_scope.h"
 
-namespace sab::testing {
-
-RegistrationScope::RegistrationScope() = default;
-
-RegistrationScope::~RegistrationScope() = default;
-
-}  // namespace sab::testing
+sab::testing::RegistrationScope::RegistrationScope() = default;

@@ -4,18 +4,18 @@
 
 namespace sab::testing {
 
-ServerLibrary::ServerLibrary() {
-  void* const library = LoadLibraryBesideTests("SabXmlParser");
-  can_unload_now_ = FunctionIn<decltype(can_unload_now_)>(library, "DllCanUnloadNow");
-  get_class_object_ = FunctionIn<decltype(get_class_object_)>(library, "DllGetClassObject");
-  register_ = FunctionIn<decltype(register_)>(library, "DllRegisterServer");
-  unregister_ = FunctionIn<decltype(unregister_)>(library, "DllUnregisterServer");
-  install_ = FunctionIn<decltype(install_)>(library, "DllInstall");
-}
-
 const ServerLibrary& Server() {
-  static const ServerLibrary library;
-  return library;
+  static const ServerLibrary server = [] {
+    void* const library = LoadLibraryBesideTests("SabXmlParser");
+    ServerLibrary found;
+    found.CanUnloadNow = FunctionIn<decltype(found.CanUnloadNow)>(library, "DllCanUnloadNow");
+    found.GetClassObject = FunctionIn<decltype(found.GetClassObject)>(library, "DllGetClassObject");
+    found.Register = FunctionIn<decltype(found.Register)>(library, "DllRegisterServer");
+    found.Unregister = FunctionIn<decltype(found.Unregister)>(library, "DllUnregisterServer");
+    found.Install = FunctionIn<decltype(found.Install)>(library, "DllInstall");
+    return found;
+  }();
+  return server;
 }
 
 }  // namespace sab::testing
