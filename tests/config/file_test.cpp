@@ -24,8 +24,8 @@ TEST(File, RefusesWhatIsNoFileAndSaysWhy) {
     const char* reason;  // a part of it
   } rows[] = {
       {Text(), "no file is named"},
-      {folder.Name("none"), "o"},
-      {folder.Name(""), "o"},
+      {folder.Name("none"), ""},
+      {folder.Name(""), ""},
       {Text(OLESTR("http://127.0.0.1:9/a.xml")), "network"},
       {Text(OLESTR("HTTPS://localhost/a.xml")), "network"},
       {folder.Name("f") + OLECHAR{0} + OLESTR("tail"), "zero"},
@@ -33,8 +33,8 @@ TEST(File, RefusesWhatIsNoFileAndSaysWhy) {
   folder.Write("f", "x");
   for (const auto& row : rows) {
     const std::string outcome = ReadOrReason(row.name);
-    EXPECT_TRUE(outcome.starts_with("refused: ")) << outcome;
-    EXPECT_NE(outcome.find(row.reason, 9), std::string::npos) << outcome;
+    EXPECT_TRUE(outcome.starts_with("refused: ") && outcome.size() > 9) << outcome;
+    EXPECT_NE(outcome.find(row.reason), std::string::npos) << outcome;
   }
 }
 
