@@ -291,8 +291,13 @@ TEST_F(DescriptorTest, TextsThatAreUnsetAndPlacesThatAreNull) {
     const char* unset;
     HRESULT without_place;  // of texts but one, and of a user interface
   } rows[] = {
-      {kApp, "(null)", E_POINTER},    {kTmpl, "", E_FAIL}, {kModule, "", E_FAIL},
-      {kEnv, "(0x80004005)", E_FAIL}, {kCmd, "", E_FAIL},  {kUi, "", E_FAIL},
+      {kApp, "(null)", E_POINTER},
+      {kTmpl, "", E_FAIL},
+      {kModule, "", E_FAIL},
+      {kEnv, "(0x80004005)", E_FAIL},
+      {kCmd, "", E_FAIL},
+      {kUi, "", E_FAIL},
+      {{"VeTxtTemplateFileParser", "", ""}, "(0x80070057)", E_POINTER},
   };
   for (const auto& row : rows) {
     const LateObject object(row.kind.class_name);
