@@ -84,14 +84,20 @@ class ErrorInfo final : public ICreateErrorInfo, public IErrorInfo {
   DWORD help_context_ = 0;
 };
 
-// The thread's error object, let go when the thread ends.
-struct CurrentError {
-  IErrorInfo* info = nullptr;
-  ~CurrentError() {
-    if (info) info->Release();
+// The thread's error object. It is plain, since every call of a component clears it; what lets it
+// go when the thread ends is made with the first one that is set.
+[[gnu::tls_model("initial-exec")]] constinit thread_local IErrorInfo* current = nullptr;
+
+struct LastError {
+  LastError() = default;
+  LastError(const LastError&) = delete;
+  LastError& operator=(const LastError&) = delete;
+  ~LastError() {
+    if (IErrorInfo* const last = std::exchange(current, nullptr)) last->Release();
   }
 };
-thread_local CurrentError current;
+
+void ReleaseAtTheEndOfTheThread() { static thread_local const LastError last; }
 
 }  // namespace
 
@@ -103,13 +109,16 @@ HRESULT CreateErrorInfo(ICreateErrorInfo** info) {
 
 HRESULT SetErrorInfo(ULONG reserved, IErrorInfo* info) {
   if (reserved != 0) return E_INVALIDARG;
-  if (info) info->AddRef();
-  if (IErrorInfo* const old = std::exchange(current.info, info)) old->Release();
+  if (info) {
+    ReleaseAtTheEndOfTheThread();
+    info->AddRef();
+  }
+  if (IErrorInfo* const old = std::exchange(current, info)) old->Release();
   return S_OK;
 }
 
 HRESULT GetErrorInfo(ULONG reserved, IErrorInfo** info) {
   if (reserved != 0 || !info) return E_INVALIDARG;
-  *info = std::exchange(current.info, nullptr);
+  *info = std::exchange(current, nullptr);
   return *info ? S_OK : S_FALSE;
 }
