@@ -15,7 +15,7 @@ class ResourceStrings {
   Text At(unsigned id) const;
 
  private:
-  void* library_ = nullptr;
+  [[maybe_unused]] void* library_ = nullptr;  // of Windows
 };
 
 /// Number of the first default section name in the library's own string table.

@@ -24,6 +24,7 @@ constexpr std::string_view kValue = "Value";
 
 void RetainedStyles::List::Assign(std::vector<Bstr> new_names) {
   std::vector<BSTR> new_places;
+  new_places.reserve(new_names.size());
   for (const Bstr& name : new_names) new_places.push_back(name.Get());
   names = std::move(new_names);
   places = std::move(new_places);

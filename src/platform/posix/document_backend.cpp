@@ -15,8 +15,9 @@ TextView Element::ReadLocalName(Text& scratch) const {
 
 bool Element::ReadAttribute(std::string_view name, Text& value) const {
   auto found = Xml().AttributeOf(node_, name);
-  if (found) value = *std::move(found);
-  return found.has_value();
+  if (!found) return false;
+  value = *std::move(found);
+  return true;
 }
 
 TextPosition Element::Position() const {
