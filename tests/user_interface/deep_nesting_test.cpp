@@ -64,7 +64,7 @@ TEST(DeepNesting, NeedsLittleStack) {
   Work work{folder.Name("deep.xml")};
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
-  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 256 * 1024));
+  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024));
   pthread_t thread;
   ASSERT_EQ(0, pthread_create(&thread, &attributes, ReadAndWalk, &work));
   pthread_join(thread, nullptr);
