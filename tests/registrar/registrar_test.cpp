@@ -10,10 +10,13 @@
 namespace sab {
 namespace {
 
-// Writes down what the registrar asks for.
-class Recorder final : public RegistryTarget {
+// A registry that remembers, and writes down what the registrar asks for.
+class Registry final : public RegistryTarget {
  public:
-  void CreateKey(const RegistryPath& path) override { Note("create " + path.key); }
+  void CreateKey(const RegistryPath& path) override {
+    Note("create " + path.key);
+    keys[path.key];
+  }
   void SetValue(const RegistryPath& path, const std::string& name, DWORD type,
                 const std::vector<BYTE>& data) override {
     std::string text;
@@ -25,14 +28,28 @@ class Recorder final : public RegistryTarget {
       for (const BYTE byte : data) text += std::to_string(byte) + " ";
     }
     Note("set " + path.key + "@" + name + " " + std::to_string(type) + ":" + text);
+    keys[path.key][name] = text;
   }
   void DeleteValue(const RegistryPath& path, const std::string& name) override {
     Note("unset " + path.key + "@" + name);
+    if (keys.contains(path.key)) keys[path.key].erase(name);
   }
-  void DeleteTree(const RegistryPath& path) override { Note("remove " + path.key); }
-  void DeleteKeyIfEmpty(const RegistryPath& path) override { Note("remove if empty " + path.key); }
+  void DeleteTree(const RegistryPath& path) override {
+    Note("remove " + path.key);
+    std::erase_if(keys, [&](const auto& entry) {
+      return entry.first == path.key || entry.first.starts_with(path.key + "\\");
+    });
+  }
+  void DeleteKeyIfEmpty(const RegistryPath& path) override {
+    Note("remove if empty " + path.key);
+    const bool has_subkeys = std::any_of(keys.begin(), keys.end(), [&](const auto& entry) {
+      return entry.first.starts_with(path.key + "\\");
+    });
+    if (!has_subkeys && keys.contains(path.key) && keys[path.key].empty()) keys.erase(path.key);
+  }
 
   std::string log;
+  std::map<std::string, std::map<std::string, std::string>> keys;
 
  private:
   void Note(const std::string& what) { log += what + "\n"; }
@@ -41,15 +58,15 @@ class Recorder final : public RegistryTarget {
 const Replacements kReplacements = {{"NAME", "Lathe"}, {"PERCENT", "100%"}};
 
 std::string Write(std::string_view script) {
-  Recorder recorder;
-  RunRegistrarScript({"t.rgs", script}, kReplacements, recorder);
-  return recorder.log;
+  Registry registry;
+  RunRegistrarScript({"t.rgs", script}, kReplacements, registry);
+  return registry.log;
 }
 
 std::string Undo(std::string_view script) {
-  Recorder recorder;
-  UndoRegistrarScript({"t.rgs", script}, kReplacements, recorder);
-  return recorder.log;
+  Registry registry;
+  UndoRegistrarScript({"t.rgs", script}, kReplacements, registry);
+  return registry.log;
 }
 
 TEST(Registrar, WritesAndTakesBackWhatTheScriptSays) {
@@ -120,37 +137,12 @@ TEST(Registrar, RefusesWithThePlaceAndTheReason) {
   }
 }
 
-// A registry that remembers: what random scripts write, undoing them takes back to the last key.
-class Memory final : public RegistryTarget {
- public:
-  void CreateKey(const RegistryPath& path) override { keys[path.key]; }
-  void SetValue(const RegistryPath& path, const std::string& name, DWORD,
-                const std::vector<BYTE>& data) override {
-    keys.at(path.key)[name] = data;
-  }
-  void DeleteValue(const RegistryPath& path, const std::string& name) override {
-    if (keys.contains(path.key)) keys[path.key].erase(name);
-  }
-  void DeleteTree(const RegistryPath& path) override {
-    std::erase_if(keys, [&](const auto& entry) {
-      return entry.first == path.key || entry.first.starts_with(path.key + "\\");
-    });
-  }
-  void DeleteKeyIfEmpty(const RegistryPath& path) override {
-    const bool has_subkeys = std::any_of(keys.begin(), keys.end(), [&](const auto& entry) {
-      return entry.first.starts_with(path.key + "\\");
-    });
-    if (!has_subkeys && keys.contains(path.key) && keys[path.key].empty()) keys.erase(path.key);
-  }
-
-  std::map<std::string, std::map<std::string, std::vector<BYTE>>> keys;
-};
-
+// What random scripts write, undoing them takes back to the last key.
 TEST(Registrar, UndoingLeavesWhatOthersWrote) {
   std::mt19937 random(5);
   for (int round = 0; round < 200; ++round) {
-    Memory registry;
-    registry.keys["K0"]["theirs"] = {1};
+    Registry registry;
+    registry.keys["K0"]["theirs"] = "1";
     registry.keys["K1\\Theirs"] = {};
     registry.keys["K1"] = {};
     const auto before = registry.keys;

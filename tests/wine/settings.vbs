@@ -1,6 +1,6 @@
-' Settings as a macro of the drafting program would change them: load, change, save, load again.
-' expect: 256 0 10000 1.2
-' expect: again 128 -1 10000 0.35
+' Settings as a macro of the drafting program would change them: numbers and truth values, values by
+' their names, results in variables.
+' expect: 128 -1 10000 0.35
 ' expect: changed values 2: Paper=A2 Colour=Grey
 ' expect: history 2: D:\parts
 ' expect: 80070057 There is no value named "Scale".
@@ -20,18 +20,14 @@ Function Loaded(name, block)
   Loaded.Load path, "/Settings/" & block
 End Function
 
-Function Display(group)
-  Display = group.ModelBkColor & " " & CInt(group.BigCursor) & " " & group.HatchLineDensity & " " & group.DefLineWidthDisplayScale
-End Function
-
-Write "<Settings><Display><ModelBkColor>256</ModelBkColor></Display><Product><Scale>2</Scale><Paper>A3</Paper></Product><Other/></Settings>"
-Set group = Loaded("VeDisplayCfgParser", "Display")
-WScript.Echo Display(group)
+Write "<Settings><Product><Scale>2</Scale><Paper>A3</Paper></Product><Other/></Settings>"
+Set group = Loaded("VeDisplayCfgParser", "Other")
 group.ModelBkColor = 128
 group.BigCursor = True
 group.DefLineWidthDisplayScale = 0.35
 group.Save path, "/Settings/Other"
-WScript.Echo "again " & Display(Loaded("VeDisplayCfgParser", "Other"))
+Set group = Loaded("VeDisplayCfgParser", "Other")
+WScript.Echo group.ModelBkColor & " " & CInt(group.BigCursor) & " " & group.HatchLineDensity & " " & group.DefLineWidthDisplayScale
 
 Set product = Loaded("VeProductCfgParser", "Product")
 product.RemoveValue "Scale"
@@ -46,8 +42,6 @@ WScript.Echo "changed values " & line
 Set paths = Loaded("VeFilePathCfgParser", "Other")
 paths.put_DCBrowseHistory "C:\drawings"
 paths.put_DCBrowseHistory "D:\parts"
-paths.Save path, "/Settings/Other"
-Set paths = Loaded("VeFilePathCfgParser", "Other")
 count = 0
 entry = ""
 paths.get_DCHistoryCount count
@@ -62,4 +56,3 @@ Write "<Settings><Display></Settings>"
 group.Save path, "/Settings/Display"
 WScript.Echo "damaged file: " & Hex(Err.Number)
 files.DeleteFile path
-files.DeleteFile files.GetSpecialFolder(2) & "\BrowseHistory.xml"
