@@ -15,7 +15,9 @@ class Bstr {
   explicit Bstr(TextView text) : value_(Allocate(text)) {}
   Bstr(const Bstr& other) : value_(other.Copy()) {}
   Bstr(Bstr&& other) noexcept : value_(std::exchange(other.value_, nullptr)) {}
-  ~Bstr() { SysFreeString(value_); }
+  ~Bstr() {
+    if (value_) SysFreeString(value_);
+  }
   Bstr& operator=(Bstr other) noexcept {
     std::swap(value_, other.value_);
     return *this;

@@ -6,13 +6,12 @@
 
 namespace sab {
 
-thread_local int ReleaseQueue::depth_ = 0;
-thread_local std::vector<ReleaseQueue::Doomed>* ReleaseQueue::waiting_ = nullptr;
+thread_local ReleaseQueue::State ReleaseQueue::state_ = {};
 
-bool ReleaseQueue::Postpone(const Doomed& doomed) noexcept {
+bool ReleaseQueue::Postpone(State& state, const Doomed& doomed) noexcept {
   try {
-    if (!waiting_) waiting_ = new std::vector<Doomed>;
-    waiting_->push_back(doomed);
+    if (!state.waiting) state.waiting = new std::vector<Doomed>;
+    state.waiting->push_back(doomed);
     return true;
   } catch (const std::bad_alloc&) {
     return false;
@@ -20,19 +19,20 @@ bool ReleaseQueue::Postpone(const Doomed& doomed) noexcept {
 }
 
 void ReleaseQueue::Destroy(void* object, Destructor destroy) noexcept {
+  State& state = state_;
   // Without memory to remember the object, nesting deeper is the lesser evil.
-  if (depth_ >= kDeepest && Postpone({object, destroy})) return;
-  ++depth_;
+  if (state.depth >= kDeepest && Postpone(state, {object, destroy})) return;
+  ++state.depth;
   destroy(object);
-  if (depth_ == 1) {
-    while (waiting_ && !waiting_->empty()) {
-      const Doomed next = waiting_->back();
-      waiting_->pop_back();
+  if (state.depth == 1) {
+    while (state.waiting && !state.waiting->empty()) {
+      const Doomed next = state.waiting->back();
+      state.waiting->pop_back();
       next.destroy(next.object);
     }
-    delete std::exchange(waiting_, nullptr);
+    delete std::exchange(state.waiting, nullptr);
   }
-  --depth_;
+  --state.depth;
 }
 
 }  // namespace sab

@@ -22,10 +22,13 @@ class ReleaseQueue {
   static constexpr int kDeepest = 32;
 
   // Plain values: a thread may outlive the library, so nothing may have to be destroyed at its end.
-  static thread_local int depth_;
-  static thread_local std::vector<Doomed>* waiting_;
+  struct State {
+    int depth;
+    std::vector<Doomed>* waiting;
+  };
+  static thread_local State state_;
 
-  static bool Postpone(const Doomed& doomed) noexcept;
+  static bool Postpone(State& state, const Doomed& doomed) noexcept;
 };
 
 }  // namespace sab

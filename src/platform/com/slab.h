@@ -37,17 +37,21 @@ class Slab {
       ++used_;
       return link;
     }
-    if (IsFull()) return nullptr;
+    if (unused_ + size > reinterpret_cast<const char*>(this) + kBytes) return nullptr;
     char* const block = unused_;
     unused_ += size;
     ++used_;
     return block;
   }
   /// By the thread that owns the heap.
-  void Give(void* block) {
+  /// @return whether so many blocks are in use now as the heap wanted to hear of
+  bool Give(void* block) {
     free_ = new (block) FreeLink{free_};
-    --used_;
+    return --used_ == reported_use_;
   }
+  static constexpr std::uint32_t kNever = ~std::uint32_t{0};
+  void ReportAt(std::uint32_t blocks_in_use) { reported_use_ = blocks_in_use; }
+  std::uint32_t BlocksInUse() const { return used_; }
   /// By any other thread.
   void GiveFromElsewhere(void* block) {
     auto* const link = new (block) FreeLink{given_.load(std::memory_order_relaxed)};
@@ -66,9 +70,6 @@ class Slab {
     }
   }
   bool IsEmpty() const { return used_ == 0; }
-  bool IsFull() const {
-    return !free_ && unused_ + size > reinterpret_cast<const char*>(this) + kBytes;
-  }
 
   SlabHeap* const heap;
   const std::uint32_t size;  ///< of a block
@@ -79,6 +80,7 @@ class Slab {
   static constexpr std::size_t kHead = 128;  // a line for the owner, one for the others
 
   std::uint32_t used_ = 0;
+  std::uint32_t reported_use_ = kNever;
   FreeLink* free_ = nullptr;
   char* unused_;  // blocks from here on were never taken
   alignas(64) std::atomic<FreeLink*> given_{nullptr};

@@ -27,17 +27,7 @@ class SlabHeap {
   }
 
   void Free(Slab* slab, void* block) {
-    Family& family = families_[FamilyOf(slab->size)];
-    const bool was_full = slab->IsFull();
-    slab->Give(block);
-    if (slab == family.current) return;
-    if (slab->IsEmpty()) {
-      family.Remove(slab);
-      ReleaseSlab(slab);
-    } else if (was_full) {
-      family.Remove(slab);
-      family.AddFirst(slab);
-    }
+    if (slab->Give(block)) HearFrom(slab);
   }
 
   SlabHeap* next = nullptr;  ///< of those without a thread
@@ -56,7 +46,8 @@ class SlabHeap {
       (first ? first->previous : last) = slab;
       first = slab;
     }
-    void AddLast(Slab* slab) {
+    void AddFull(Slab* slab) {
+      slab->ReportAt(slab->BlocksInUse() - 1);
       slab->next = nullptr;
       slab->previous = last;
       (last ? last->next : first) = slab;
@@ -70,8 +61,20 @@ class SlabHeap {
 
   static std::size_t FamilyOf(std::size_t size) { return (size - 1) / kGrain; }
 
+  // A slab of a list that was full has a free block, or it is empty.
+  void HearFrom(Slab* slab) {
+    Family& family = families_[FamilyOf(slab->size)];
+    family.Remove(slab);
+    if (slab->IsEmpty()) {
+      ReleaseSlab(slab);
+    } else {
+      slab->ReportAt(0);
+      family.AddFirst(slab);
+    }
+  }
+
   void* AllocateElsewhere(Family& family, std::size_t block_size) {
-    if (family.current) family.AddLast(std::exchange(family.current, nullptr));
+    if (family.current) family.AddFull(std::exchange(family.current, nullptr));
     // Full slabs take turns: other threads may have handed blocks back.
     constexpr int kMostTurns = 4;
     for (int turn = 0; turn < kMostTurns && family.first; ++turn) {
@@ -79,10 +82,11 @@ class SlabHeap {
       family.Remove(slab);
       slab->Collect();
       if (void* const block = slab->Take()) {
+        slab->ReportAt(Slab::kNever);
         family.current = slab;
         return block;
       }
-      family.AddLast(slab);
+      family.AddFull(slab);
     }
     family.current = AcquireSlab(this, block_size);
     return family.current ? family.current->Take() : nullptr;
