@@ -13,11 +13,6 @@ std::string_view TrimmedStart(std::string_view text) {
   return text;
 }
 
-std::string_view TrimmedEnd(std::string_view text) {
-  while (!text.empty() && Has(text.back(), kSpace)) text.remove_suffix(1);
-  return text;
-}
-
 }  // namespace
 
 Document::Document(std::string bytes)
@@ -65,7 +60,7 @@ bool Document::StartsWithBlank(NodeIndex element) const {
   return Has(text_[ContentStart(element)], kSpace);
 }
 
-void Document::AppendText(NodeIndex start, std::u16string& out) const {
+void Document::AppendJoinedText(NodeIndex start, std::u16string& out) const {
   const std::size_t had = out.size();
   bool is_first = true;
   bool trims_end = false;
@@ -83,12 +78,6 @@ void Document::AppendText(NodeIndex start, std::u16string& out) const {
     trims_end = trims;
   };
   const Node& whole = nodes_[start];
-  if (whole.type == NodeType::kElement && (whole.flags & kHasOnlyText) != 0) {
-    const std::string_view text(text_ + whole.start + whole.name_length + 2,
-                                whole.end - whole.start - whole.name_length - 2);
-    AppendUtf16((whole.flags & kPreservesSpace) != 0 ? text : TrimmedEnd(text), out);
-    return;
-  }
   const bool is_container = whole.type == NodeType::kElement || whole.type == NodeType::kDocument;
   const NodeIndex end = is_container ? EndOf(start) : start + 1;
   // White space alone between tags is no node, but texts on both sides of it are kept apart by one

@@ -4,9 +4,11 @@
 #include <string>
 #include <string_view>
 
+#include "xml/characters.h"
 #include "xml/encoding.h"
 #include "xml/node.h"
 #include "xml/reader.h"
+#include "xml/text.h"
 
 namespace sab::xml {
 
@@ -58,8 +60,14 @@ class Document {
   /// Appends the text of a node: that of all text below it, joined. White space at the ends is left
   /// out, except in CDATA sections and under xml:space="preserve"; white space alone between two
   /// tags counts as one blank.
-  void AppendText(NodeIndex node, std::u16string& out) const;
-  /// Appends the text of a leaf that needs no node of its own; see HasOnlyText.
+  void AppendText(NodeIndex node, std::u16string& out) const {
+    if (HasOnlyText(node)) {
+      AppendUtf16(OnlyTextOf(node), out);
+    } else {
+      AppendJoinedText(node, out);
+    }
+  }
+  /// Whether the text of an element needs no node of its own.
   bool HasOnlyText(NodeIndex element) const { return (nodes_[element].flags & kHasOnlyText) != 0; }
 
   /// The value of an attribute by its name as written, normalised; nothing if there is none.
@@ -85,6 +93,17 @@ class Document {
   // Whether white space that is no node follows a node, or stands first in an element.
   bool HasBlankBehind(NodeIndex node) const;
   bool StartsWithBlank(NodeIndex element) const;
+  // The text of an element that has nothing else; it never starts with white space.
+  std::string_view OnlyTextOf(NodeIndex element) const {
+    const Node& node = nodes_[element];
+    const std::size_t start = node.start + std::size_t{node.name_length} + 2;
+    std::size_t end = node.end;
+    if ((node.flags & kPreservesSpace) == 0) {
+      while (Has(text_[end - 1], kSpace)) --end;
+    }
+    return {text_ + start, end - start};
+  }
+  void AppendJoinedText(NodeIndex node, std::u16string& out) const;
   void AppendPiece(std::string_view piece, bool needs_decoding, std::u16string& out) const;
 
   std::string bytes_;  // as they stand in the file, and zeros behind them

@@ -1,5 +1,9 @@
 #include "xml/text.h"
 
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -16,6 +20,47 @@ void AppendCode(char32_t code, std::u16string& out) {
     out.push_back(static_cast<char16_t>(0xD7C0 + (code >> 10)));
     out.push_back(static_cast<char16_t>(0xDC00 | (code & 0x3FF)));
   }
+}
+
+constexpr std::ptrdiff_t kStep = 16;
+
+// Writes valid UTF-8 as UTF-16 and gives its end, behind which up to fifteen units are overwritten.
+char16_t* WriteUtf16(std::string_view utf8, char16_t* to) {
+  const char* p = utf8.data();
+  const char* const end = p + utf8.size();
+  while (p < end) {
+    std::array<unsigned char, kStep> bytes;
+    std::memcpy(bytes.data(), p, kStep);
+    const auto words = std::bit_cast<std::array<std::uint64_t, 2>>(bytes);
+    if (((words[0] | words[1]) & 0x8080808080808080) == 0) {
+      std::copy(bytes.begin(), bytes.end(), to);
+      const std::ptrdiff_t count = std::min(end - p, kStep);
+      p += count;
+      to += count;
+      continue;
+    }
+    do {
+      const auto first = static_cast<unsigned char>(*p);
+      const auto trail = [p](int i) { return static_cast<unsigned char>(p[i]) & 0x3FU; };
+      if (first < 0x80) {
+        *to++ = first;
+        ++p;
+      } else if (first < 0xE0) {
+        *to++ = static_cast<char16_t>((first & 0x1FU) << 6 | trail(1));
+        p += 2;
+      } else if (first < 0xF0) {
+        *to++ = static_cast<char16_t>((first & 0x0FU) << 12 | trail(1) << 6 | trail(2));
+        p += 3;
+      } else {
+        const std::uint32_t code =
+            (first & 0x07U) << 18 | trail(1) << 12 | trail(2) << 6 | trail(3);
+        *to++ = static_cast<char16_t>(0xD7C0 + (code >> 10));
+        *to++ = static_cast<char16_t>(0xDC00 | (code & 0x3FF));
+        p += 4;
+      }
+    } while (p < end && static_cast<unsigned char>(*p) >= 0x80);
+  }
+  return to;
 }
 
 // The character that a checked reference stands for; moves behind it.
@@ -41,40 +86,17 @@ char32_t TakeReference(const char*& p) {
 }  // namespace
 
 void AppendUtf16(std::string_view utf8, std::u16string& out) {
-  const std::size_t had = out.size();
-  out.resize(had + utf8.size());  // never more units than bytes
-  char16_t* to = out.data() + had;
-  const char* p = utf8.data();
-  const char* const end = p + utf8.size();
-  while (p < end) {
-    while (end - p >= 8) {
-      std::uint64_t word;
-      std::memcpy(&word, p, 8);
-      if ((word & 0x8080808080808080) != 0) break;
-      for (int i = 0; i < 8; ++i) to[i] = static_cast<unsigned char>(p[i]);
-      p += 8;
-      to += 8;
-    }
-    if (p >= end) break;
-    const auto first = static_cast<unsigned char>(*p);
-    const auto trail = [p](int i) { return static_cast<unsigned char>(p[i]) & 0x3FU; };
-    if (first < 0x80) {
-      *to++ = first;
-      ++p;
-    } else if (first < 0xE0) {
-      *to++ = static_cast<char16_t>((first & 0x1FU) << 6 | trail(1));
-      p += 2;
-    } else if (first < 0xF0) {
-      *to++ = static_cast<char16_t>((first & 0x0FU) << 12 | trail(1) << 6 | trail(2));
-      p += 3;
-    } else {
-      const std::uint32_t code = (first & 0x07U) << 18 | trail(1) << 12 | trail(2) << 6 | trail(3);
-      *to++ = static_cast<char16_t>(0xD7C0 + (code >> 10));
-      *to++ = static_cast<char16_t>(0xDC00 | (code & 0x3FF));
-      p += 4;
-    }
+  constexpr std::size_t kShort = 64;
+  if (utf8.size() <= kShort) {
+    std::array<char16_t, kShort + kStep> units;
+    char16_t* const end = WriteUtf16(utf8, units.data());
+    out.append(units.data(), static_cast<std::size_t>(end - units.data()));
+    return;
   }
-  out.resize(static_cast<std::size_t>(to - out.data()));
+  const std::size_t had = out.size();
+  out.resize(had + utf8.size() + kStep);  // never more units than bytes
+  char16_t* const end = WriteUtf16(utf8, out.data() + had);
+  out.resize(static_cast<std::size_t>(end - out.data()));
 }
 
 void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out) {
