@@ -56,21 +56,22 @@ class NodeArray {
   const Node& operator[](NodeIndex index) const { return nodes_[index]; }
   std::uint32_t Size() const { return size_; }
 
+  /// Makes room for so many nodes.
+  void Reserve(std::size_t wanted) {
+    if (wanted > UINT32_MAX) throw std::bad_alloc();
+    void* const grown = std::realloc(nodes_, wanted * sizeof(Node));
+    if (!grown) throw std::bad_alloc();
+    nodes_ = static_cast<Node*>(grown);
+    capacity_ = static_cast<std::uint32_t>(wanted);
+  }
+
   NodeIndex Append(const Node& node) {
-    if (size_ == capacity_) Grow();
+    if (size_ == capacity_) Reserve(64 + size_ + std::size_t{size_} / 2);
     nodes_[size_] = node;
     return size_++;
   }
 
  private:
-  void Grow() {
-    const std::size_t wanted = capacity_ == 0 ? 64 : capacity_ + std::size_t{capacity_} / 2;
-    void* const grown = std::realloc(nodes_, wanted * sizeof(Node));
-    if (!grown || wanted > UINT32_MAX) throw std::bad_alloc();
-    nodes_ = static_cast<Node*>(grown);
-    capacity_ = static_cast<std::uint32_t>(wanted);
-  }
-
   Node* nodes_ = nullptr;
   std::uint32_t size_ = 0;
   std::uint32_t capacity_ = 0;

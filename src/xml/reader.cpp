@@ -16,7 +16,11 @@ namespace {
 
 class Reader {
  public:
-  Reader(const char* text, std::size_t size) : text_(text), end_(text + size), p_(text) {}
+  Reader(const char* text, std::size_t size) : text_(text), end_(text + size), p_(text) {
+    // An element seldom takes fewer bytes. What is not needed of this is never touched.
+    constexpr std::size_t kBytesPerNode = 32;
+    nodes_.Reserve(64 + size / kBytesPerNode);
+  }
 
   NodeArray Read() {
     nodes_.Append({0, 0, kNoNode, kNoNode, 0, 0, NodeType::kDocument, 0, 0});

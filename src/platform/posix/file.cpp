@@ -247,6 +247,7 @@ std::optional<std::string> ReadFileBytes(TextView name, std::string& reason) {
       return refuse(Words(errno));
     }
     size += static_cast<std::size_t>(count);
+    if (static_cast<off_t>(size) == status.st_size) break;
     if (size > kLargestFile) return refuse(Words(EFBIG));
     if (bytes.size() - size < kRoom / 2) bytes.resize(bytes.size() * 2);
   }
