@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -145,10 +146,17 @@ class ConfigNodes {
  public:
   explicit ConfigNodes(backend::Nodes nodes) : nodes_(std::move(nodes)) {}
 
-  /// The element that selecting "<node path>/<key>" gives: the first in document order that any
-  /// node of the path has, not merely the first node's.
-  /// @param key without its leading slash; may be a path of its own, "FontStyle/Name"
-  ConfigElement First(std::string_view key) const { return ConfigElement(nodes_.First(key)); }
+  /// For each key the element that selecting "<node path>/<key>" gives, or none: the first in
+  /// document order that any node of the path has, not merely the first node's. Fastest for a file
+  /// that has the keys in this order.
+  /// @param keys no two the same, without a leading slash; one may be a path of its own,
+  ///             "FontStyle/Name"
+  std::vector<ConfigElement> First(std::span<const std::string_view> keys) const {
+    std::vector<ConfigElement> elements;
+    elements.reserve(keys.size());
+    for (backend::Element& element : nodes_.First(keys)) elements.emplace_back(std::move(element));
+    return elements;
+  }
 
   /// The elements that selecting "<node path>/*" gives: all that any node of the path has.
   std::vector<ConfigElement> Children() const {

@@ -1,14 +1,22 @@
 #include "settings/settings_table.h"
 
+#include <vector>
+
 namespace sab {
 
 void LoadSettings(std::span<const SettingsRow> rows, void* fields, ConfigDocument& document,
                   TextView node_path) {
-  const ConfigNodes nodes = document.SelectAll(node_path);
+  std::vector<std::string_view> keys;
+  keys.reserve(rows.size());
+  for (const SettingsRow& row : rows) {
+    if (row.IsLoaded()) keys.push_back(row.key);
+  }
+  const std::vector<ConfigElement> elements = document.SelectAll(node_path).First(keys);
+  auto next = elements.begin();
   Text scratch;
   for (const SettingsRow& row : rows) {
     if (!row.IsLoaded()) continue;
-    if (const ConfigElement element = nodes.First(row.key)) {
+    if (const ConfigElement& element = *next++) {
       if (row.read) {
         row.read(fields, element, scratch);
       } else {

@@ -1,5 +1,7 @@
 #include "xml/path.h"
 
+#include <numeric>
+
 #include "xml/characters.h"
 #include "xml/error.h"
 
@@ -72,6 +74,28 @@ NodeIndex FirstChildNamed(const Document& document, const std::vector<NodeIndex>
     }
   }
   return kNoNode;
+}
+
+std::vector<NodeIndex> FirstChildrenNamed(const Document& document,
+                                          const std::vector<NodeIndex>& parents,
+                                          std::span<const std::string_view> names) {
+  std::vector<NodeIndex> found(names.size(), kNoNode);
+  std::vector<std::size_t> wanted(names.size());  // what is not found yet
+  std::iota(wanted.begin(), wanted.end(), std::size_t{0});
+  std::size_t next = 0;  // behind the one that was found last: it mostly comes next
+  for (const NodeIndex parent : parents) {
+    for (NodeIndex child = document.FirstChildElement(parent); child != kNoNode && !wanted.empty();
+         child = document.NextElement(child)) {
+      for (std::size_t looked_at = 0; looked_at < wanted.size(); ++looked_at, ++next) {
+        if (next >= wanted.size()) next = 0;
+        if (!IsStep(document, child, names[wanted[next]])) continue;
+        found[wanted[next]] = child;
+        wanted.erase(wanted.begin() + static_cast<std::ptrdiff_t>(next));
+        break;
+      }
+    }
+  }
+  return found;
 }
 
 }  // namespace sab::xml

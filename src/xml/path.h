@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -19,6 +20,12 @@ NodeIndex SelectFirst(const Document& document, std::string_view path);
 /// The first child element of that name that any of the parents has, in their order.
 NodeIndex FirstChildNamed(const Document& document, const std::vector<NodeIndex>& parents,
                           std::string_view name);
+
+/// The same for many names at once, no two of which are the same. Fastest where the children stand
+/// in the order of the names.
+std::vector<NodeIndex> FirstChildrenNamed(const Document& document,
+                                          const std::vector<NodeIndex>& parents,
+                                          std::span<const std::string_view> names);
 
 /// Whether the path is only child steps.
 bool IsChildSteps(std::string_view path);

@@ -104,16 +104,17 @@ TEST_F(ConfigDocumentTest, PreparedNodesEqualTheJoinedPath) {
       "<G id='g3'><B>4</B><C>5</C></G><H><G><D>6</D></G></H></r>");
   const char* const node_paths[] = {"/r/G", "r/G",         "/r/G[3]", "/r/G/", "//G", "/r/*",
                                     "/r/H", "/r/G | /r/H", "/r",      "",      "/",   "/none"};
-  const char* const keys[] = {"A", "B", "C", "D", "S/T", "S/U", "G/D", "r", "r/G", "G", "None"};
+  const std::string_view keys[] = {"A",   "B", "C",   "D", "S/T", "S/U",
+                                   "G/D", "r", "r/G", "G", "None"};
   for (const char* node_path : node_paths) {
-    const ConfigNodes nodes = document_.SelectAll(FromUtf8(node_path));
-    for (const char* key : keys) {
-      const std::string joined = std::string(node_path) + "/" + key;
-      EXPECT_EQ(TextOf(nodes.First(key)), TextAt(joined)) << joined;
+    const std::vector<ConfigElement> found = document_.SelectAll(FromUtf8(node_path)).First(keys);
+    for (std::size_t i = 0; i < std::size(keys); ++i) {
+      const std::string joined = std::string(node_path) + "/" + std::string(keys[i]);
+      EXPECT_EQ(TextOf(found[i]), TextAt(joined)) << joined;
     }
   }
-  EXPECT_EQ(TextOf(document_.SelectAll(OLESTR("/r/G")).First("C")), "5");
-  EXPECT_EQ(ResultOf([&] { document_.SelectAll(OLESTR("/r/G[")).First("A"); }), E_FAIL);
+  EXPECT_EQ(TextOf(document_.SelectAll(OLESTR("/r/G")).First(keys)[2]), "5");
+  EXPECT_EQ(ResultOf([&] { document_.SelectAll(OLESTR("/r/G[")).First(keys); }), E_FAIL);
 }
 
 TEST_F(ConfigDocumentTest, ChildrenAreElementsWithLocalNames) {

@@ -220,11 +220,15 @@ void Element::Remove() { document_->Editor().Remove(PlaceInBytes()); }
 
 // --- Nodes and Document ---
 
-Element Nodes::First(std::string_view key) const {
-  Text path = path_;
-  path.push_back(L'/');
-  AppendAscii(path, key);
-  return document_->Select(path);
+std::vector<Element> Nodes::First(std::span<const std::string_view> keys) const {
+  std::vector<Element> elements;
+  for (const std::string_view key : keys) {
+    Text path = path_;
+    path.push_back(L'/');
+    AppendAscii(path, key);
+    elements.push_back(document_->Select(path));
+  }
+  return elements;
 }
 
 std::vector<Element> Nodes::Children() const { return document_->SelectElements(path_ + L"/*"); }

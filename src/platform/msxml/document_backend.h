@@ -12,6 +12,7 @@
 #include <msxml2.h>
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,7 +80,7 @@ class Nodes {
  public:
   Nodes(Document* document, TextView node_path) : document_(document), path_(node_path) {}
 
-  Element First(std::string_view key) const;
+  std::vector<Element> First(std::span<const std::string_view> keys) const;
   std::vector<Element> Children() const;
 
  private:

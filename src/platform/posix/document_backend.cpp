@@ -1,5 +1,7 @@
 #include "document_backend.h"
 
+#include <algorithm>
+
 #include "base/com_error.h"
 #include "platform/file.h"
 #include "xml/error.h"
@@ -46,11 +48,21 @@ Nodes::Nodes(Document* document, TextView node_path)
     parents_ = xml::SelectAll(document_->Xml(), path_);
 }
 
-Element Nodes::First(std::string_view key) const {
-  const bool is_one_step = xml::IsChildSteps(key) && key.find('/') == std::string_view::npos;
-  if (parents_ && is_one_step)
-    return Element(document_, xml::FirstChildNamed(document_->Xml(), *parents_, key));
-  return document_->Select(path_ + '/' + std::string(key));
+std::vector<Element> Nodes::First(std::span<const std::string_view> keys) const {
+  std::vector<Element> elements(keys.size());
+  if (parents_) {
+    const std::vector<xml::NodeIndex> found =
+        xml::FirstChildrenNamed(document_->Xml(), *parents_, keys);
+    std::transform(found.begin(), found.end(), elements.begin(),
+                   [this](xml::NodeIndex node) { return Element(document_, node); });
+  }
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const bool is_one_step =
+        xml::IsChildSteps(keys[i]) && keys[i].find('/') == std::string_view::npos;
+    if (!parents_ || !is_one_step)
+      elements[i] = document_->Select(path_ + '/' + std::string(keys[i]));
+  }
+  return elements;
 }
 
 std::vector<Element> Nodes::Children() const {

@@ -4,6 +4,7 @@
 // what stands here; platform/msxml holds the same classes over MSXML.
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -55,7 +56,7 @@ class Nodes {
  public:
   Nodes(Document* document, TextView node_path);
 
-  Element First(std::string_view key) const;
+  std::vector<Element> First(std::span<const std::string_view> keys) const;
   std::vector<Element> Children() const;
 
  private:
