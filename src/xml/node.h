@@ -31,7 +31,7 @@ struct Node {
   std::uint16_t prefix_length;  ///< of elements, the prefix with its colon
   NodeType type;
   std::uint8_t flags;
-  std::uint16_t unused;
+  std::uint16_t indentation;  ///< of elements, white space before the tag; 0 if it is not known
 };
 static_assert(sizeof(Node) == 24);
 

@@ -1,6 +1,7 @@
 #include "xml/reader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <string_view>
 #include <unordered_set>
@@ -297,6 +298,7 @@ class Reader {
 
   void ReadElements() {
     do {
+      if (ReadForeseenTag()) continue;
       if (*p_ != '<') {
         ReadText();
         continue;
@@ -325,12 +327,57 @@ class Reader {
 
   void ReadStartTag() {
     const char* const start = p_++;
-    attributes_.clear();
     const std::string_view name = ReadName("an element's name");
-    if (ReadOnlyText(start, name)) return;
+    const auto indentation = space_end_ == start ? static_cast<std::size_t>(start - space_) : 0;
+    Foresee(name);
+    ReadElement(start, name,
+                static_cast<std::uint16_t>(indentation <= UINT16_MAX ? indentation : 0));
+  }
+
+  // Files repeat themselves: an element is mostly followed by what followed the last one of its
+  // name, down to the indentation. So the next tag is compared as a whole with the one that stood
+  // there before looking at its bytes one by one.
+  void Foresee(std::string_view name) {
+    const auto letter = [](char c) { return static_cast<unsigned char>(c); };
+    NodeIndex& last =
+        last_of_name_[(name.size() + letter(name.front()) * std::size_t{5} + letter(name.back())) %
+                      last_of_name_.size()];
+    const Node& node = nodes_[last];
+    const bool has_name = last != kNoNode && node.name_length == name.size() &&
+                          Matches(text_ + node.start + 1, name.data(), name.size());
+    foreseen_ = has_name ? last + 1 : kNoNode;
+    last = nodes_.Size();
+  }
+
+  bool ReadForeseenTag() {
+    const Node& node = nodes_[foreseen_];
+    if (node.type != NodeType::kElement || node.prefix_length != 0) return false;
+    const std::uint16_t indentation = node.indentation;
+    // From the white space to what ends the name.
+    const std::size_t size = indentation + std::size_t{node.name_length} + 2;
+    if (!Matches(p_, text_ + node.start - indentation, size)) return false;
+    if (indentation != 0 && (nodes_[open_].flags & kPreservesSpace) != 0) return false;
+    const char* const start = p_ + indentation;
+    const std::string_view name(start + 1, node.name_length);
+    p_ += size - 1;
+    colon_ = nullptr;
+    ++foreseen_;
+    ReadElement(start, name, indentation);
+    return true;
+  }
+
+  // From behind the name.
+  void ReadElement(const char* start, std::string_view name, std::uint16_t indentation) {
+    const NodeIndex element = nodes_.Size();
+    if (ReadOnlyText(start, name)) {
+      nodes_[element].indentation = indentation;
+      return;
+    }
+    attributes_.clear();
     const std::size_t prefix_length = PrefixOf(name);
-    const NodeIndex element = Append(NodeType::kElement, start, start, InheritedFlags());
+    Append(NodeType::kElement, start, start, InheritedFlags());
     nodes_[element].name_length = static_cast<std::uint16_t>(name.size());
+    nodes_[element].indentation = indentation;
     open_ = element;
     previous_ = kNoNode;
     ++depth_;
@@ -490,7 +537,11 @@ class Reader {
     // Space between tags is no node, unless it is to be kept.
     p_ = SkipWhiteSpace(p_);
     const bool preserves = (nodes_[open_].flags & kPreservesSpace) != 0;
-    if (*p_ == '<' && p_ != start && !preserves) return;
+    if (*p_ == '<' && p_ != start && !preserves) {
+      space_ = start;
+      space_end_ = p_;
+      return;
+    }
     std::uint8_t flags = nodes_[open_].flags & kPreservesSpace;
     if (std::memchr(start, '\r', static_cast<std::size_t>(p_ - start))) flags |= kNeedsDecoding;
     for (;;) {
@@ -531,9 +582,13 @@ class Reader {
   const char* const end_;
   const char* p_;
   const char* colon_ = nullptr;  // the first one of the name that was read last
+  const char* space_ = nullptr;  // white space between two tags, the last that was read
+  const char* space_end_ = nullptr;
   NodeArray nodes_;
-  NodeIndex open_ = kNoNode;      // the element whose content is being read
-  NodeIndex previous_ = kNoNode;  // its last child so far
+  NodeIndex foreseen_ = kNoNode;                 // the element whose tag is expected to come again
+  std::array<NodeIndex, 64> last_of_name_ = {};  // by a number made of the name
+  NodeIndex open_ = kNoNode;                     // the element whose content is being read
+  NodeIndex previous_ = kNoNode;                 // its last child so far
   std::uint32_t depth_ = 0;
   std::vector<Attribute> attributes_;  // of the tag being read
   Namespaces namespaces_;
