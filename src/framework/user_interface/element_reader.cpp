@@ -59,7 +59,8 @@ void ReadElements(ReadingContext& context, const ConfigElement& element,
     if (const ValueRule* const value = RuleFor(top.grammar->values, top.next_value, child)) {
       child.ReadText(context.text);
       value->put(context, *top.object);
-    } else if (const ChildRule* const rule = RuleFor(top.grammar->children, top.next_child, child)) {
+    } else if (const ChildRule* const rule =
+                   RuleFor(top.grammar->children, top.next_child, child)) {
       ComPtr<IDispatch> opened = rule->open(context, *top.object, child);
       if (rule->grammar) {
         open.push_back({child.Children().begin(), rule->grammar, std::move(opened), rule});
