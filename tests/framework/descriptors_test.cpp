@@ -325,6 +325,9 @@ TEST_F(DescriptorTest, TextsThatAreUnsetAndPlacesThatAreNull) {
       }
     }
   }
+  const LateObject without_panel = Put(kEnv.class_name, DocumentOf(kEnv, "", ""));
+  ASSERT_EQ(S_OK, Generate(without_panel, kEnv.class_name));
+  EXPECT_EQ("(null)", without_panel.Get("GetDefaultPanel"));
 }
 
 TEST_F(DescriptorTest, AFileThatCannotBeReadSaysWhy) {
