@@ -1,5 +1,5 @@
-// Any bytes at all as a document: reading ends with a document or an Error, agrees with expat on
-// which, and what is read can be walked, changed and read again.
+// Any bytes at all as a document: reading ends with a document or an Error, agrees with expat or
+// libxml2 on which, and what is read can be walked, changed and read again.
 
 #include <cstddef>
 #include <cstdint>
@@ -50,8 +50,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Document document(bytes);
     Require(CountElements(document) > 0);
     ChangeAndReadAgain(document, document.Root());
-    // Encodings of expat are fewer, and it reads document types.
-    if (document.GetEncoding().IsUtf8()) Require(sab::xml::testing::ExpatAccepts(bytes));
+    // The judges know fewer encodings, and a mark does not keep them from refusing the one that is
+    // declared. Names of the fifth edition are strange to expat, but not to libxml2.
+    const sab::xml::Encoding& encoding = document.GetEncoding();
+    if (encoding.IsUtf8() && encoding.MarkLength() == 0) {
+      Require(sab::xml::testing::ExpatAccepts(bytes) || sab::xml::testing::LibxmlAccepts(bytes));
+    }
   } catch (const sab::xml::Error&) {
   }
   return 0;
