@@ -25,10 +25,12 @@ def allowed(folder):
         below = LAYERS[:LAYERS.index(folder)]
         return {folder, *below} if folder != "xml" else {"xml"}
     if folder in FAMILIES:
-        return {folder, *LAYERS}
+        return {folder, "formats", *LAYERS}
+    if folder == "formats":  # data alone
+        return {"formats"}
     if folder == "cli":  # what works on settings files knows their key tables
-        return {"cli", "settings", "common", "platform", "base"}
-    return {folder, *LAYERS, *FAMILIES}
+        return {"cli", "settings", "formats", "common", "platform", "base"}
+    return {folder, "formats", *LAYERS, *FAMILIES}
 
 
 class House(unittest.TestCase):

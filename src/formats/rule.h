@@ -1,0 +1,253 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace sab::formats {
+
+// What a file may hold, as data: one rule an element, in the order in which they are read, since a
+// failure keeps what was read before it. Parsers bind their values to these rules by name; the
+// documents and the command line are made from them, too. Nothing here needs a component or a file.
+
+/// What the text of an element is and which value it becomes.
+enum class Type : unsigned char {
+  kNone,  ///< no text: it has elements, or is a mark
+
+  // Kept as texts.
+  kText,
+  kGuid,   ///< identifier of a class or an interface, in braces
+  kPath,   ///< of a file or a folder
+  kUrl,    ///< address on the web
+  kImage,  ///< file name of a picture
+  kKey,    ///< name of a key on the keyboard
+
+  // Truth values, each in the manner of its files.
+  kOne,        ///< true for "1" alone
+  kNotZero,    ///< false for "0" alone
+  kOneOrTrue,  ///< true for "1", and for "true" in any letter case
+  kTrue,       ///< true for "true" in any letter case
+  kFlag,       ///< -1 is true and 0 is false; any other number is kept as it is
+  kMinusOne,   ///< true for the number -1 alone
+  kNonZero,    ///< true for every number but 0
+
+  // Numbers; a text that begins with none is 0.
+  kInt16,
+  kUInt16,
+  kWideInt16,  ///< 32 bits, all of which are kept; the property hands out 16
+  kInt32,
+  kInt32OrMax,  ///< 32 bits; "INT_MAX" is the greatest
+  kUInt32,      ///< 32 bits, written as if there were a sign
+  kColour,      ///< the same 32 bits; what they mean is the host's
+  kFloat,
+  kDouble,
+
+  // Lists: a semicolon after each element.
+  kTextList,
+  kInt32List,
+  kColourList,
+};
+
+/// Which of several elements of one name counts.
+enum class Count : unsigned char {
+  kFirst,   ///< the first in document order that its path leads to
+  kLast,    ///< each is taken as it comes, so the last stays
+  kSticky,  ///< a flag that the right text changes; no other text changes it back
+  kEach,    ///< every one is an entry of a list
+  kMerged,  ///< the contents of all go into one object
+};
+
+/// Whether the element must be there.
+enum class Need : unsigned char {
+  kOptional,
+  kPresent,        ///< it may be empty
+  kNotEmpty,       ///< present, with a text or an entry
+  kEntryIfThere,   ///< it may be missing, but not be without an entry
+  kCompletesItem,  ///< an entry without it, or with a text that is none of its type, is skipped
+};
+
+/// What an identifier names.
+enum class Subject : unsigned char {
+  kNone,
+  kApplication,
+  kTemplate,
+  kModule,
+  kEnvironment,
+  kCommand,
+  kMenu,
+  kToolbar,
+  kPanel,
+  kWindow,
+  kSymbol,
+};
+
+enum class Role : unsigned char {
+  kNone,
+  kDefines,   ///< its text is the identifier of a subject
+  kRefersTo,  ///< its text is an identifier that is defined elsewhere
+  kLeadsTo,   ///< its text is the path of another document
+};
+
+/// The kinds of documents.
+enum class Kind : unsigned char {
+  kNone,
+  kApplication,
+  kTemplate,
+  kModule,
+  kEnvironment,
+  kCommands,
+  kUserInterface,
+  kCatalogue,
+  kSettings,
+  kBrowseHistory,
+  kTextTemplate,
+};
+
+/// Which way a value of the settings goes.
+enum class Use : unsigned char { kLoadedAndSaved, kOnlyLoaded, kOnlySaved };
+
+/// Stands for an element whose name does not matter.
+inline constexpr std::string_view kAnyName = "*";
+
+/// One element: made by the functions below and changed by its own, each of which gives a copy.
+struct Rule {
+  std::string_view name;  ///< local name, as files spell it
+  Type type = Type::kNone;
+  std::string_view help;  ///< for the author of a file: one line without a full stop
+  Count count = Count::kLast;
+  Need need = Need::kOptional;
+  Role role = Role::kNone;
+  Subject subject = Subject::kNone;
+  Kind leads_to = Kind::kNone;
+  Use use = Use::kLoadedAndSaved;
+  bool each_node_counts = false;       ///< every node in it is a text of its own
+  bool matches_whole_name = false;     ///< a name with a prefix is another name
+  std::uint32_t result = 0;            ///< of an unmet need; 0 for that of the document
+  std::string_view member = {};        ///< where a class gives it, unless the name is the same
+  std::string_view when_missing = {};  ///< taken for its text if the element is missing
+  bool also_when_empty = false;        ///< when_missing also stands in for an empty text
+  const Rule* content = nullptr;       ///< what it may hold
+  std::size_t content_size = 0;
+
+  constexpr std::span<const Rule> Content() const { return {content, content_size}; }
+  constexpr bool IsList() const { return count == Count::kEach; }
+
+  /// A copy that has another value there.
+  template <class Value>
+  constexpr Rule With(Value Rule::*part, Value value) const {
+    Rule rule = *this;
+    rule.*part = value;
+    return rule;
+  }
+
+  constexpr Rule Present() const { return With(&Rule::need, Need::kPresent); }
+  constexpr Rule Required() const { return With(&Rule::need, Need::kNotEmpty); }
+  constexpr Rule EntryIfThere(std::uint32_t failure = 0) const {
+    return With(&Rule::need, Need::kEntryIfThere).With(&Rule::result, failure);
+  }
+  constexpr Rule CompletesItem() const { return With(&Rule::need, Need::kCompletesItem); }
+  constexpr Rule Sticky() const { return With(&Rule::count, Count::kSticky); }
+  constexpr Rule Each() const { return With(&Rule::count, Count::kEach); }
+  constexpr Rule EachNodeCounts() const { return With(&Rule::each_node_counts, true); }
+  constexpr Rule MatchingWholeName() const { return With(&Rule::matches_whole_name, true); }
+  constexpr Rule Defines(Subject what) const {
+    return With(&Rule::role, Role::kDefines).With(&Rule::subject, what);
+  }
+  constexpr Rule RefersTo(Subject what) const {
+    return With(&Rule::role, Role::kRefersTo).With(&Rule::subject, what);
+  }
+  /// @param getter method of the parser that gives the paths
+  constexpr Rule LeadsTo(Kind kind, std::string_view getter) const {
+    return With(&Rule::role, Role::kLeadsTo).With(&Rule::leads_to, kind).Of(getter);
+  }
+  constexpr Rule Of(std::string_view name_of_member) const {
+    return With(&Rule::member, name_of_member);
+  }
+  constexpr Rule WhenMissing(std::string_view text) const {
+    return With(&Rule::when_missing, text);
+  }
+  constexpr Rule WhenEmpty(std::string_view text) const {
+    return WhenMissing(text).With(&Rule::also_when_empty, true);
+  }
+  constexpr Rule OnlyLoaded() const { return With(&Rule::use, Use::kOnlyLoaded); }
+  constexpr Rule OnlySaved() const { return With(&Rule::use, Use::kOnlySaved); }
+};
+
+/// The same rules for elements that are found by their paths: the first of each counts.
+template <std::size_t kCount>
+constexpr std::array<Rule, kCount> FirstCounts(const Rule (&rules)[kCount]) {
+  std::array<Rule, kCount> by_path;
+  for (std::size_t i = 0; i < kCount; ++i) {
+    by_path[i] =
+        rules[i].count == Count::kLast ? rules[i].With(&Rule::count, Count::kFirst) : rules[i];
+  }
+  return by_path;
+}
+
+/// An element with a text.
+template <Type kType>
+constexpr Rule Value(std::string_view name, std::string_view help) {
+  return {name, kType, help};
+}
+inline constexpr auto& Text = Value<Type::kText>;
+inline constexpr auto& Guid = Value<Type::kGuid>;
+inline constexpr auto& Path = Value<Type::kPath>;
+inline constexpr auto& Url = Value<Type::kUrl>;
+inline constexpr auto& Image = Value<Type::kImage>;
+inline constexpr auto& Key = Value<Type::kKey>;
+inline constexpr auto& Flag = Value<Type::kFlag>;
+inline constexpr auto& Int16 = Value<Type::kInt16>;
+inline constexpr auto& UInt16 = Value<Type::kUInt16>;
+inline constexpr auto& WideInt16 = Value<Type::kWideInt16>;
+inline constexpr auto& Int32 = Value<Type::kInt32>;
+inline constexpr auto& Colour = Value<Type::kColour>;
+inline constexpr auto& Double = Value<Type::kDouble>;
+
+/// A mark: an element of which nothing is read but that it is there.
+constexpr Rule Mark(std::string_view name, std::string_view help) {
+  return Value<Type::kNone>(name, help).Each();
+}
+
+/// An element with elements: the first of its name, an entry of a list, or part of one whole.
+constexpr Rule Holding(std::string_view name, std::span<const Rule> content, std::string_view help,
+                       Count count) {
+  Rule rule = Value<Type::kNone>(name, help).With(&Rule::count, count);
+  rule.content = content.data();
+  rule.content_size = content.size();
+  return rule;
+}
+constexpr Rule Group(std::string_view name, std::span<const Rule> content, std::string_view help) {
+  return Holding(name, content, help, Count::kFirst);
+}
+constexpr Rule Entry(std::string_view name, std::span<const Rule> content, std::string_view help) {
+  return Holding(name, content, help, Count::kEach);
+}
+constexpr Rule Part(std::string_view name, std::span<const Rule> content, std::string_view help) {
+  return Holding(name, content, help, Count::kMerged);
+}
+
+/// The rule that a path of names leads to, "LocalAbout/Tel"; null for none.
+constexpr const Rule* RuleAt(std::span<const Rule> rules, std::string_view path) {
+  const std::string_view name = path.substr(0, path.find('/'));
+  for (const Rule& rule : rules) {
+    if (rule.name != name) continue;
+    return name == path ? &rule : RuleAt(rule.Content(), path.substr(name.size() + 1));
+  }
+  return nullptr;
+}
+
+/// A kind of document.
+struct Document {
+  Kind kind;
+  std::string_view root;        ///< name of the document element; empty where there is none
+  std::string_view about;       ///< "user interface"
+  std::string_view class_name;  ///< of the parser
+  std::string_view method;      ///< of the parser, which reads the file
+  std::uint32_t result = 0;     ///< of an unmet need, and of another document element
+  std::span<const Rule> content;
+  std::string_view help;
+};
+
+}  // namespace sab::formats
