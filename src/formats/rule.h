@@ -128,6 +128,7 @@ struct Rule {
   std::string_view member = {};        ///< where a class gives it, unless the name is the same
   std::string_view when_missing = {};  ///< taken for its text if the element is missing
   bool also_when_empty = false;        ///< when_missing also stands in for an empty text
+  std::string_view initial = {};       ///< value without the element, unless it is the usual one
   const Rule* content = nullptr;       ///< what it may hold
   std::size_t content_size = 0;
 
@@ -171,6 +172,7 @@ struct Rule {
   constexpr Rule WhenEmpty(std::string_view text) const {
     return WhenMissing(text).With(&Rule::also_when_empty, true);
   }
+  constexpr Rule Initially(std::string_view value) const { return With(&Rule::initial, value); }
   constexpr Rule OnlyLoaded() const { return With(&Rule::use, Use::kOnlyLoaded); }
   constexpr Rule OnlySaved() const { return With(&Rule::use, Use::kOnlySaved); }
 };

@@ -6,7 +6,8 @@
 namespace sab::formats {
 
 /// A number that every element may have.
-inline constexpr Rule kAppMode = Int32("AppMode", "Number whose meaning is the host's; else -1");
+inline constexpr Rule kAppMode =
+    Int32("AppMode", "Number whose meaning is the host's").Initially("-1");
 
 // --- ribbon ---
 
@@ -19,7 +20,7 @@ inline constexpr Rule kRibbonButton[kRibbonButtonSize] = {
     Value<Type::kNotZero>("IsVisible", "0 for a hidden button").Sticky(),
     Guid("Object", "Class of the control that replaces the button"),
     Text("Menu", "Menu that it opens").RefersTo(Subject::kMenu),
-    Int32("Width", "Width; 0 without the element"),
+    Int32("Width", "Width"),
     Text("Option", "Text for the command"),
     kAppMode,
     Entry("RibbonButton", {kRibbonButton, kRibbonButtonSize}, "A button in this one"),
@@ -192,7 +193,7 @@ inline constexpr Rule kCommandSearch[] = {
     Key("Key", "Key that leads to the box"),
     Text("ToolTip", "Title of the tooltip"),
     Text("Description", "Text of the tooltip"),
-    Int32("Width", "Width; -1 without the element"),
+    Int32("Width", "Width").Initially("-1"),
     Text("SuppressDisabledCommands", "Whether disabled commands are left out; kept as text"),
     Text("MaxResults", "How many commands are shown; kept as text"),
     Text("SearchInHiddenCategories", "Whether hidden categories are searched; kept as text"),
