@@ -5,7 +5,7 @@
 namespace sab::formats {
 
 inline constexpr Rule kConfiguration[] = {
-    Guid("CLSID", "Class of the page").CompletesItem(),
+    Guid("CLSID", "Class of the page").CompletesItemIfGuid(),
     Path("Path", "File of the page"),
     Guid("PropertyPageCLSID", "Class of the property page"),
     Text("LocalName", "Name that a user sees"),

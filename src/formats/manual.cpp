@@ -80,7 +80,7 @@ class Printer {
 
   // @param container of a list, or null
   std::string WhenMissing(const Rule& rule, const Rule* container) const {
-    if (rule.need == Need::kNotEmpty || rule.need == Need::kPresent) return ResultOf(rule);
+    if (rule.IsRequired()) return ResultOf(rule);
     if (!rule.when_missing.empty()) {
       return Code(rule.when_missing) + (rule.also_when_empty ? ", also when empty" : "");
     }
@@ -91,7 +91,7 @@ class Printer {
       return "none, but " + ResultOf(*container) + " if " + Code(container->name) + " is there";
     }
     if (rule.IsList()) return "none";
-    if (rule.need == Need::kCompletesItem) return "the entry is skipped";
+    if (rule.IsForItem()) return "the entry is skipped";
     if (!rule.initial.empty()) return std::string(rule.initial);
     if (rule.type == Type::kNotZero) return "true";
     if (rule.type >= Type::kOne && rule.type <= Type::kNonZero) return "false";

@@ -62,10 +62,12 @@ enum class Count : unsigned char {
 /// Whether the element must be there.
 enum class Need : unsigned char {
   kOptional,
-  kPresent,        ///< it may be empty
-  kNotEmpty,       ///< present, with a text or an entry
-  kEntryIfThere,   ///< it may be missing, but not be without an entry
-  kCompletesItem,  ///< an entry without it, or with a text that is none of its type, is skipped
+  kPresent,              ///< it may be empty
+  kNotEmpty,             ///< present, with a text or an entry; an empty text is stored all the same
+  kFilled,               ///< present, with a text; an empty one is not stored
+  kEntryIfThere,         ///< it may be missing, but not be without an entry
+  kCompletesItem,        ///< an entry without it, or with an empty one, is skipped
+  kCompletesItemIfGuid,  ///< the same, and a text that is no class identifier does not count
 };
 
 /// What an identifier names.
@@ -134,6 +136,12 @@ struct Rule {
 
   constexpr std::span<const Rule> Content() const { return {content, content_size}; }
   constexpr bool IsList() const { return count == Count::kEach; }
+  constexpr bool IsRequired() const {
+    return need == Need::kPresent || need == Need::kNotEmpty || need == Need::kFilled;
+  }
+  constexpr bool IsForItem() const {
+    return need == Need::kCompletesItem || need == Need::kCompletesItemIfGuid;
+  }
 
   /// A copy that has another value there.
   template <class Value>
@@ -145,10 +153,14 @@ struct Rule {
 
   constexpr Rule Present() const { return With(&Rule::need, Need::kPresent); }
   constexpr Rule Required() const { return With(&Rule::need, Need::kNotEmpty); }
+  constexpr Rule Filled() const { return With(&Rule::need, Need::kFilled); }
   constexpr Rule EntryIfThere(std::uint32_t failure = 0) const {
     return With(&Rule::need, Need::kEntryIfThere).With(&Rule::result, failure);
   }
   constexpr Rule CompletesItem() const { return With(&Rule::need, Need::kCompletesItem); }
+  constexpr Rule CompletesItemIfGuid() const {
+    return With(&Rule::need, Need::kCompletesItemIfGuid);
+  }
   constexpr Rule Sticky() const { return With(&Rule::count, Count::kSticky); }
   constexpr Rule Each() const { return With(&Rule::count, Count::kEach); }
   constexpr Rule EachNodeCounts() const { return With(&Rule::each_node_counts, true); }
@@ -251,5 +263,9 @@ struct Document {
   std::span<const Rule> content;
   std::string_view help;
 };
+
+constexpr const Rule* RuleAt(const Document& document, std::string_view path) {
+  return RuleAt(document.content, path);
+}
 
 }  // namespace sab::formats

@@ -25,12 +25,14 @@ def allowed(folder):
         below = LAYERS[:LAYERS.index(folder)]
         return {folder, *below} if folder != "xml" else {"xml"}
     if folder in FAMILIES:
-        return {folder, "formats", *LAYERS}
+        return {folder, "formats", "binding", *LAYERS}
     if folder == "formats":  # data alone
         return {"formats"}
+    if folder == "binding":
+        return {"binding", "formats", "common", "platform", "base"}
     if folder == "cli":  # what works on settings files knows their key tables
         return {"cli", "settings", "formats", "common", "platform", "base"}
-    return {folder, "formats", *LAYERS, *FAMILIES}
+    return {folder, "formats", "binding", *LAYERS, *FAMILIES}
 
 
 class House(unittest.TestCase):

@@ -2,7 +2,7 @@
 
 #include "base/com_error.h"
 #include "framework/descriptor_reader.h"
-#include "framework/user_interface/grammar.h"
+#include "framework/user_interface/bindings.h"
 
 namespace sab {
 
@@ -16,9 +16,10 @@ HRESULT CVeUiParser::GenerateUI() {
       file.Fail(kInvalidUserInterface, "UI", "is not the document element: it must be <UI>");
     }
     if (!fields.UI) throw ComError(E_POINTER, "The root of the user interface was not created.");
-    ReadingContext context;
-    const ComponentCreator::Scope scope(context.creator);
-    ReadElements(context, ui, kUserInterfaceGrammar, *fields.UI);
+    ComponentCreator creator;
+    const ComponentCreator::Scope scope(creator);
+    Reading reading;
+    ReadElements(reading, ui, UserInterface::kContent, OwnerPointer(*fields.UI));
   });
 }
 
