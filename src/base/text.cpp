@@ -1,5 +1,7 @@
 #include "base/text.h"
 
+#include "base/utf8.h"
+
 namespace sab {
 namespace {
 
@@ -98,6 +100,29 @@ Text FromUtf8(std::string_view utf8) {
     AppendUtf16(out, lead.trailing != 0 && read == lead.trailing ? code : kReplacement);
   }
   return out;
+}
+
+std::size_t Utf8CharacterSize(std::string_view utf8) {
+  if (utf8.empty()) return 0;
+  const auto byte_at = [utf8](std::size_t i) { return static_cast<unsigned char>(utf8[i]); };
+  if (byte_at(0) < 0x80) return 1;
+  const Lead lead = LeadOf(byte_at(0));
+  const std::size_t size = static_cast<std::size_t>(lead.trailing) + 1;
+  if (size == 1 || utf8.size() < size) return 0;
+  if (byte_at(1) < lead.second_from || byte_at(1) > lead.second_to) return 0;
+  for (std::size_t i = 2; i < size; ++i) {
+    if ((byte_at(i) & 0xC0U) != 0x80) return 0;
+  }
+  return size;
+}
+
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t size = Utf8CharacterSize(text);
+    if (size == 0) return false;
+    text.remove_prefix(size);
+  }
+  return true;
 }
 
 void AppendAscii(Text& text, std::string_view ascii) {
