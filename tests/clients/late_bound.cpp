@@ -32,14 +32,14 @@ IDispatch* Create(const OLECHAR* prog_id) {
 
 // Calls a member by its name, with an argument or with none.
 HRESULT Call(IDispatch* object, const OLECHAR* name, WORD flags, VARIANTARG* argument,
-             VARIANT* result = nullptr, EXCEPINFO* exception = nullptr) {
+             VARIANT* result = nullptr) {
   LPOLESTR names[1] = {const_cast<LPOLESTR>(name)};
   DISPID id = DISPID_UNKNOWN;
   object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
   DISPID put = DISPID_PROPERTYPUT;
   const bool is_put = flags == DISPATCH_PROPERTYPUT;
   DISPPARAMS parameters = {argument, is_put ? &put : nullptr, argument ? 1U : 0U, is_put ? 1U : 0U};
-  return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, exception,
+  return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result, nullptr,
                         nullptr);
 }
 
@@ -51,8 +51,7 @@ int main() {
   IDispatch* const accel = Create(OLESTR("SabXmlParser.VePrsAccel"));
   if (!list || !accel) return 1;
 
-  VARIANT value;
-  VariantInit(&value);
+  VARIANT value = {};
   value.vt = VT_BSTR;
   value.bstrVal = SysAllocString(OLESTR("F7"));
   Expect(Call(accel, OLESTR("key"), DISPATCH_PROPERTYPUT, &value) == S_OK, "put Key");
@@ -61,29 +60,15 @@ int main() {
   value.pdispVal = accel;  // whose reference it takes over
   Expect(Call(list, OLESTR("AddTail"), DISPATCH_METHOD, &value) == S_OK, "AddTail");
   VariantClear(&value);
-
-  Expect(Call(list, OLESTR("GetCount"), DISPATCH_METHOD, nullptr, &value) == S_OK, "GetCount");
-  Expect(VariantChangeType(&value, &value, 0, VT_I4) == S_OK, "VariantChangeType");
-  Expect(value.lVal == 1, "one element");
-  VariantClear(&value);
-  Expect(Call(list, OLESTR("GetHead"), DISPATCH_METHOD, nullptr, &value) == S_OK, "GetHead");
-  Expect(value.vt == VT_DISPATCH, "an object");
-  VARIANT key;
-  VariantInit(&key);
-  Expect(Call(value.pdispVal, OLESTR("Key"), DISPATCH_PROPERTYGET, nullptr, &key) == S_OK, "Key");
-  Expect(key.vt == VT_BSTR && SysStringLen(key.bstrVal) == 2, "its text");
+  Expect(Call(list, OLESTR("GetHead"), DISPATCH_METHOD, nullptr, &value) == S_OK &&
+             value.vt == VT_DISPATCH,
+         "GetHead");
+  VARIANT key = {};
+  Expect(Call(value.pdispVal, OLESTR("Key"), DISPATCH_PROPERTYGET, nullptr, &key) == S_OK &&
+             key.vt == VT_BSTR && SysStringLen(key.bstrVal) == 2,
+         "Key");
   VariantClear(&key);
   VariantClear(&value);
-
-  const OLECHAR* const remove = OLESTR("RemoveHeadNoReturn");
-  EXCEPINFO exception = {};
-  Expect(Call(list, remove, DISPATCH_METHOD, nullptr) == S_OK, "RemoveHeadNoReturn");
-  Expect(Call(list, remove, DISPATCH_METHOD, nullptr, nullptr, &exception) == DISP_E_EXCEPTION,
-         "an exception");
-  Expect(exception.scode == E_FAIL && exception.bstrDescription, "its code and description");
-  SysFreeString(exception.bstrSource);
-  SysFreeString(exception.bstrDescription);
-  SysFreeString(exception.bstrHelpFile);
 
   list->Release();
   CoFreeUnusedLibraries();

@@ -111,10 +111,9 @@ def slot(index, *types, result=c_int32):
     """The method in a slot of an interface: a function of its pointer and arguments."""
     prototype = FunctionType(result, c_void_p, *types)
 
-    def call(pointer, *arguments):
-        table = c_void_p.from_address(pointer).value
-        return prototype(c_void_p.from_address(table + index * POINTER_SIZE).value)(
-            pointer, *arguments)
+    # An object may be released when the names of this module are gone.
+    def call(pointer, *arguments, place=c_void_p.from_address, offset=index * POINTER_SIZE):
+        return prototype(place(place(pointer).value + offset).value)(pointer, *arguments)
 
     return call
 

@@ -1,5 +1,6 @@
 """Objects of a component server as Python objects."""
 
+import operator
 from ctypes import byref, c_int32, c_uint32, c_void_p, cast, create_string_buffer
 
 from . import _abi
@@ -26,7 +27,10 @@ class Object:
         object.__setattr__(self, "_reference", reference)
         object.__setattr__(self, "_interface", interface_of(reference))
 
+    # One of the parts that __init__ sets is missing in an object that something else made.
     def __getattr__(self, name):
+        if name in Object.__slots__:
+            raise AttributeError(name)
         member = self._member(name)
         if member.is_plain_property():
             return self._invoke(member, _abi.DISPATCH_PROPERTYGET)
@@ -36,11 +40,16 @@ class Object:
         self._invoke(self._member(name), _abi.DISPATCH_PROPERTYPUT, value)
 
     def __dir__(self):
-        return sorted(member.name for member in self._interface.members.values())
+        members = self._interface.members.values() if self._interface else ()
+        return sorted(member.name for member in members)
 
     def __repr__(self):
         name = self._interface.name if self._interface else "object"
-        return f"<sabxml {name} at 0x{self._identity():x}>"
+        return f"<sabxml {name} at 0x{self._reference.pointer:x}>"  # on any thread
+
+    def __reduce_ex__(self, protocol):
+        raise TypeError(f"{self!r} can be neither copied nor pickled: make another with create(), "
+                        "and put its properties")
 
     def __eq__(self, other):
         if not isinstance(other, Object):
@@ -70,6 +79,9 @@ class Object:
     def __getitem__(self, index):
         if self._find("FindIndex") is None:
             raise TypeError(f"{self!r} is no collection")
+        if isinstance(index, slice):
+            return list(self)[index]
+        index = operator.index(index)
         count = len(self)
         if not -count <= index < count:
             raise IndexError(f"there is no element {index} among {count}")

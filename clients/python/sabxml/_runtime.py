@@ -150,12 +150,16 @@ class LeftOver:
     """
 
     def __init__(self):
-        self.thread = threading.get_ident()
         self.pointers = []
 
     def release(self):
         while self.pointers:
             _abi.release(self.pointers.pop())
+
+
+# The system gives the number of a thread that has ended to another one.
+def _is_of_this_thread(left_over, threads=_threads):
+    return getattr(threads, "left_over", None) is left_over
 
 
 class Reference:
@@ -168,7 +172,7 @@ class Reference:
         self._left_over = enter_thread()
 
     def get(self):
-        if threading.get_ident() != self._left_over.thread:
+        if not _is_of_this_thread(self._left_over):
             raise Error(_abi.RPC_E_WRONG_THREAD, "an object is used by the thread that made it")
         return self.pointer
 
@@ -178,12 +182,15 @@ class Reference:
         _abi.query_interface(self.get(), byref(iid), byref(other))
         return Reference(other.value) if other.value else None
 
+    def __reduce_ex__(self, protocol):
+        raise TypeError("a reference to a component object can be neither copied nor pickled")
+
     # When the interpreter ends, modules may be gone before objects are.
-    def __del__(self, release=_abi.release, get_ident=threading.get_ident):
+    def __del__(self, release=_abi.release, is_of_this_thread=_is_of_this_thread):
         left_over = getattr(self, "_left_over", None)
         if left_over is None:
             return
-        if get_ident() == left_over.thread:
+        if is_of_this_thread(left_over):
             release(self.pointer)
         else:
             left_over.pointers.append(self.pointer)

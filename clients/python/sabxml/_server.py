@@ -38,13 +38,18 @@ class Server:
         return self._classes
 
     def _class_id(self, name):
+        if not isinstance(name, str):
+            raise TypeError(f"a class is named by a str, not by a {type(name).__name__}")
         if name.startswith("{"):
-            return GUID.of(name)
+            try:
+                return GUID.of(name)
+            except ValueError:
+                raise Error(_abi.CO_E_CLASSSTRING, f"{name} is no class identifier") from None
         if not name.startswith(PROG_ID_PREFIX):
             name = PROG_ID_PREFIX + name
         clsid = GUID()
         if not self._path:
-            text = ctypes.create_string_buffer(name.encode("utf-16-le") + b"\0")
+            text = ctypes.create_string_buffer(name.encode("utf-16-le", "surrogatepass") + b"\0")
             if runtime().CLSIDFromProgID(text, byref(clsid)) == 0:
                 return clsid
         # Not registered, or a class without a ProgID.
