@@ -8,11 +8,12 @@
 #include <utility>
 #include <vector>
 
+#include "base/text.h"
+
 namespace sabxml::cli {
 
-/// UTF-16 of the component runtime to UTF-8 and back.
-std::string ToUtf8(std::basic_string_view<OLECHAR> text);
-std::basic_string<OLECHAR> FromUtf8(std::string_view utf8);
+using sab::FromUtf8;
+using sab::ToUtf8;
 std::string ToUtf8(BSTR text);
 
 /// A failure that a person reads; the program then ends with the exit code 1.

@@ -17,8 +17,9 @@ struct Settings {
   bool UsesColour() const;
 };
 
-/// Writes a failure to the standard error.
+/// Write to the standard error.
 void ReportFailure(const Failure& failure);
+void Warn(const std::string& warning);
 
 // Each adds its commands to the program; what they do runs when they are chosen.
 void AddShow(CLI::App& program, const Settings& settings);

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "commands.h"
+#include "letter_case.h"
 #include "tree_sink.h"
 #include "type_description.h"
 
@@ -16,19 +17,40 @@ struct DescribeOptions {
   bool as_json = false;
 };
 
-std::vector<ClassDescription> ClassesOf(const Settings& settings) {
-  Server server(settings.server);
+std::vector<ClassDescription> ClassesOf(Server& server) {
   const Reference<ITypeLib> library = server.TypeLibrary();
   return DescribeClasses(*library.Get());
 }
 
+// What is named by its name or its identifier.
+const ClassDescription* Find(const std::vector<ClassDescription>& all, const std::string& name) {
+  const auto found = std::find_if(all.begin(), all.end(), [&name](const ClassDescription& known) {
+    return EqualNames(known.name, name) || EqualNames(known.identifier, name);
+  });
+  return found == all.end() ? nullptr : &*found;
+}
+
+ClassDescription DescriptionOf(Server& server, const std::string& name) {
+  const std::vector<ClassDescription> classes = ClassesOf(server);
+  if (const ClassDescription* const known = Find(classes, name)) return *known;
+  const Reference<ITypeLib> library = server.TypeLibrary();
+  const std::vector<ClassDescription> interfaces = DescribeInterfaces(*library.Get());
+  if (const ClassDescription* const known = Find(interfaces, name)) return *known;
+  OLECHAR text[40];
+  StringFromGUID2(server.ClassNamed(name), text, 40);
+  const ClassDescription* const known = Find(classes, ToUtf8(sab::TextView(text)));
+  if (!known) throw Failure("the server has no class or interface " + name);
+  return *known;
+}
+
 void ListClasses(const Settings& settings) {
-  const std::vector<ClassDescription> classes = ClassesOf(settings);
+  Server server(settings.server);
+  const std::vector<ClassDescription> classes = ClassesOf(server);
   std::size_t widest = 0;
   for (const ClassDescription& known : classes) widest = std::max(widest, known.name.size());
   for (const ClassDescription& known : classes) {
-    std::cout << std::left << std::setw(static_cast<int>(widest) + 2) << known.name << known.clsid
-              << "  " << known.interface_name << '\n';
+    std::cout << std::left << std::setw(static_cast<int>(widest) + 2) << known.name
+              << known.identifier << "  " << known.interface_name << '\n';
   }
 }
 
@@ -50,16 +72,18 @@ Json ToJson(const ClassDescription& known) {
                        {"parameters", parameters},
                        {"help", member.help}});
   }
-  return {{"name", known.name},
-          {"clsid", known.clsid},
-          {"help", known.help},
-          {"interface", known.interface_name},
-          {"members", members}};
+  const bool is_class = !known.interface_name.empty();
+  Json description = {{"name", known.name}, {is_class ? "clsid" : "iid", known.identifier}};
+  description["help"] = known.help;
+  if (is_class) description["interface"] = known.interface_name;
+  description["members"] = std::move(members);
+  return description;
 }
 
 void Print(const ClassDescription& known) {
-  std::cout << known.name << "  " << known.help << "\n  " << known.clsid << "  "
-            << known.interface_name << '\n';
+  std::cout << known.name << "  " << known.help << "\n  " << known.identifier;
+  if (!known.interface_name.empty()) std::cout << "  " << known.interface_name;
+  std::cout << '\n';
   std::size_t widest = 0;
   for (const MemberDescription& member : known.members) {
     widest = std::max(widest, std::min<std::size_t>(member.Signature().size(), 60));
@@ -75,15 +99,12 @@ void Describe(const Settings& settings, const DescribeOptions& options) {
   if (options.class_name.empty() != options.all) {
     throw CLI::ValidationError("describe", "name a class, or give --all");
   }
-  std::vector<ClassDescription> classes = ClassesOf(settings);
-  if (!options.all) {
-    std::erase_if(classes, [&options](const ClassDescription& known) {
-      return CLI::detail::to_lower(known.name) != CLI::detail::to_lower(options.class_name);
-    });
-    if (classes.empty()) {
-      throw Failure("the server has no class named " + options.class_name +
-                    "; \"sabxml classes\" lists those that it has");
-    }
+  Server server(settings.server);
+  std::vector<ClassDescription> classes;
+  if (options.all) {
+    classes = ClassesOf(server);
+  } else {
+    classes.push_back(DescriptionOf(server, options.class_name));
   }
   if (options.as_json) {
     Json all = Json::array();
@@ -103,7 +124,8 @@ void AddDescribe(CLI::App& program, const Settings& settings) {
   auto options = std::make_shared<DescribeOptions>();
   CLI::App* const command =
       program.add_subcommand("describe", "Print the members of a class: identifiers, types, help");
-  command->add_option("CLASS", options->class_name, "Name of a class: VeAppParser");
+  command->add_option("CLASS", options->class_name,
+                      "Name, ProgID or identifier of a class or interface: VeAppParser");
   command->add_flag("--all", options->all, "Every class of the server");
   command->add_flag("--json", options->as_json, "Print JSON");
   command->callback([&settings, options] { Describe(settings, *options); });

@@ -4,11 +4,10 @@
 #include <string_view>
 
 #include "document_element.h"
+#include "standard_input.h"
 
 namespace sabxml::cli {
 namespace {
-
-constexpr HRESULT kDocumentNotLoaded = static_cast<HRESULT>(0x84000C06);
 
 const std::vector<DescriptorKind>& Kinds() {
   static const std::vector<DescriptorKind> kinds = {
@@ -56,23 +55,19 @@ Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
                                     const std::string& file) {
   Reference<IDispatch> parser = server.Create(kind.class_name);
   std::vector<Value> path;
-  path.emplace_back(std::string_view(file));
+  path.emplace_back(std::string_view(PathToRead(file)));
   if (std::string_view(kind.generate) == "Load") {
     Call(*parser.Get(), kind.generate, DISPATCH_METHOD, std::move(path));
     return parser;
   }
   Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, std::move(path));
   Call(*parser.Get(), kind.generate, DISPATCH_METHOD);
-  return parser;
-}
-
-void CheckDocument(Server& server, const std::string& file) {
-  try {
-    // Any descriptor's parser says what is wrong with a document, and that it is another's.
-    LoadDescriptor(server, Kinds().front(), file);
-  } catch (const Failure& failure) {
-    if (failure.Code() == kDocumentNotLoaded) throw;
+  if (file == kStandardInput) {
+    std::vector<Value> name;
+    name.emplace_back(std::string_view(file));
+    Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, std::move(name));
   }
+  return parser;
 }
 
 }  // namespace sabxml::cli

@@ -32,9 +32,4 @@ const DescriptorKind& RecogniseDescriptor(const std::string& file);
 /// Loads a descriptor through the server. Raises Failure with file, line, column and reason.
 Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
                                     const std::string& file);
-
-/// Raises Failure, with line, column and reason, for a file that is missing or not well-formed,
-/// which settings objects take for a file without values.
-void CheckDocument(Server& server, const std::string& file);
-
 }  // namespace sabxml::cli

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "automation.h"
+#include "standard_input.h"
 
 namespace sabxml::cli {
 namespace {
@@ -14,7 +15,8 @@ namespace {
 constexpr std::size_t kProlog = std::size_t{1} << 20;
 
 std::string StartOf(const std::string& file) {
-  const std::filesystem::path path(std::u8string(file.begin(), file.end()));
+  const std::string readable = PathToRead(file);
+  const std::filesystem::path path(std::u8string(readable.begin(), readable.end()));
   std::error_code error;
   if (std::filesystem::is_directory(path, error)) throw Failure(file + ": this is a folder");
   std::ifstream stream(path, std::ios::binary);

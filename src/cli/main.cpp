@@ -6,7 +6,9 @@
 #include <iostream>
 
 #include "commands.h"
+#include "display_text.h"
 #include "platform.h"
+#include "suggestion.h"
 
 namespace sabxml::cli {
 
@@ -17,7 +19,11 @@ bool Settings::UsesColour() const {
 
 void ReportFailure(const Failure& failure) {
   std::cout.flush();
-  std::cerr << "sabxml: " << failure.Explanation() << '\n';
+  std::cerr << "sabxml: " << AsMessage(failure.Explanation()) << '\n';
+}
+
+void Warn(const std::string& warning) {
+  std::cerr << "sabxml: warning: " << AsMessage(warning) << '\n';
 }
 
 namespace {
@@ -32,6 +38,8 @@ constexpr char kFooter[] =
     "  sabxml register --dry-run                 what registering would write\n"
     "  sabxml COMMAND --help                     more about one command\n"
     "\n"
+    "A file named - is the standard input.\n"
+    "\n"
     "Environment:\n"
     "  SABXML_SERVER    library of the server, as with --server\n"
     "  SABCOM_REGISTRY  file that is the registry, as with --registry\n"
@@ -42,8 +50,32 @@ constexpr char kFooter[] =
     "  1  a file or the server said no; why stands on the standard error\n"
     "  2  the command line is not understood\n";
 
-std::string UsageError(const CLI::App*, const CLI::Error& error) {
-  return std::string("sabxml: ") + error.what() + "\nTry: sabxml --help\n";
+// What of the command line belongs nowhere, and what may be meant.
+std::string UnknownWord(const CLI::App& command, const std::string& word) {
+  std::vector<std::string> names;
+  if (word.starts_with('-')) {
+    for (const CLI::App* app = &command; app; app = app->get_parent()) {
+      for (const CLI::Option* option : app->get_options()) {
+        for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+      }
+    }
+    const std::string option = word.substr(0, word.find('='));
+    return "there is no option " + option + DidYouMean(option, names);
+  }
+  for (const CLI::App* app : command.get_subcommands({})) names.push_back(app->get_name());
+  if (names.empty()) return command.get_name() + " takes no further argument: " + word;
+  return "there is no command " + word + DidYouMean(word, names);
+}
+
+std::string UsageError(const CLI::App* program, const CLI::Error& error) {
+  const CLI::App* command = program;
+  std::string words = program->get_name();
+  for (; !command->get_subcommands().empty(); words += " " + command->get_name()) {
+    command = command->get_subcommands().front();
+  }
+  const std::vector<std::string> unknown = program->remaining(true);
+  const std::string reason = unknown.empty() ? error.what() : UnknownWord(*command, unknown[0]);
+  return "sabxml: " + AsMessage(reason) + "\nTry: " + words + " --help\n";
 }
 
 void AddSettings(CLI::App& program, Settings& settings) {
@@ -59,10 +91,10 @@ void AddSettings(CLI::App& program, Settings& settings) {
 }
 
 // What a command says to the command line is its own business; what it does can fail.
-int RunCommand(CLI::App& program, std::vector<std::string> arguments) {
+int RunCommand(CLI::App& program, int argc, char** argv) {
   try {
-    std::vector<std::string> reversed(arguments.rbegin(), arguments.rend() - 1);
-    program.parse(reversed);
+    const std::vector<std::string> arguments = Arguments(argc, argv);
+    program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend() - 1));
     return 0;
   } catch (const CLI::RuntimeError& error) {
     return error.get_exit_code();
@@ -97,7 +129,7 @@ int Run(int argc, char** argv) {
   AddSettingsCommands(program);
   AddDescribe(program, settings);
   AddRegister(program, settings);
-  const int result = RunCommand(program, Arguments(argc, argv));
+  const int result = RunCommand(program, argc, argv);
   if (std::cout.flush()) return result;
   // Who closes a pipe has read enough.
   if (!OutputIsPipe()) std::cerr << "sabxml: the output could not be written\n";

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "letter_case.h"
+#include "suggestion.h"
 #include "type_description.h"
 
 namespace sabxml::cli {
@@ -285,8 +286,10 @@ ReadableMember ObjectReader::MemberNamed(const Shape& shape, const std::string& 
       return {ReadableMember::Kind::kNamedValue, name, {}, member.element, {}};
     }
   }
+  std::vector<std::string> names;
+  for (const ReadableMember& member : shape.members) names.push_back(member.name);
   throw Failure(shape.type.substr(shape.type.starts_with('I') ? 1 : 0) + " has no value named " +
-                name);
+                name + DidYouMean(name, names));
 }
 
 void ObjectReader::Read(IDispatch& object, std::string_view name,

@@ -8,13 +8,16 @@ namespace sabxml::cli {
 
 // What the program needs of the system beyond the component runtime.
 
-std::vector<std::string> Arguments(int argc, char** argv);  ///< in UTF-8
+/// In UTF-8. Raises Failure for an argument that has no such form, since a file of another name
+/// would be opened.
+std::vector<std::string> Arguments(int argc, char** argv);
 std::string OwnServer();                            ///< the library that came with this program
 std::string EnvironmentVariable(const char* name);  ///< in UTF-8; empty if there is none
 bool OutputIsTerminal();                            ///< and obeys the usual sequences for colours
 bool ErrorsAreOnTerminal();
 bool OutputIsPipe();
-void PrepareOutput();  ///< UTF-8; where the system can, a closed pipe ends the program
+std::string CopyStandardInput();  ///< path of a file that lasts as long as the program
+void PrepareOutput();             ///< UTF-8; where the system can, a closed pipe ends the program
 
 /// A library of a server that is not registered; stays loaded.
 /// Raises Failure with the loader's reason.

@@ -1,16 +1,20 @@
 #include <dlfcn.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <set>
 
 #include "automation.h"
+#include "base/utf8.h"
 #include "platform.h"
 
 namespace sabxml::cli {
@@ -23,6 +27,10 @@ std::string RegistryPath() {
   path = EnvironmentVariable("XDG_DATA_HOME");
   if (!path.starts_with('/')) path = EnvironmentVariable("HOME") + "/.local/share";
   return path + "/sabcom/registry.reg";
+}
+
+std::string ErrorOfInput() {
+  return std::string("the standard input cannot be read: ") + std::strerror(errno);
 }
 
 class ScratchFolder {
@@ -66,7 +74,33 @@ std::vector<std::string> RegistryLines() {
 
 }  // namespace
 
-std::vector<std::string> Arguments(int argc, char** argv) { return {argv, argv + argc}; }
+std::vector<std::string> Arguments(int argc, char** argv) {
+  std::vector<std::string> arguments(argv, argv + argc);
+  for (const std::string& argument : arguments) {
+    if (!sab::IsUtf8(argument)) {
+      throw Failure(argument +
+                    ": this is not UTF-8, and the server takes no other names; rename it");
+    }
+  }
+  return arguments;
+}
+
+std::string CopyStandardInput() {
+  // A file without a name needs no removal, however the program ends.
+  const int copy = memfd_create("standard input", MFD_CLOEXEC);
+  char bytes[65536];
+  ssize_t size = copy < 0 ? -1 : 1;
+  while (size > 0 || (size < 0 && errno == EINTR && copy >= 0)) {
+    size = read(STDIN_FILENO, bytes, sizeof bytes);
+    for (ssize_t at = 0; at < size;) {
+      const ssize_t written = write(copy, bytes + at, static_cast<std::size_t>(size - at));
+      if (written < 0 && errno != EINTR) throw Failure(ErrorOfInput());
+      at += std::max<ssize_t>(written, 0);
+    }
+  }
+  if (size < 0) throw Failure(ErrorOfInput());
+  return "/proc/self/fd/" + std::to_string(copy);
+}
 
 // Beside the program in a build folder; where libraries are once both are installed.
 std::string OwnServer() {

@@ -17,8 +17,11 @@ std::string ErrorText(DWORD code) {
   DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                 code, 0, text, 256, nullptr);
   while (length > 0 && (text[length - 1] <= L' ' || text[length - 1] == L'.')) --length;
-  return length > 0 ? ToUtf8(std::basic_string_view<OLECHAR>(text, length))
-                    : "error " + std::to_string(code);
+  return length > 0 ? ToUtf8(sab::TextView(text, length)) : "error " + std::to_string(code);
+}
+
+std::string ErrorOfInput() {
+  return "the standard input cannot be read: " + ErrorText(GetLastError());
 }
 
 }  // namespace
@@ -28,7 +31,11 @@ std::vector<std::string> Arguments(int, char**) {
   LPWSTR* const wide = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;
   for (int i = 0; i < count; ++i) {
-    arguments.push_back(ToUtf8(std::basic_string_view<OLECHAR>(wide[i])));
+    arguments.push_back(ToUtf8(sab::TextView(wide[i])));
+    if (FromUtf8(arguments.back()) != wide[i]) {
+      throw Failure(arguments.back() +
+                    ": this is not Unicode, and the server takes no other names");
+    }
   }
   LocalFree(wide);
   return arguments;
@@ -37,13 +44,39 @@ std::vector<std::string> Arguments(int, char**) {
 std::string OwnServer() {
   wchar_t path[32768];
   const DWORD length = GetModuleFileNameW(nullptr, path, 32768);
-  const std::string program = ToUtf8(std::basic_string_view<OLECHAR>(path, length));
+  const std::string program = ToUtf8(sab::TextView(path, length));
   return program.substr(0, program.rfind('\\') + 1) + "SabXmlParser.dll";
 }
 
 std::string EnvironmentVariable(const char* name) {
   const wchar_t* const value = _wgetenv(FromUtf8(name).c_str());
-  return value ? ToUtf8(std::basic_string_view<OLECHAR>(value)) : std::string();
+  return value ? ToUtf8(sab::TextView(value)) : std::string();
+}
+
+std::string CopyStandardInput() {
+  static wchar_t path[MAX_PATH];
+  wchar_t folder[MAX_PATH];
+  HANDLE copy = INVALID_HANDLE_VALUE;
+  if (GetTempPathW(MAX_PATH, folder) != 0 && GetTempFileNameW(folder, L"sab", 0, path) != 0) {
+    std::atexit([] { DeleteFileW(path); });
+    copy = CreateFileW(path, GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
+  }
+  if (copy == INVALID_HANDLE_VALUE) throw Failure(ErrorOfInput());
+  const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
+  char bytes[65536];
+  DWORD size = 0;
+  DWORD written = 0;
+  std::string failure;
+  do {
+    // A pipe whose writer is gone has come to its end.
+    const bool is_read = ReadFile(input, bytes, sizeof bytes, &size, nullptr) != 0;
+    if (!is_read && GetLastError() != ERROR_BROKEN_PIPE) failure = ErrorOfInput();
+    if (!is_read) size = 0;
+    if (!WriteFile(copy, bytes, size, &written, nullptr)) failure = ErrorOfInput();
+  } while (size > 0 && failure.empty());
+  CloseHandle(copy);
+  if (!failure.empty()) throw Failure(failure);
+  return ToUtf8(sab::TextView(path));
 }
 
 bool OutputIsTerminal() {

@@ -4,6 +4,8 @@
 
 #include "platform.h"
 #include "result_words.h"
+#include "suggestion.h"
+#include "type_description.h"
 
 namespace sabxml::cli {
 namespace {
@@ -76,6 +78,9 @@ CLSID Server::ClassNamed(const std::string& class_name) {
   std::string name = is_prog_id ? class_name.substr(prefix.size()) : class_name;
   if (name.ends_with(".1")) name.resize(name.size() - 2);
   CLSID clsid;
+  if (name.starts_with('{') && SUCCEEDED(CLSIDFromString(FromUtf8(name).c_str(), &clsid))) {
+    return clsid;
+  }
   if (is_prog_id && SUCCEEDED(CLSIDFromProgID(FromUtf8(class_name).c_str(), &clsid))) return clsid;
 
   const Reference<ITypeLib> library = TypeLibrary();
@@ -93,7 +98,9 @@ CLSID Server::ClassNamed(const std::string& class_name) {
       if (is_class) return clsid;
     }
   }
-  throw Failure("the server has no class named " + class_name +
+  std::vector<std::string> names;
+  for (const ClassDescription& known : DescribeClasses(*library.Get())) names.push_back(known.name);
+  throw Failure("the server has no class named " + class_name + DidYouMean(name, names) +
                 "; \"sabxml classes\" lists those that it has");
 }
 

@@ -13,7 +13,11 @@ class Server {
   /// @param library path of the library; empty for what SABXML_SERVER names, if anything
   explicit Server(const std::string& library);
 
-  /// A new object of a class by its name ("VeAppParser") or ProgID. Raises Failure.
+  /// The identifier of one of the server's classes, by its name ("VeAppParser"), its ProgID or the
+  /// identifier itself in braces. Raises Failure for one that the server does not know.
+  CLSID ClassNamed(const std::string& class_name);
+
+  /// A new object of a class that is named so. Raises Failure.
   Reference<IDispatch> Create(const std::string& class_name);
 
   /// The server's type library. Raises Failure.
@@ -33,9 +37,6 @@ class Server {
   void Call(const char* name, Arguments... arguments);
   Reference<IDispatch> CreateClass(REFCLSID clsid);
   Reference<IDispatch> CreateFromLibrary(REFCLSID clsid);
-  /// The identifier of one of the server's classes. Raises Failure for a name that it does not
-  /// know.
-  CLSID ClassNamed(const std::string& class_name);
 
   std::string named_library_;
   void* library_ = nullptr;

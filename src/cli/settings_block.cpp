@@ -10,6 +10,8 @@
 #include "letter_case.h"
 #include "platform/file.h"
 #include "settings_value.h"
+#include "standard_input.h"
+#include "suggestion.h"
 
 namespace sabxml::cli {
 namespace {
@@ -49,8 +51,12 @@ SettingsChoice SettingsChoiceNamed(const std::string& class_name) {
   for (const std::string_view name : sab::NamedValueClasses()) {
     if (EqualNames(name, class_name)) return {std::string(name), nullptr};
   }
-  throw Failure("there is no settings group " + class_name +
-                "; \"sabxml settings list\" lists those that there are");
+  std::vector<std::string> names;
+  for (const sab::SettingsGroup& group : sab::SettingsGroups())
+    names.emplace_back(group.class_name);
+  for (const std::string_view name : sab::NamedValueClasses()) names.emplace_back(name);
+  throw Failure("there is no settings group " + class_name + DidYouMean(class_name, names) +
+                "; \"sabxml settings list\" lists all of them");
 }
 
 const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::string& key) {
@@ -65,8 +71,24 @@ const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::str
     if (EqualNames(row.property, key)) return row;
   }
   const std::string class_name(group.class_name);
-  throw Failure(class_name + " has no key " + key + "; \"sabxml settings list " + class_name +
-                "\" lists those that it has");
+  std::vector<std::string> names;
+  for (const sab::SettingsRow& row : rows) names.emplace_back(row.key);
+  throw Failure(class_name + " has no key " + key + DidYouMean(key, names) +
+                "; \"sabxml settings list " + class_name + "\" lists those that it has");
+}
+
+void OpenSettings(sab::ConfigDocument& document, const std::string& file,
+                  const std::string& node_path) {
+  if (!document.Load(sab::FromUtf8(PathToRead(file)))) {
+    throw Failure(WithStandardInput(document.Failure().Describe()), sab::kDocumentNotLoaded);
+  }
+  try {
+    if (document.Select(sab::FromUtf8(node_path))) return;
+  } catch (const sab::ComError& error) {
+    throw Failure(WithStandardInput(error.what()), error.Code());
+  }
+  throw Failure(file + ": the node path " + node_path +
+                " leads to no element: see to its spelling and letter case, or add the element");
 }
 
 // --- Entries ---
@@ -96,12 +118,7 @@ std::string SettingsEntry::ShownCopy(std::size_t index) const {
 
 SettingsBlock::SettingsBlock(SettingsChoice group, std::string file, std::string node_path)
     : group_(std::move(group)), file_(std::move(file)), node_path_(std::move(node_path)) {
-  if (!document_.Load(sab::FromUtf8(file_)))
-    throw Failure(document_.Failure().Describe(), sab::kDocumentNotLoaded);
-  if (!document_.Select(sab::FromUtf8(node_path_))) {
-    throw Failure(file_ + ": the node path " + node_path_ +
-                  " leads to no element: see to its spelling and letter case, or add the element");
-  }
+  OpenSettings(document_, file_, node_path_);
   if (group_.table) values_ = group_.table->make_fields();
 }
 
@@ -116,13 +133,12 @@ SettingsEntry SettingsBlock::EntryOf(const sab::SettingsRow& row) {
   entry.copies = Select(node_path_ + "/" + entry.key);
   entry.is_structure = row.type == sab::SettingType::kStructure;
   if (entry.is_structure) return entry;
-  sab::Text text;
-  if (!entry.copies.empty()) {
-    row.parse(values_.get(), entry.copies.front().ReadText(text));
-  } else if (!row.text_when_missing.empty()) {
-    row.parse(values_.get(), sab::FromUtf8(row.text_when_missing));
-  }
+  sab::Text text = sab::FromUtf8(row.text_when_missing);
+  if (!entry.copies.empty()) entry.copies.front().ReadText(text);
+  const bool is_loaded = row.IsLoaded() && !(entry.copies.empty() && text.empty());
+  if (is_loaded) row.parse(values_.get(), text);
   entry.value = row.format(values_.get());
+  if (is_loaded) entry.value = LoadedSetting(row.type, entry.value, text);
   return entry;
 }
 

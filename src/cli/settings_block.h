@@ -23,6 +23,11 @@ SettingsChoice SettingsChoiceNamed(const std::string& class_name);
 /// The row of a key; a host's name of the value and other letter case will do, too. Raises Failure.
 const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::string& key);
 
+/// Loads a settings file. Raises Failure for a file that cannot be read and for a node path that is
+/// malformed or leads to no element.
+void OpenSettings(sab::ConfigDocument& document, const std::string& file,
+                  const std::string& node_path);
+
 /// One key of a group in a file.
 struct SettingsEntry {
   std::string key;
@@ -31,8 +36,8 @@ struct SettingsEntry {
   /// the first.
   std::vector<sab::ConfigElement> copies;
   bool is_structure = false;
-  /// What a load makes of it, written as a save does; the group's default where there is no copy.
-  /// Empty for structures.
+  /// What a load gives a host, written as in a file; the group's default where there is no copy or
+  /// a load takes none. Empty for structures.
   sab::Text value;
 
   std::string Shown() const;

@@ -3,6 +3,7 @@
 #include "base/com_error.h"
 #include "commands.h"
 #include "settings_commands.h"
+#include "standard_input.h"
 
 namespace sabxml::cli {
 namespace {
@@ -44,7 +45,7 @@ void Run(Action action, const SettingsOptions& options) {
   try {
     action(options);
   } catch (const sab::ComError& error) {
-    throw Failure(error.what(), error.Code());
+    throw Failure(WithStandardInput(error.what()), error.Code());
   }
 }
 

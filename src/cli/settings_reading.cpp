@@ -83,6 +83,7 @@ std::string PlaceOf(const SettingsEntry& entry) {
   if (entry.copies.empty()) return "default";
   const std::size_t further = entry.copies.size() - 1;
   std::string place = LineOf(entry.copies.front());
+  if (entry.row && !entry.row->IsLoaded()) place += ", which no load takes";
   if (further == 1) place += ", and 1 further copy";
   if (further > 1) place += ", and " + std::to_string(further) + " further copies";
   return place;

@@ -1,5 +1,6 @@
 #include "settings_value.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -146,7 +147,56 @@ sab::Text CheckedSetting(std::string_view key, SettingType type, const std::stri
   return CheckedNumber(key, type, text);
 }
 
+template <class Number>
+sab::Text WithAllDecimals(sab::TextView saved, sab::TextView loaded) {
+  const auto number = static_cast<Number>(sab::ParseDouble(loaded));
+  if (static_cast<Number>(sab::ParseDouble(saved)) == number) return sab::Text(saved);
+  char digits[64];
+  const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, number);
+  return sab::FromUtf8(std::string_view(digits, end.ptr));
+}
+
+// The digits of a decimal number without zeros at the ends, and the power of ten of the last one.
+struct Decimal {
+  bool is_negative = false;
+  std::string digits;
+  long power = 0;
+
+  bool operator==(const Decimal&) const = default;
+};
+
+Decimal DecimalOf(std::string_view text) {
+  Decimal decimal;
+  const std::size_t end = std::min(text.find_first_of("eE"), text.size());
+  if (end < text.size()) decimal.power = std::stol(std::string(text.substr(end + 1)));
+  bool is_fraction = false;
+  for (const char c : text.substr(0, end)) {
+    if (c == '-') decimal.is_negative = true;
+    if (c == '.') is_fraction = true;
+    if (c < '0' || c > '9') continue;
+    if (c != '0' || !decimal.digits.empty()) decimal.digits += c;
+    if (is_fraction) --decimal.power;
+  }
+  for (; decimal.digits.ends_with('0'); ++decimal.power) decimal.digits.pop_back();
+  return decimal.digits.empty() ? Decimal() : decimal;
+}
+
 }  // namespace
+
+sab::Text LoadedSetting(SettingType type, sab::TextView saved, sab::TextView loaded) {
+  switch (type) {
+    case SettingType::kWideShort:
+      return sab::FormatInt(static_cast<std::int16_t>(sab::ParseInt(saved)));
+    case SettingType::kFloat:
+      return WithAllDecimals<float>(saved, loaded);
+    case SettingType::kDouble:
+      return WithAllDecimals<double>(saved, loaded);
+    default:
+      return sab::Text(saved);
+  }
+}
+
+bool IsSameDecimal(std::string_view a, std::string_view b) { return DecimalOf(a) == DecimalOf(b); }
 
 std::string ShownSetting(SettingType type, sab::TextView file_text) {
   if (const auto element = ElementType(type); element == SettingType::kUnsigned) {

@@ -6,11 +6,14 @@
 #include "common/named_values.h"
 #include "settings_commands.h"
 #include "settings_value.h"
+#include "standard_input.h"
 
 namespace sabxml::cli {
 namespace {
 
 SettingsBlock BlockOf(const SettingsOptions& options) {
+  if (options.file == kStandardInput)
+    throw CLI::ValidationError("settings", "the standard input cannot be changed; name a file");
   return {SettingsChoiceNamed(options.class_name), options.file, options.node_path};
 }
 
@@ -62,7 +65,8 @@ class SeenKeys {
 };
 
 std::string ShownOld(const SettingsEntry& entry) {
-  const std::string value = entry.Shown();
+  const bool is_loaded = !entry.row || entry.row->IsLoaded();
+  const std::string value = is_loaded || entry.copies.empty() ? entry.Shown() : entry.ShownCopy(0);
   if (!entry.copies.empty()) return value.empty() ? "(empty)" : value;
   if (!entry.row) return "(not there)";
   return value.empty() ? "(default)" : value + " (default)";
@@ -112,6 +116,7 @@ void SetSettings(const SettingsOptions& options) {
   struct Change {
     SettingsEntry entry;
     sab::Text text;
+    std::string given;
   };
   const std::vector<Assignment> assignments = AssignmentsOf(options.names);
   SettingsBlock block = BlockOf(options);
@@ -121,12 +126,12 @@ void SetSettings(const SettingsOptions& options) {
     SettingsEntry entry = block.EntryNamed(assignment.key);
     seen.Add(entry);
     sab::Text text = CheckedValue(block, entry, assignment.value);
-    changes.push_back({std::move(entry), std::move(text)});
+    changes.push_back({std::move(entry), std::move(text), assignment.value});
   }
 
   Columns columns;
   bool is_changed = false;
-  for (auto& [entry, text] : changes) {
+  for (auto& [entry, text, given] : changes) {
     const std::string value = ShownSetting(entry.Type(), text);
     const std::string shown = value.empty() ? "(empty)" : value;
     if (entry.copies.size() == 1 && IsText(entry.copies.front(), text)) {
@@ -139,10 +144,15 @@ void SetSettings(const SettingsOptions& options) {
     is_changed = true;
   }
   Finish(block, options, is_changed, TextOf(columns));
-  for (const auto& [entry, text] : changes) {
+  for (const auto& [entry, text, given] : changes) {
+    const bool is_decimal =
+        entry.Type() == sab::SettingType::kFloat || entry.Type() == sab::SettingType::kDouble;
+    const std::string written = sab::ToUtf8(text);
+    if (is_decimal && !IsSameDecimal(given, written)) {
+      Warn(entry.key + "=" + given + " loses digits: it is written as " + written);
+    }
     if (entry.row && !entry.row->IsLoaded()) {
-      std::cerr << "sabxml: warning: hosts save " << entry.key
-                << " and do not load it: it has no effect on them\n";
+      Warn("hosts save " + entry.key + " and do not load it: it has no effect on them");
     }
   }
 }

@@ -6,6 +6,8 @@
 #include "display_text.h"
 #include "document_element.h"
 #include "object_reader.h"
+#include "settings_block.h"
+#include "standard_input.h"
 #include "text_template.h"
 #include "tree_printers.h"
 
@@ -106,16 +108,18 @@ struct GetOptions {
 void Get(const Settings& settings, const GetOptions& options) {
   Server server(settings.server);
   const Reference<IDispatch> object = server.Create(options.class_name);
-  CheckDocument(server, options.file);
   std::vector<Value> arguments;
-  arguments.emplace_back(std::string_view(options.file));
+  arguments.emplace_back(std::string_view(PathToRead(options.file)));
   arguments.emplace_back(std::string_view(options.node_path));
   try {
     Call(*object.Get(), "Load", DISPATCH_METHOD, std::move(arguments));
   } catch (const Failure& failure) {
-    if (failure.Code() != DISP_E_UNKNOWNNAME) throw;
+    if (failure.Code() != DISP_E_UNKNOWNNAME && failure.Code() != DISP_E_BADPARAMCOUNT) throw;
     throw Failure(options.class_name + " is no class for settings: it cannot load a node path");
   }
+  // To settings objects a missing file or element is one without values.
+  sab::ConfigDocument document;
+  OpenSettings(document, options.file, options.node_path);
   const std::unique_ptr<TreeSink> printer = PrinterFor(settings, options.as_json);
   ObjectReader reader(*printer);
   reader.Read(*object.Get(), {}, options.keys);

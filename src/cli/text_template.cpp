@@ -1,5 +1,7 @@
 #include "text_template.h"
 
+#include "standard_input.h"
+
 #include <utility>
 #include <vector>
 
@@ -30,7 +32,7 @@ bool HasMarker(IDispatch& parser) {
 Reference<IDispatch> LoadTextTemplate(Server& server, const std::string& file) {
   Reference<IDispatch> parser = server.Create(kClass);
   std::vector<Value> path;
-  path.emplace_back(std::string_view(file));
+  path.emplace_back(std::string_view(PathToRead(file)));
   Call(*parser.Get(), "Load", DISPATCH_METHOD, std::move(path));
   if (!HasMarker(*parser.Get())) {
     throw Failure(file +

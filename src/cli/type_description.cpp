@@ -86,6 +86,32 @@ MemberDescription DescribeMember(ITypeInfo& info, const FUNCDESC& function) {
   return member;
 }
 
+template <class Visit>
+void ForEachType(ITypeLib& library, const Visit& visit) {
+  for (UINT i = 0; i < library.GetTypeInfoCount(); ++i) {
+    TYPEKIND kind = TKIND_MAX;
+    Reference<ITypeInfo> info;
+    HRESULT result = library.GetTypeInfoType(i, &kind);
+    if (SUCCEEDED(result)) result = library.GetTypeInfo(i, info.Put());
+    if (FAILED(result)) Fail(result, "reading the type information");
+    visit(*info.Get(), kind);
+  }
+}
+
+ClassDescription HeadOf(ITypeInfo& info) {
+  ClassDescription description;
+  const Documentation documentation = DocumentationOf(info, MEMBERID_NIL);
+  description.name = documentation.name;
+  description.help = documentation.help;
+  TYPEATTR* attributes = nullptr;
+  if (FAILED(info.GetTypeAttr(&attributes))) return description;
+  OLECHAR text[40];
+  StringFromGUID2(attributes->guid, text, 40);
+  description.identifier = ToUtf8(sab::TextView(text));
+  info.ReleaseTypeAttr(attributes);
+  return description;
+}
+
 }  // namespace
 
 std::string MemberDescription::Signature() const {
@@ -133,34 +159,28 @@ std::vector<MemberDescription> DescribeMembers(ITypeInfo& info) {
 
 std::vector<ClassDescription> DescribeClasses(ITypeLib& library) {
   std::vector<ClassDescription> classes;
-  for (UINT i = 0; i < library.GetTypeInfoCount(); ++i) {
-    TYPEKIND kind = TKIND_MAX;
-    Reference<ITypeInfo> info;
-    if (FAILED(library.GetTypeInfoType(i, &kind)) || kind != TKIND_COCLASS ||
-        FAILED(library.GetTypeInfo(i, info.Put()))) {
-      continue;
-    }
-    ClassDescription description;
-    const Documentation documentation = DocumentationOf(*info.Get(), MEMBERID_NIL);
-    description.name = documentation.name;
-    description.help = documentation.help;
-    TYPEATTR* attributes = nullptr;
-    if (SUCCEEDED(info->GetTypeAttr(&attributes))) {
-      OLECHAR text[40];
-      StringFromGUID2(attributes->guid, text, 40);
-      description.clsid = ToUtf8(std::basic_string_view<OLECHAR>(text));
-      info->ReleaseTypeAttr(attributes);
-    }
+  ForEachType(library, [&classes](ITypeInfo& info, TYPEKIND kind) {
+    if (kind != TKIND_COCLASS) return;
+    ClassDescription& description = classes.emplace_back(HeadOf(info));
     HREFTYPE reference = 0;
     Reference<ITypeInfo> interface_;
-    if (SUCCEEDED(info->GetRefTypeOfImplType(0, &reference)) &&
-        SUCCEEDED(info->GetRefTypeInfo(reference, interface_.Put()))) {
-      description.interface_name = NameOf(*interface_.Get());
-      description.members = DescribeMembers(*interface_.Get());
+    if (FAILED(info.GetRefTypeOfImplType(0, &reference)) ||
+        FAILED(info.GetRefTypeInfo(reference, interface_.Put()))) {
+      return;
     }
-    classes.push_back(std::move(description));
-  }
+    description.interface_name = NameOf(*interface_.Get());
+    description.members = DescribeMembers(*interface_.Get());
+  });
   return classes;
+}
+
+std::vector<ClassDescription> DescribeInterfaces(ITypeLib& library) {
+  std::vector<ClassDescription> interfaces;
+  ForEachType(library, [&interfaces](ITypeInfo& info, TYPEKIND kind) {
+    if (kind != TKIND_DISPATCH && kind != TKIND_INTERFACE) return;
+    interfaces.emplace_back(HeadOf(info)).members = DescribeMembers(info);
+  });
+  return interfaces;
 }
 
 }  // namespace sabxml::cli

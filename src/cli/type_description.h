@@ -27,11 +27,12 @@ struct MemberDescription {
   std::size_t InputCount() const;  ///< of parameters that the caller must give
 };
 
+/// A class with the members of its interface, or an interface.
 struct ClassDescription {
   std::string name;
-  std::string clsid;
+  std::string identifier;
   std::string help;
-  std::string interface_name;
+  std::string interface_name;  ///< empty for an interface
   std::vector<MemberDescription> members;
 };
 
@@ -43,5 +44,7 @@ std::vector<MemberDescription> DescribeMembers(ITypeInfo& info);
 
 /// Every class of a type library, in its order. Raises Failure.
 std::vector<ClassDescription> DescribeClasses(ITypeLib& library);
+/// The same of its interfaces.
+std::vector<ClassDescription> DescribeInterfaces(ITypeLib& library);
 
 }  // namespace sabxml::cli

@@ -45,7 +45,7 @@ void PrintOutline(const std::vector<Walk::Line>& lines, bool colours) {
   for (const Walk::Line& line : lines) {
     std::string file = std::string(2 * line.depth, ' ') + OnOneLine(line.file);
     const std::string content =
-        line.has_failed ? coloured("\x1b[31m", "FAILED: " + line.content) : line.content;
+        line.has_failed ? coloured("\x1b[31m", "FAILED: " + OnOneLine(line.content)) : line.content;
     file = coloured("\x1b[36m", Padded(file, file_width + 2));
     std::cout << file << (content.empty() ? line.kind : Padded(line.kind, kind_width + 2) + content)
               << '\n';
@@ -71,7 +71,7 @@ void Run(const Settings& settings, const WalkOptions& options) {
   }
   std::cout.flush();
   for (const std::string& warning : walk.Warnings()) {
-    std::cerr << "sabxml: warning: " << warning << '\n';
+    Warn(warning);
   }
   for (const Failure& failure : walk.Failures()) ReportFailure(failure);
   if (!walk.Failures().empty()) throw CLI::RuntimeError(1);

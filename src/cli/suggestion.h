@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sabxml::cli {
+
+/// The name that a word may be a misspelling of, as a question that ends a message:
+/// "; did you mean show?". Empty where no name is near. Letter case does not matter.
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& names);
+
+}  // namespace sabxml::cli
