@@ -1,36 +1,26 @@
 #!/usr/bin/env python3
 """Runs sabxml as people do and looks at what it prints, where, and with what exit code.
 
-usage: command_line_test.py SAMPLES_FOLDER LIBRARY COMMAND...
-
-COMMAND runs sabxml; where it begins with with_wine.sh, the system is Windows.
+usage: command_line_test.py SAMPLES_FOLDER LIBRARY COMMAND...    (see program.py)
 """
 
 import contextlib
 import json
 import os
 import pty
+import re
 import shutil
 import subprocess
-import sys
-import tempfile
 import time
 import unittest
+import xml.etree.ElementTree as ET
+from collections import Counter
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).parents[2] / "tools"))
-from idlgen import reader  # noqa: E402
+from program import (APP, COMMAND, LIBRARY, ON_32_BIT_WINDOWS, ON_WINDOWS, SETTINGS,
+                     environment, native_only, run, scratch)
+from settings_files import SettingsFiles  # noqa: F401  (more tests)
 
-SAMPLES, LIBRARY, *COMMAND = sys.argv[1:]
-del sys.argv[1:]
-HERE = Path(__file__).parent
-ROOT = HERE.parents[1]
-ON_WINDOWS = "with_wine" in COMMAND[0]
-ON_32_BIT_WINDOWS = ON_WINDOWS and (Path(COMMAND[1]).parent / "wine32").exists()
-native_only = unittest.skipIf(ON_WINDOWS, "POSIX only")
-
-APP = "samples/workshop/application.xml"
-SETTINGS = "samples/workshop/settings.xml"
 TEMPLATES = "samples/workshop/text_templates/"
 UPDATE_FILE = f"VeAutoUpdateAdminCfgParser {SETTINGS}"
 UPDATE = f"{UPDATE_FILE} /Settings/Update"
@@ -42,12 +32,23 @@ CASES = [
     # The command line itself.
     ("--version", 0, ["sabxml "]),
     ("--help", 0, ["walk", "Exit codes:", "SABXML_SERVER"]),
-    ("show --help", 0, ["Examples:"]),
-    ("walk --help", 0, ["backslashes"]),
-    ("register --help", 0, ["SABCOM_REGISTRY"]),
     ("", 2, [], "sabxml: A subcommand is required"),
-    ("shew", 2, [], "sabxml: ", "Try: sabxml --help"),
-    ("show", 2, [], "FILE is required"),
+    ("shew x", 2, [], "sabxml: there is no command shew; did you mean show?\nTry: sabxml --help"),
+    ("settings gte", 2, [], "no command gte; did you mean get?\nTry: sabxml settings --help"),
+    ("show --jsn=1", 2, [], "no option --jsn; did you mean --json?\nTry: sabxml show --help"),
+    ("describe a b", 2, [], "describe takes no further argument: b"),
+    ("show", 2, [], "FILE is required\nTry: sabxml show --help"),
+    ("show a\x1b\n.xml", 1, [], "sabxml: a\\x1b\n  .xml: "),
+    ("show a \udce0\udc80\udcaf.xml", 1, [], "sabxml: \\xe0\\x80\\xaf.xml: this is not UTF-8"),
+
+    # The standard input.
+    ("show -", 0, ["ConfigurationPath  -\n", "PIPED"]),
+    ("show - --json -", 0, ["PIPED"]),
+    ("walk -", 1, ["FAILED: "], "-: Application/AppTemplateID is missing"),
+    ("get VeDisplayCfgParser - /Cmd/S PtSize", 0, ["PtSize  5\n"]),
+    ("settings diff VeDisplayCfgParser - - /Cmd/S", 0, ["No differences"]),
+    ("settings get VeDisplayCfgParser - /Cmd[[", 1, [], "sabxml: -: "),
+    ("settings set VeDisplayCfgParser - /Cmd/S PtSize=6", 2, [], "cannot be changed"),
     ("get VeAppParser x", 2, [], "NODEPATH is required"),
     (f"show {APP} --colour pink", 2, [], "--colour"),
     ("describe", 2, [], "name a class, or give --all"),
@@ -90,16 +91,18 @@ CASES = [
     (f"get {UPDATE_FILE} /Settings/Apprentice/Update --json", 0,
      ['{\n  "DisableHttp": false,\n  "ReadOnly": true,\n  "Interval": 2147483647,\n  "Server": ""\n}']),
     (f"get {DISPLAY} HighLightColor", 0, ["HighLightColor  4278255360\n"]),
-    (f"get {UPDATE} Colour", 1, [], "VeAutoUpdateAdminCfgParser has no value named Colour"),
+    (f"get {UPDATE} Intervall", 1, [],
+     "VeAutoUpdateAdminCfgParser has no value named Intervall; did you mean Interval?"),
     ("get VeAutoUpdateAdminCfgParser kinds/broken.xml /x", 1, [], "kinds/broken.xml:3:"),
     ("get VeAutoUpdateAdminCfgParser no.xml /x", 1, [], "no.xml: "),
     (f"get VeAppParser {SETTINGS} /x", 1, [], "VeAppParser is no class for settings"),
-    (f"get VeNothing {SETTINGS} /x", 1, [], "the server has no class named VeNothing",
-     "sabxml classes"),
+    (f"get SabXmlParser.VeTxtPaser {SETTINGS} /x", 1, [],
+     "the server has no class named SabXmlParser.VeTxtPaser; did you mean VeTxtParser?"),
+    (f"get {DISPLAY_FILE} /Settings/display", 1, [], "the node path /Settings/display leads to no"),
+    (f"get VeStandardCfgParser {SETTINGS} /x", 1, [], "VeStandardCfgParser is no class for settings"),
 
     # Settings as their files hold them.
     ("settings", 2, [], "sabxml: "),
-    ("settings set --help", 0, ["KEY=VALUE", "--backup", "--dry-run"]),
     ("settings list", 0, ["VeDisplayCfgParser          39 keys  screen display\n",
      "VeProductCfgParser          any key"]),
     ("settings list vetxtparser VeBomcfgParser", 0, ["  DefTxtHei         double    3.500000\n",
@@ -107,13 +110,13 @@ CASES = [
     ("settings list --json", 0,
      ['"key": "CmdInputHistoryMax",\n        "member": "CmdInputHistoryMax",\n'
       '        "type": "short",\n        "default": 0,\n        "note": "only saved"']),
-    ("settings list VeAppParser", 1, [], "no settings group VeAppParser", "settings list"),
+    ("settings list VeTextParser", 1, [], "group VeTextParser; did you mean VeTxtParser?"),
     (f"settings get {DISPLAY} linewidthdisplayscale HighLightColor DragMode", 0,
      ["LineWidthDispScale  1.500000\nHighLightColor      4278255360\nDragMode            false\n"]),
     (f"settings get {DISPLAY} HighLightColor DisplayByLineWidth --json", 0,
      ['{\n  "HighLightColor": 4278255360,\n  "DisplayByLineWidth": 1\n}\n']),
-    (f"settings get {DISPLAY} Colour", 1, [], "VeDisplayCfgParser has no key Colour",
-     "settings list VeDisplayCfgParser"),
+    (f"settings get {DISPLAY} Point", 1, [], "has no key Point; \"sabxml settings list VeDisplayCfg"),
+    (f"settings get {DISPLAY} PTSiz", 1, [], "VeDisplayCfgParser has no key PTSiz; did you mean PtSize?"),
     (f"settings get VeBomcfgParser {SETTINGS} /Settings/Text Colour", 1, [],
      "/Settings/Text has no key Colour"),
     (f"settings get {DISPLAY_FILE} /Settings/display", 1, [],
@@ -142,78 +145,29 @@ CASES = [
      "6  method GetConfigurations(): IVePrsConfigColl*"]),
     ("describe VePrsAccelColl", 0, ["GetNext([in, out] LONG_PTR* io_pPos): IVePrsAccel*",
      "AddTail([in] IVePrsAccel* i_pItem, [in, out, optional] LONG_PTR* o_lpPosition)"]),
-    ("describe VeNothing", 1, [], "the server has no class named VeNothing"),
+    ("describe SabXmlParser.VePrsAccel.1", 0, ["VePrsAccel  VePrsAccel Class\n"]),
+    ("describe {B429CD6A-8aa8-4D77-B578-419B1E3C856F}", 0, ["VePrsAccel  VePrsAccel Class\n"]),
+    ("describe iveprsaccel", 0, ["IVePrsAccel", "get    RibbonKey: BSTR"]),
+    ("describe IVeCfgParser --json", 0, ['"name": "IVeCfgParser",\n  "iid": "{', '"name": "Save"']),
+    ("describe VeDisplayCfgParser", 0,
+     ["           3  get    DragMode: VARIANT_BOOL ", " 17  put    LineWidthDisplayScale: double ",
+      "GlobalLnTypeScale: float ", "UCSIconStyle: int ", "HatchLineDensity: long ", "ZoomFactor: short "]),
+    ("describe VeSelectCfgParser", 0, ["GripSize: unsigned short ", ": SAFEARRAY(int)",
+     ": unsigned long "]),
+    ("describe VeStdDimRevParser", 0, ["([in] ULONG_PTR "]),
+    ("describe --all --json", 0,
+     ['"name": "VeUiParser"', '"clsid": "{A72B61B7-870B-4BE9-BFC1-CA07CBEA8EDB}"',
+      '"help": "VePrsAccel Class",\n    "interface": "IVePrsAccel"',
+      '"id": 17,\n        "kind": "method",\n        "name": "GetNext",\n'
+      '        "result": "IVePrsAccel*",\n        "parameters": [\n          {\n'
+      '            "name": "io_pPos",\n            "type": "LONG_PTR*",\n            "in": true,\n'
+      '            "out": true,\n            "optional": false']),
+    ("describe VeNothing", 1, [], "the server has no class named VeNothing; \"sabxml classes\""),
 
     # The server.
     ("classes --server no-such-library", 1, [],
      "the server's library cannot be loaded: no-such-library", "Name it with --server"),
 ]
-
-
-def classes_as_defined():
-    """What describe --all --json says, from the interface definitions themselves."""
-    library = reader.read(ROOT / "idl/SabXmlParser.idl")
-
-    def described(member):
-        parameters = list(member.parameters)
-        returned = parameters.pop() if parameters and parameters[-1].is_retval else None
-        names = [p.name for p in parameters]
-        if member.kind == "propput":  # whose last parameter no type information names
-            names[-1] = "value"
-        return {"id": member.dispid, "kind": member.kind.replace("prop", ""), "name": member.name,
-                "result": str(returned.type)[:-1] if returned else "", "help": member.help,
-                "parameters": [{"name": name, "type": str(p.type), "in": p.is_in, "out": p.is_out,
-                                "optional": "optional" in p.directions}
-                               for name, p in zip(names, parameters)]}
-
-    def members(name):
-        interface = library.interfaces.get(name)
-        if not interface:
-            return []
-        return members(interface.base) + [described(member) for member in interface.members]
-
-    return {c.name: {"name": c.name, "clsid": f"{{{c.guid}}}", "help": c.help,
-                     "interface": c.interface, "members": members(c.interface)}
-            for c in library.coclasses.values()}
-
-
-def setUpModule():
-    """Everything runs in a scratch folder with a copy of the samples and files that are wrong."""
-    global scratch
-    scratch = Path(unittest.enterModuleContext(tempfile.TemporaryDirectory()))
-    shutil.copytree(SAMPLES, scratch / "samples/workshop")
-    kinds = scratch / "kinds"
-    kinds.mkdir()
-    command = "<Cmd><Identify>%s</Identify></Cmd>"
-    for name, content in {
-        "utf16be.xml": b"\xfe\xff" + (command % "字").encode("utf-16-be"),
-        "prolog.xml": b"\xef\xbb\xbf<?xml version='1.0'?><!-- <UI> --><?x a>b?>\n" +
-                      (command % "X").encode(),
-        "control.xml": (command % "a\n\tb\u009b").encode(),
-        "prefix.xml": b"<w:Cmd xmlns:w='urn:w'><w:Identify>X</w:Identify></w:Cmd>",
-        "empty.xml": b"",
-        "utf16le.txt": b"\xff\xfe" + "\n[X]\n<a>".encode("utf-16-le"),
-        "prose.txt": "\ufeffProse with a < in it, but no [marker]".encode(),
-        "broken.xml": b"<Application>\n  <Identify>\n</Application>",
-    }.items():
-        (kinds / name).write_bytes(content)
-    broken = scratch / "broken"
-    shutil.copytree(scratch / "samples/workshop", broken)
-    (broken / "commands").rename(broken / "Commands")
-    (broken / "Commands/draw.xml").unlink()
-    (broken / "modules/sheet_metal.xml").write_text("<Module><Identify/></Module>")
-
-
-def environment(**changes):
-    """The registry of these tests is a file that does not exist, or that of a Wine prefix."""
-    result = {k: v for k, v in os.environ.items() if k not in ("SABXML_SERVER", "NO_COLOR")}
-    return {**result, "SABCOM_REGISTRY": str(scratch / "registry.reg"), **changes}
-
-
-def run(*arguments, command=COMMAND, **changes):
-    result = subprocess.run([*command, *arguments], cwd=scratch, env=environment(**changes),
-                            capture_output=True, timeout=120)
-    return result.returncode, result.stdout.decode("utf-8"), result.stderr.decode("utf-8")
 
 
 def run_on_terminal(*arguments, **changes):
@@ -246,34 +200,16 @@ class CommandLine(unittest.TestCase):
                 in_errors = ["kinds/broken.xml"]  # MSXML counts otherwise
             if ON_WINDOWS and "No such file or directory" in "".join(in_errors):
                 in_errors = ["no.xml: "]
+            if ON_WINDOWS and "\udce0" in arguments:
+                continue
             with self.subTest(arguments):
-                result, output, errors = run(*arguments.split())
+                result, output, errors = run(*arguments.split(" ")) if arguments else run()
                 self.assertEqual(code, result, errors)
                 for text in in_output:
                     self.assertIn(as_described(text), output)
                 for text in in_errors:
                     self.assertIn(text, errors)
                 self.assertEqual(bool(in_errors), bool(errors), errors)
-
-    def test_every_class_is_described_as_it_is_defined(self):
-        """On Windows the description comes from the type library, elsewhere from the tables."""
-        _, output, _ = run("describe", "--all", "--json")
-        actual = {described["name"]: described for described in json.loads(output)}
-        expected = classes_as_defined()
-        expected = json.loads(as_described(json.dumps(expected)))
-        self.assertEqual(sorted(expected), sorted(actual))
-        for name, described in expected.items():
-            with self.subTest(name):
-                if ON_WINDOWS:  # Wine reads the Chinese of a type library as if it were Latin-1
-                    for member, other in zip(described["members"], actual[name]["members"]):
-                        if not member["help"].isascii():
-                            member["help"] = other["help"]
-                self.assertEqual(described, actual[name])
-
-    @unittest.skipIf(ON_WINDOWS, "Wine's MSXML does not know GB2312")
-    def test_file_in_gb2312(self):
-        _, output, _ = run("show", "samples/workshop/ui/sheet_metal.xml")
-        self.assertIn("展开钣金件", output)
 
     @native_only
     def test_nesting_needs_no_stack(self):
@@ -315,204 +251,32 @@ class CommandLine(unittest.TestCase):
             self.assertEqual(expected, coloured in output, output[:80])
 
 
-# A file in a form of its own, all of which has to stay.
-HEAD = "<S  x=\"1\">\r\n\t<!-- 图 -->\r\n\t<G a='1'>"
-TAIL = "\r\n\t</G>\r\n<Other  /> <![CDATA[]]>\r\n</S>\r\n\r\n"
-SAVED = ("\r\n\t\t<PtSize>1</PtSize>\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<PtSize>2</PtSize>"
-         "\r\n\t\t<Mine>1</Mine>\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<PtSize>3</PtSize>"
-         "\r\n\t\t<Mine>2</Mine>")
-RULES = "\r\n\t\t<AllMatchRule><A><Value>x</Value></A></AllMatchRule>"
-
-# command, class and further arguments; the elements before and after; what the output holds
-CHANGES = [
-    ("set VeDisplayCfgParser PtSize=8 BigCursor=true", '\r\n\t\t<PtSize k="1"> 7 </PtSize >',
-     '\r\n\t\t<PtSize k="1">8</PtSize >\r\n\t\t<BigCursor>-1</BigCursor>',
-     ["PtSize     7                -> 8\n", "BigCursor  false (default)  -> true\n"]),
-    ("set VeDisplayCfgParser PtSize=8", SAVED,
-     "\r\n\t\t<PtSize>8</PtSize>\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<Mine>1</Mine>"
-     "\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<Mine>2</Mine>",
-     ["PtSize  1  -> 8  2 further copies are removed\n"]),
-    ("set VeDisplayCfgParser PtMode=5", SAVED,
-     SAVED[::-1].replace("\r\n\t\t<PtMode>5</PtMode>"[::-1], "", 1)[::-1], ["PtMode  5  -> 5"]),
-    ("set VeDisplayCfgParser Mine=1", SAVED, None, ["VeDisplayCfgParser has no key Mine"]),
-    ("set VeDisplayCfgParser PtSize=2 --dry-run", SAVED, SAVED, ["1  -> 2", "a dry run"]),
-    ("set VeDisplayCfgParser PtSize=7", "<PtSize>7</PtSize>", "<PtSize>7</PtSize>",
-     ["PtSize  7  as before\n", "Nothing was to be changed.\n"]),
-    ("set VeSysParameterCfgParser TempPrefix=t", "", "\r\n\t\t<TempPrefix>t</TempPrefix>",
-     ["sabxml: warning: hosts save TempPrefix and do not load it"]),
-    ("set VeSysParameterCfgParser AllMatchRule=x", RULES, None,
-     ["AllMatchRule=x is refused: the key is a structure", "shown and not set"]),
-    ("get VeSysParameterCfgParser AllMatchRule", RULES, RULES,
-     ['AllMatchRule  {"A":{"Value":"x"}}\n']),
-    ("set VeProductCfgParser 图=a&<b>", "\r\n\t\t<A/>",
-     "\r\n\t\t<A/>\r\n\t\t<图>a&amp;&lt;b&gt;</图>", ["图  (not there)  -> a&<b>\n"]),
-    ("set VeProductCfgParser 1=a", "", None, ["cannot name an XML element"]),
-    ("set VeProductCfgParser A=x", "<A><B/></A>", None, ["A=x is refused", "give its path"]),
-    ("unset VeDisplayCfgParser PtSize BigCursor", SAVED,
-     "\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<Mine>1</Mine>\r\n\t\t<PtMode>5</PtMode>"
-     "\r\n\t\t<Mine>2</Mine>",
-     ["PtSize     1            removed  2 further copies are removed\nBigCursor  (not there)\n"]),
-    ("compact VeDisplayCfgParser", SAVED,
-     "\r\n\t\t<PtSize>1</PtSize>\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<Mine>1</Mine>"
-     "\r\n\t\t<Mine>2</Mine>", ["PtSize: 1", " stays, removed: 2", "3 copies of 2 keys\n"]),
-    ("compact VeDisplayCfgParser --newest", SAVED,
-     "\r\n\t\t<Mine>1</Mine>\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<PtSize>3</PtSize>"
-     "\r\n\t\t<Mine>2</Mine>", ["PtSize: 3", " stays, removed: 1", "3 copies of 2 keys\n"]),
-    ("compact VeBomcfgParser --newest", SAVED,
-     "\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<PtSize>3</PtSize>\r\n\t\t<Mine>2</Mine>",
-     ["4 copies of 3 keys\n"]),
-    # Several nodes of one path: a load takes the first that any of them has, a save adds to the
-    # first node.
-    ("compact VeDisplayCfgParser --newest",
-     "<PtSize>1</PtSize><PtSize>2</PtSize></G><G><PtSize>3</PtSize><PtMode>4</PtMode>",
-     "<PtSize>2</PtSize></G><G><PtMode>4</PtMode>", ["2 copies of 1 key\n"]),
-    ("set VeDisplayCfgParser PtMode=1 CursorSize=2", "</G><G><PtMode>4</PtMode><PtMode>5</PtMode>",
-     "\r\n\t\t<CursorSize>2</CursorSize>\r\n\t</G><G><PtMode>1</PtMode>", ["PtMode"]),
-    ("compact VeDisplayCfgParser", "<PtMode>4</PtMode>", "<PtMode>4</PtMode>",
-     ["Nothing was to be changed.\n"]),
-]
-
-# class, key, value on the command line; its text in the file, none where the value is refused
-VALUES = [
-    ("VeDisplayCfgParser", "BigCursor", {"true": "-1", "false": "0", "-1": "-1", "1": None,
-                                         "yes": None, "": None}),
-    ("VeDisplayCfgParser", "MinTxtShowSize", {"32767": "32767", "-32768": "-32768", "+5": "5",
-                                              "32768": None, "-32769": None, "5x": None, "5.0": None,
-                                              " 5": None, "0x5": None, "+-5": None, "": None}),
-    ("VeDisplayCfgParser", "PtSize", {"32767": "32767", "32768": None}),
-    ("VeSelectCfgParser", "GripSize", {"65535": "65535", "65536": None, "-1": None}),
-    ("VeDisplayCfgParser", "UCSIconSize", {"2147483647": "2147483647", "-2147483648": "-2147483648",
-                                           "2147483648": None, "99999999999999999999": None}),
-    ("VeDisplayCfgParser", "CursorColor", {"4294967295": "-1", "0xFF000000": "-16777216", "0xg": None,
-                                           "-16777216": "-16777216", "4294967296": None, "0x-1": None,
-                                           "0x": None, "-2147483649": None}),
-    ("VeAutoUpdateAdminCfgParser", "Interval", {"INT_MAX": "INT_MAX", "7": "7", "int_max": None}),
-    ("VeDisplayCfgParser", "GlobalLnTypeScale", {"0.25": "0.250000", "-1e3": "-1000.000000",
-                                                 "1e39": None, "nan": None, "inf": None, "1,5": None}),
-    ("VeDisplayCfgParser", "LWMmToPixels", {"1e22": "1" + "0" * 22 + ".000000", "1e309": None}),
-    ("VeTxtParser", "DefChsFont", {"a  b": "a  b", "": "", "]]>": "]]>", " a": None, "a\n": None,
-                                   "a\x01": None, "a\ufffe": None}),
-    ("VeSelectCfgParser", "IncludeTypes", {"a b;2": "a b;2;", "": "", "1;;2": None, ";": None}),
-    ("VeSelectCfgParser", "ExceptiveColors", {"1;0xFFFFFFFF;": "1;-1;", "1;a": None, "1, 2": None}),
-]
-
-
-class SettingsFiles(unittest.TestCase):
-    maxDiff = 4000
-
-    def write(self, content):
-        self.file = scratch / "settings.xml"
-        self.file.write_bytes(content)
-        self.backup = scratch / "settings.xml.bak"
-        self.backup.unlink(missing_ok=True)
-
-    def change(self, command, class_name, *arguments):
-        return run("settings", command, class_name, "settings.xml", "/S/G", *arguments)
-
-    def test_changes(self):
-        for line, before, after, texts in CHANGES:
-            with self.subTest(line):
-                self.write((HEAD + before + TAIL).encode())
-                result, output, errors = self.change(*line.split(" "))
-                self.assertEqual(0 if after is not None else 1, result, errors)
-                expected = HEAD + (before if after is None else after) + TAIL
-                self.assertEqual(expected, self.file.read_bytes().decode())
-                for text in texts:
-                    self.assertIn(text, output + errors)
-
-    def test_values(self):
-        for class_name, key, values in VALUES:
-            wrong = {value for value in values if values[value] is None}
-            if ON_WINDOWS:  # one that must not pass is enough there, and starts take time
-                wrong = set(sorted(wrong)[:1])
-            for value in wrong:
-                with self.subTest(key, value=value):
-                    self.write((HEAD + f"<{key}>1</{key}>" + TAIL).encode())
-                    before = self.file.read_bytes()
-                    # A good value beside a wrong one is not written, either.
-                    good = "TxtMirrorMode=1" if class_name == "VeTxtParser" else None
-                    result, output, errors = self.change(
-                        "set", class_name, *filter(None, [good]), f"{key}={value}", "--backup")
-                    self.assertEqual((1, ""), (result, output), errors)
-                    self.assertIn("is refused: ", errors)
-                    if not ON_WINDOWS:
-                        self.assertIn("sabxml: settings.xml:3:11: " + key, errors)
-                    self.assertEqual(before, self.file.read_bytes())
-                    self.assertFalse(self.backup.exists())
-            for value, text in values.items():
-                if value in wrong or text is None:
-                    continue
-                with self.subTest(key, value=value):
-                    self.write((HEAD + TAIL).encode())
-                    result, _, errors = self.change("set", class_name, f"{key}={value}")
-                    self.assertEqual(0, result, errors)
-                    escaped = text.replace(">", "&gt;")
-                    element = f"<{key}>{escaped}</{key}>" if text else f"<{key}/>"
-                    self.assertEqual(HEAD + "\r\n\t\t" + element + TAIL,
-                                     self.file.read_bytes().decode())
-
-    def test_files_keep_their_encoding_and_the_backup_is_the_old_file(self):
-        for encoding, declared in [("utf-8-sig", None), ("utf-16", None), ("gbk", "GBK")]:
-            if ON_WINDOWS and declared:
-                continue  # Wine's MSXML knows no Chinese encodings
-            with self.subTest(encoding):
-                prolog = f"<?xml version='1.0' encoding='{declared}'?>\r\n" if declared else ""
-                old, new = ((prolog + HEAD + f"<DefChsFont>{font}</DefChsFont>" + TAIL).encode(encoding)
-                            for font in ("旧", "仿宋"))
-                self.write(old)
-                result, output, errors = self.change("set", "VeTxtParser", "DefChsFont=仿宋",
-                                                     "--backup")
-                self.assertEqual((0, "DefChsFont  旧  -> 仿宋\n"), (result, output), errors)
-                self.assertEqual(new, self.file.read_bytes())
-                self.assertEqual(old, self.backup.read_bytes())
-
-    @native_only
-    def test_who_may_read_the_file_may_read_the_backup(self):
-        self.write((HEAD + TAIL).encode())
-        self.file.chmod(0o640)
-        self.assertEqual(0, self.change("set", "VeTxtParser", "InCodePage=1", "--backup")[0])
-        self.assertEqual(0o640, self.file.stat().st_mode & 0o777)
-        self.assertEqual(0o640, self.backup.stat().st_mode & 0o777)
-
-    @native_only
-    def test_a_file_that_cannot_be_written_stays(self):
-        folder = scratch / "locked"
-        folder.mkdir()
-        (folder / "t.xml").write_text(HEAD + TAIL, newline="")
-        folder.chmod(0o555)
-        if os.access(folder, os.W_OK):
-            self.skipTest("permissions do not bind this user")
-        arguments = ["VeTxtParser", "locked/t.xml", "/S/G", "InCodePage=1"]
-        for option in ([], ["--backup"]):
-            result, output, errors = run("settings", "set", *arguments, *option)
-            self.assertEqual((1, ""), (result, output))
-            self.assertIn("cannot write locked/t.xml", errors)
-        folder.chmod(0o755)
-
-
 class Walk(unittest.TestCase):
     maxDiff = 4000
 
+    @classmethod
+    def setUpClass(cls):
+        broken = scratch / "broken"
+        shutil.copytree(scratch / "samples/workshop", broken)
+        (broken / "commands").rename(broken / "Commands")
+        (broken / "Commands/draw.xml").unlink()
+        (broken / "modules/sheet_metal.xml").write_text("<Module><Identify/></Module>")
+
     def test_samples(self):
-        """The golden file is what the samples' own texts say; see that a change of it is meant."""
+        """All texts of the samples, and no others, are told."""
         result, output, _ = run("walk", APP, "--json")
         walk = json.loads(output)
-        in_gb2312 = find(walk, "samples/workshop/ui/sheet_metal.xml")
-        content = dict(in_gb2312)  # told at the end
-        in_gb2312.clear()
-        self.assertEqual((int(ON_WINDOWS),) * 2, (result, walk.pop("failed_files")))
-        golden = (HERE / "workshop.txt").read_text(encoding="utf-8")
-        seen = set()
-        actual = "\n".join(lines_about("walk", walk, seen)) + "\n"
-        if ON_WINDOWS:  # Wine's MSXML does not know GB2312
-            self.assertEqual("0x84000C06", content["error"]["code"])
-            golden = golden.partition("in GB2312")[0]
-        else:
-            actual += "\n".join(lines_about("in GB2312", content, seen)) + "\n"
-        if actual != golden:
-            beside = Path(tempfile.gettempdir(), "workshop.txt")
-            beside.write_text(actual, encoding="utf-8")
-            self.assertEqual(golden, actual, f"replace it by {beside} if that is meant")
+        failed = int(ON_WINDOWS)  # Wine's MSXML does not know GB2312
+        self.assertEqual((failed, 18, failed), (result, walk["files"], walk["failed_files"]))
+        files = dict(files_of(walk))
+        self.assertEqual(18 - failed, len(files))
+        for name, values in files.items():
+            with self.subTest(name):
+                text = (scratch / name).read_bytes()
+                encoding = re.search(rb'encoding="([^"]+)"', text) or [0, b"utf-16" if b"\0" in text
+                                                                       else b"utf-8-sig"]
+                text = re.sub(r"<\?xml.*?\?>", "", text.decode(encoding[1].decode()), count=1)
+                self.assertEqual(words_of_xml(ET.fromstring(text)), words_of_json(values))
 
     def test_goes_on_after_failures(self):
         result, output, errors = run("walk", "broken/application.xml")
@@ -601,44 +365,40 @@ class Registration(unittest.TestCase):
         self.assertIn("nothing was changed", errors)
 
 
-def find(tree, file):
-    """The object that tells of a file, the first time that it is named."""
-    if isinstance(tree, dict):
-        if tree.get("file") == file and not tree.get("repeated"):
-            return tree
-        tree = list(tree.values())
-    if isinstance(tree, list):
-        return next(filter(None, (find(element, file) for element in tree)), None)
-    return None
+def files_of(node):
+    """The names of all files of a walk, and what was read of them."""
+    if isinstance(node, dict):
+        if "values" in node:
+            yield node["file"], node["values"]
+        node = list(node.values())
+    if isinstance(node, list):
+        for inner in node:
+            yield from files_of(inner)
 
 
-def lines_about(name, node, seen, depth=0):
-    """A JSON object as text: Member=text, Member:other value, and its own objects one level deeper.
+def words(texts):
+    """How often each text occurs that is neither a number nor a truth value."""
+    return Counter(text for text in texts
+                   if re.search(r"[^\W\d]", text) and text.lower() not in ("true", "false"))
 
-    Where a kind of object is first seen, it has its number of members; an unset member stands where
-    it is first seen and is left out from then on.
-    """
-    line = " " * depth + name + ("" if tuple(node) in seen else f" ({len(node)} members)")
-    seen.add(tuple(node))
-    inner = []
-    for key, value in node.items():
-        objects = value if isinstance(value, list) else [value]
-        if value and isinstance(objects[0], dict):
-            inner += [(key, inner_object) for inner_object in objects]
-            continue
-        text = json.dumps(value, ensure_ascii=False)
-        place = (*node, key, text)
-        if place in seen and text in ('""', "false", "[]", "-1"):
-            continue
-        seen.add(place)
-        told = f"  {key}=" + text[1:-1] if isinstance(value, str) else f"  {key}:" + text
-        if len(line) + len(told) > 100:
-            yield line
-            line = " " * (depth + 4)
-        line += told
-    yield line
-    for key, inner_object in inner:
-        yield from lines_about(key, inner_object, seen, depth + 1)
+
+def words_of_xml(root):
+    for ui in root.iter("CommandUI"):  # whose command is that of all its elements that name none
+        command, *elements = ui
+        ui.remove(command)
+        for element in elements:
+            if element.find("Command") is None:
+                element.append(command)
+    return words([text.strip() for e in root.iter() if not len(e) for text in [e.text or ""]] +
+                 [value for e in root.iter() for value in e.attrib.values()])
+
+
+def words_of_json(values):
+    if isinstance(values, dict):
+        values = [value for name, value in values.items() if name != "ConfigurationPath"]
+    if isinstance(values, list):
+        return sum(map(words_of_json, values), Counter())
+    return words([values] if isinstance(values, str) else [])
 
 
 if __name__ == "__main__":
