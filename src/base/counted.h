@@ -4,6 +4,10 @@
 
 namespace sab {
 
+/// The count of an object from its last Release on. What it lets go of while it is destroyed may
+/// still add and release references to it; far from 0, they do not destroy it again.
+inline constexpr ULONG kDyingReferences = 0x40000000;
+
 /// The reference count of a small object that stays on one thread and that its last reference
 /// destroys. It starts with the creator's reference.
 template <class Interface>
@@ -15,7 +19,10 @@ class Counted : public Interface {
   ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
   ULONG STDMETHODCALLTYPE Release() override {
     const ULONG left = --references_;
-    if (left == 0) delete this;
+    if (left == 0) {
+      references_ = kDyingReferences;
+      delete this;
+    }
     return left;
   }
 

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/com_ptr.h"
+#include "base/counted.h"
 #include "coclasses.h"
 #include "common/dispatch.h"
 #include "common/error_edge.h"
@@ -42,7 +43,10 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
   ULONG STDMETHODCALLTYPE Release() override {
     const ULONG left = --references_;
-    if (left == 0) ReleaseQueue::Destroy(this, [](void* self) { Delete(self); });
+    if (left == 0) {
+      references_ = kDyingReferences;
+      ReleaseQueue::Destroy(this, [](void* self) { Delete(self); });
+    }
     return left;
   }
 
