@@ -26,6 +26,11 @@ namespace sab {
 /// For classes that keep no properties as fields.
 struct NoFields {};
 
+/// The name of a class in its ProgID; a class that was registered under another name than its own
+/// specialises it.
+template <class Coclass>
+inline constexpr std::string_view kRegisteredName = Coclass::kName;
+
 /// The ground of every component class: identity, reference count, automation and error reporting
 /// for one dual interface. Objects live in the apartment that created them, so the count is plain.
 ///
@@ -124,7 +129,7 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   // "SabXmlParser.VeAppParser", there already when memory has run out.
   static constexpr auto kSource = [] {
     constexpr std::string_view kModule = "SabXmlParser.";
-    constexpr std::string_view kClass = Coclass::kName;
+    constexpr std::string_view kClass = kRegisteredName<Coclass>;
     std::array<char, kModule.size() + kClass.size()> source{};
     std::copy(kClass.begin(), kClass.end(),
               std::copy(kModule.begin(), kModule.end(), source.begin()));

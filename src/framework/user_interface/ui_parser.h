@@ -4,6 +4,10 @@
 
 namespace sab {
 
+// It was new with a capital I.
+template <>
+inline constexpr std::string_view kRegisteredName<coclass::VeUiParser> = "VeUIParser";
+
 struct UiParserFields {
   Bstr ConfigurationPath;
   ComPtr<IVePrsUI> UI;
