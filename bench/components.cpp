@@ -52,6 +52,47 @@ void CollectionAppendAndWalk(benchmark::State& state) {
 }
 BENCHMARK(CollectionAppendAndWalk)->Arg(10)->Arg(10000);
 
+ComPtr<IVePrsAccelColl> MakeCollection(std::size_t count) {
+  ComPtr<IVePrsAccelColl> collection;
+  sab::bench::FactoryOf(CLSID_VePrsAccelColl)
+      ->CreateInstance(nullptr, IID_IVePrsAccelColl, collection.PutVoid());
+  for (const auto& accel : MakeAccels(count)) collection->AddTail(accel.Get(), nullptr);
+  return collection;
+}
+
+// As scripts walk a list: For Each, and by index.
+void CollectionForEach(benchmark::State& state) {
+  const auto collection = MakeCollection(static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    DISPPARAMS none{};
+    VARIANT walk{};
+    collection->Invoke(DISPID_NEWENUM, IID_NULL, 0, DISPATCH_METHOD, &none, &walk, nullptr,
+                       nullptr);
+    auto* const elements = static_cast<IEnumVARIANT*>(walk.punkVal);
+    VARIANT element{};
+    while (elements->Next(1, &element, nullptr) == S_OK) VariantClear(&element);
+    VariantClear(&walk);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(CollectionForEach)->Arg(10000)->Arg(80000);
+
+void CollectionByIndex(benchmark::State& state) {
+  const auto count = static_cast<ULONG_PTR>(state.range(0));
+  const auto collection = MakeCollection(count);
+  for (auto _ : state) {
+    for (ULONG_PTR i = 0; i < count; ++i) {
+      LONG_PTR position = 0;
+      collection->FindIndex(i, &position);
+      ComPtr<IVePrsAccel> accel;
+      collection->GetAt(position, accel.Put());
+      benchmark::DoNotOptimize(accel.Get());
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(CollectionByIndex)->Arg(10000)->Arg(80000);
+
 void ListOfPointersAppendAndWalk(benchmark::State& state) {
   const auto accels = MakeAccels(static_cast<std::size_t>(state.range(0)));
   for (auto _ : state) {

@@ -65,8 +65,9 @@ class ComPtr {
   void Reset() { ComPtr(std::move(*this)); }
   /// Stores a new reference for a caller; null is handed out as null.
   void CopyTo(Interface** out) const {
-    if (pointer_) pointer_->AddRef();
-    *out = pointer_;
+    Interface* const pointer = pointer_;  // AddRef may be foreign code, which may come back here
+    if (pointer) pointer->AddRef();
+    *out = pointer;
   }
   /// Asks the object for another interface; empty when it has none.
   template <class Other>

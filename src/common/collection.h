@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/com_error.h"
@@ -70,7 +71,7 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
   HRESULT STDMETHODCALLTYPE RemoveItem(Item* i_pItem) override {
     if (!i_pItem) return NullArgument("i_pItem");
     const LONG_PTR position = items_.Find(i_pItem, PositionList::kNone);
-    if (position != PositionList::kNone) items_.Remove(position)->Release();
+    if (position != PositionList::kNone) items_.Remove(position);
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE RemoveAll() override {
@@ -79,16 +80,17 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
   }
 
   HRESULT STDMETHODCALLTYPE AddHead(Item* i_pItem, LONG_PTR* o_lpPosition) override {
-    return Insert(items_.Head(), i_pItem, o_lpPosition);
+    ComPtr<IUnknown> item(i_pItem);
+    return Insert(items_.Head(), std::move(item), o_lpPosition);
   }
   HRESULT STDMETHODCALLTYPE AddHeadColl(Coll* i_pColl) override {
-    return InsertAll(i_pColl, items_.Head());
+    return InsertAll(i_pColl, &PositionList::Head);
   }
   HRESULT STDMETHODCALLTYPE AddTail(Item* i_pItem, LONG_PTR* o_lpPosition) override {
-    return Insert(PositionList::kNone, i_pItem, o_lpPosition);
+    return Insert(PositionList::kNone, ComPtr<IUnknown>(i_pItem), o_lpPosition);
   }
   HRESULT STDMETHODCALLTYPE AddTailColl(Coll* i_pColl) override {
-    return InsertAll(i_pColl, PositionList::kNone);
+    return InsertAll(i_pColl, nullptr);
   }
 
   HRESULT STDMETHODCALLTYPE GetHeadPosition(LONG_PTR* o_pPos) override {
@@ -109,35 +111,39 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
   }
   HRESULT STDMETHODCALLTYPE GetAt(LONG_PTR i_pos, Item** o_ppItem) override {
     if (!o_ppItem) return NullArgument("o_ppItem");
+    *o_ppItem = nullptr;
     if (!items_.Contains(i_pos)) return BadPosition(i_pos);
     HandOut(i_pos, o_ppItem);
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE SetAt(LONG_PTR i_pos, Item* i_pItem) override {
     if (!i_pItem) return NullArgument("i_pItem");
+    ComPtr<IUnknown> item(i_pItem);
     if (!items_.Contains(i_pos)) return BadPosition(i_pos);
-    if (items_.At(i_pos) != i_pItem) items_.Replace(i_pos, i_pItem);
+    if (items_.At(i_pos) != i_pItem) item = items_.Replace(i_pos, std::move(item));
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE RemoveAt(LONG_PTR i_pos) override {
     if (i_pos == PositionList::kNone) return NullArgument("i_pos");
     if (!items_.Contains(i_pos)) return BadPosition(i_pos);
-    items_.Remove(i_pos)->Release();
+    items_.Remove(i_pos);
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE InsertAfter(Item* i_pItem, LONG_PTR* io_lpPosition) override {
     if (!i_pItem || !io_lpPosition) return NullArgument(i_pItem ? "io_lpPosition" : "i_pItem");
     const LONG_PTR after = *io_lpPosition;
-    if (after == PositionList::kNone) return Insert(PositionList::kNone, i_pItem, io_lpPosition);
-    if (!items_.Contains(after)) return BadPosition(after);
-    return Insert(items_.Next(after), i_pItem, io_lpPosition);
+    ComPtr<IUnknown> item(i_pItem);
+    if (after != PositionList::kNone && !items_.Contains(after)) return BadPosition(after);
+    return Insert(after == PositionList::kNone ? after : items_.Next(after), std::move(item),
+                  io_lpPosition);
   }
   HRESULT STDMETHODCALLTYPE InsertBefore(Item* i_pItem, LONG_PTR* io_lpPosition) override {
     if (!i_pItem || !io_lpPosition) return NullArgument(i_pItem ? "io_lpPosition" : "i_pItem");
     const LONG_PTR before = *io_lpPosition;
-    if (before == PositionList::kNone) return Insert(items_.Head(), i_pItem, io_lpPosition);
-    if (!items_.Contains(before)) return BadPosition(before);
-    return Insert(before, i_pItem, io_lpPosition);
+    ComPtr<IUnknown> item(i_pItem);
+    if (before != PositionList::kNone && !items_.Contains(before)) return BadPosition(before);
+    return Insert(before == PositionList::kNone ? items_.Head() : before, std::move(item),
+                  io_lpPosition);
   }
 
   HRESULT STDMETHODCALLTYPE Find(Item* i_pItem, LONG_PTR i_posStart, LONG_PTR* o_pPos) override {
@@ -190,12 +196,17 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
   std::size_t ItemCount() const override { return items_.Count(); }
   IDispatch* ItemAt(std::size_t index) const override { return ItemOf(items_.AtIndex(index)); }
 
+  // Elements, and other collections, are foreign code: whatever is called of them, AddRef and
+  // Release too, may call this list and change it. So positions are looked at after such a call, or
+  // again.
+
   // The item's interface derives from IUnknown alone, so both are the same pointer.
   Item* ItemOf(LONG_PTR position) const { return static_cast<Item*>(items_.At(position)); }
 
   void HandOut(LONG_PTR position, Item** out) const {
-    *out = ItemOf(position);
-    (*out)->AddRef();
+    Item* const item = ItemOf(position);
+    *out = item;
+    item->AddRef();
   }
   HRESULT HandOutIfAny(LONG_PTR position, Item** out) const {
     if (!out) return NullArgument("o_ppItem");
@@ -208,7 +219,7 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
     if (!out) return NullArgument("o_ppItem");
     *out = nullptr;
     if (position == PositionList::kNone) return Base::Fail(E_FAIL, "The collection is empty.");
-    *out = static_cast<Item*>(items_.Remove(position));
+    *out = static_cast<Item*>(items_.Remove(position).Detach());
     return S_OK;
   }
   HRESULT RemoveEnd(LONG_PTR position) {
@@ -219,36 +230,41 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
   }
 
   HRESULT Step(LONG_PTR* position, Item** out, LONG_PTR (PositionList::*onward)(LONG_PTR) const) {
+    if (out) *out = nullptr;
     if (!position || !out) return NullArgument(position ? "o_ppItem" : "io_pPos");
-    if (!items_.Contains(*position)) return BadPosition(*position);
-    HandOut(*position, out);
-    *position = (items_.*onward)(*position);
+    const LONG_PTR here = *position;
+    if (!items_.Contains(here)) return BadPosition(here);
+    *position = (items_.*onward)(here);
+    HandOut(here, out);
     return S_OK;
   }
 
-  HRESULT Insert(LONG_PTR before, Item* item, LONG_PTR* inserted) {
+  HRESULT Insert(LONG_PTR before, ComPtr<IUnknown> item, LONG_PTR* inserted) {
     if (!item) return NullArgument("i_pItem");
     return Base::Guarded([&] {
-      const LONG_PTR position = items_.InsertBefore(before, item);
+      const LONG_PTR position = items_.InsertBefore(before, std::move(item));
       if (inserted) *inserted = position;
     });
   }
 
   // The other collection may be this one or the host's own, and may fail on the way: everything is
   // fetched before anything is added.
-  HRESULT InsertAll(Coll* other, LONG_PTR before) {
+  HRESULT InsertAll(Coll* other, LONG_PTR (PositionList::*before)() const) {
     if (!other) return NullArgument("i_pColl");
+    const ComPtr<Coll> self(this);
     return Base::Guarded([&]() -> HRESULT {
-      std::vector<ComPtr<Item>> fetched;
+      std::vector<ComPtr<IUnknown>> fetched;
       LONG_PTR position = PositionList::kNone;
       HRESULT result = other->GetHeadPosition(&position);
       while (SUCCEEDED(result) && position != PositionList::kNone) {
-        result = other->GetNext(&position, fetched.emplace_back().Put());
+        ComPtr<Item> item;
+        result = other->GetNext(&position, item.Put());
+        if (item) fetched.emplace_back().Attach(item.Detach());
       }
       if (FAILED(result)) return result;
-      for (const ComPtr<Item>& item : fetched) {
-        if (item) items_.InsertBefore(before, item.Get());
-      }
+      items_.Reserve(fetched.size());
+      const LONG_PTR place = before ? (items_.*before)() : PositionList::kNone;
+      for (ComPtr<IUnknown>& item : fetched) items_.InsertBefore(place, std::move(item));
       return S_OK;
     });
   }

@@ -6,15 +6,21 @@
 #include <memory>
 #include <vector>
 
+#include "base/com_ptr.h"
+
 namespace sab {
 
 /// Doubly linked list of interface references with opaque positions: the storage behind every
 /// collection. Nodes come from blocks and return to a free list, so adding and removing costs no
 /// allocation of its own; when the list becomes empty all blocks are given back.
 ///
-/// A position names one stay of one element in one list. It holds the node's number and a stamp
-/// that is different for every stay in any list of the process, so a position that is stale,
-/// foreign or made up is recognised instead of followed.
+/// A position is a number that names one stay of one element in one list. Numbers come from one
+/// sequence for all lists of the process, so a position that is stale, foreign or made up is
+/// recognised instead of followed. The sequence begins again after 2^53 insertions, after 2^31 in a
+/// 32-bit process; even then no position names two elements of one list.
+///
+/// Elements are foreign code. Only Clear and the destructor call them; all else takes and hands out
+/// references, so that no call can change the list in the middle of a change.
 class PositionList {
  public:
   static constexpr LONG_PTR kNone = 0;
@@ -22,27 +28,29 @@ class PositionList {
   PositionList() = default;
   PositionList(const PositionList&) = delete;
   PositionList& operator=(const PositionList&) = delete;
-  ~PositionList() { Clear(); }
+  ~PositionList();
 
   std::size_t Count() const { return count_; }
   LONG_PTR Head() const { return PositionOf(head_); }
   LONG_PTR Tail() const { return PositionOf(tail_); }
 
   /// True when the position names an element of this list.
-  bool Contains(LONG_PTR position) const;
+  bool Contains(LONG_PTR position) const { return Lookup(position) != kNoNode; }
 
   // These take positions that Contains().
   IUnknown* At(LONG_PTR position) const { return NodeOf(position).element; }  ///< not counted
-  LONG_PTR Next(LONG_PTR position) const { return PositionOf(NodeOf(position).next); }
-  LONG_PTR Previous(LONG_PTR position) const { return PositionOf(NodeOf(position).previous); }
+  LONG_PTR Next(LONG_PTR position) const { return GoTo(NodeOf(position).next); }
+  LONG_PTR Previous(LONG_PTR position) const { return GoTo(NodeOf(position).previous); }
 
-  /// Inserts before the element at the position, or at the tail for kNone; the list adds a
-  /// reference. Raises std::bad_alloc and then holds what it held.
-  LONG_PTR InsertBefore(LONG_PTR position, IUnknown* element);
-  /// Unlinks the element and hands its reference to the caller.
-  IUnknown* Remove(LONG_PTR position);
-  /// Puts another element in the place; the list adds a reference and drops the old one.
-  void Replace(LONG_PTR position, IUnknown* element);
+  /// Makes the next insertions succeed, as many as given. Raises std::bad_alloc.
+  void Reserve(std::size_t insertions);
+  /// Inserts before the element at the position, or at the tail for kNone. Raises std::bad_alloc
+  /// and then holds what it held.
+  LONG_PTR InsertBefore(LONG_PTR position, ComPtr<IUnknown> element);
+  /// Unlinks the element.
+  ComPtr<IUnknown> Remove(LONG_PTR position);
+  /// Puts another element in the place. @return the one that was there
+  ComPtr<IUnknown> Replace(LONG_PTR position, ComPtr<IUnknown> element);
   /// Moves the element before another one, or to the tail for kNone. Its position stays valid.
   void MoveBefore(LONG_PTR position, LONG_PTR before);
   /// Exchanges the places of two elements; positions keep naming the same elements.
@@ -52,7 +60,8 @@ class PositionList {
 
   /// First element after a position (from the head for kNone) that is this very pointer, or kNone.
   LONG_PTR Find(const IUnknown* element, LONG_PTR after) const;
-  /// Position of the zero-based index; kNone past the end.
+  /// Position of the zero-based index; kNone past the end. Asking for neighbours in turn, in either
+  /// direction, costs one step each.
   LONG_PTR AtIndex(std::size_t index) const;
 
  private:
@@ -62,27 +71,41 @@ class PositionList {
     Index next;
     Index previous;
     IUnknown* element;  // null on the free list
-    std::uint32_t stamp;
+    LONG_PTR position;  // kNone on the free list
+  };
+
+  // A node and its place in the order.
+  struct Place {
+    Index node;
+    std::size_t ordinal;
   };
 
   static constexpr Index kNoNode = ~Index{0};
   static constexpr Index kNodesPerBlock = 8;
-  // A position is (stamp, index + 1). It stays below 2^53, so that script engines which know no
-  // 64-bit integers carry it exactly, and positive.
-  static constexpr unsigned kIndexBits = sizeof(LONG_PTR) == 8 ? 30 : 21;
-  static constexpr unsigned kStampBits = sizeof(LONG_PTR) == 8 ? 23 : 10;
-  static constexpr Index kMostNodes = (Index{1} << kIndexBits) - 2;
+  static constexpr Index kMostNodes = Index{1} << 30;
 
   Node& NodeAt(Index index) const {
     return blocks_[index / kNodesPerBlock][index % kNodesPerBlock];
   }
-  static Index IndexOf(LONG_PTR position) {
-    return static_cast<Index>(position & ((LONG_PTR{1} << kIndexBits) - 1)) - 1;
+  Node& NodeOf(LONG_PTR position) const { return NodeAt(Lookup(position)); }
+  LONG_PTR PositionOf(Index index) const {
+    return index == kNoNode ? kNone : NodeAt(index).position;
   }
-  Node& NodeOf(LONG_PTR position) const { return NodeAt(IndexOf(position)); }
-  LONG_PTR PositionOf(Index index) const;
+  // The position of a node about which the next question will probably be.
+  LONG_PTR GoTo(Index index) const {
+    if (index != kNoNode) last_ = index;
+    return PositionOf(index);
+  }
 
-  Index Acquire();
+  std::size_t NodeCount() const { return blocks_.size() * kNodesPerBlock; }
+  LONG_PTR NewPosition() const;
+  Index Lookup(LONG_PTR position) const noexcept;
+  Index Scan(LONG_PTR position) const;
+  bool MakeTable() const noexcept;
+  std::size_t SlotFor(LONG_PTR position) const;
+  void Enter(Index index) const;
+
+  void AddBlock();
   void Free(Index index);
   void LinkBefore(Index index, Index before);
   void Unlink(Index index);
@@ -92,6 +115,12 @@ class PositionList {
   Index head_ = kNoNode;
   Index tail_ = kNoNode;
   Index free_ = kNoNode;
+  mutable Index last_ = 0;                // the node that was asked for last; may be free
+  mutable Place counted_ = {kNoNode, 0};  // the node that AtIndex found last
+  // Nodes by their positions, in a list of several blocks of which a position was looked up. Nodes
+  // whose elements have gone stay in it until it is full and made anew.
+  mutable std::vector<Index> table_;
+  mutable std::size_t entered_ = 0;
 };
 
 }  // namespace sab

@@ -194,6 +194,19 @@ TEST_F(CollectionTest, WrongPositionsAndNullPointersAreRefused) {
   EXPECT_EQ("pqr", Keys(collection));
 }
 
+TEST_F(CollectionTest, AStalePositionStaysRefused) {
+  const AccelColl list = NewCollection();
+  const Accel x = NewAccel("x");
+  LONG_PTR stale = 0;
+  ASSERT_EQ(S_OK, list->AddTail(x.Get(), &stale));
+  for (int i = 0; i < (1 << 23) + 9; ++i) {
+    LONG_PTR position = 0;
+    list->RemoveHeadNoReturn();
+    list->AddTail(x.Get(), &position);
+    ASSERT_NE(stale, position) << i;
+  }
+}
+
 TEST_F(CollectionTest, AnEmptyCollectionAnswersForItself) {
   const AccelColl collection = NewCollection();
   VARIANT_BOOL empty = VARIANT_FALSE;
