@@ -1,19 +1,9 @@
 #include "common/dispatch_arguments.h"
 
-#include <limits>
-#include <utility>
-
-#include "base/com_ptr.h"
+#include "common/result_place.h"
 
 namespace sab {
 namespace {
-
-// The value behind references to variants; a reference to any other type stays one.
-const VARIANTARG& Dereferenced(const VARIANTARG& argument) {
-  const VARIANTARG* value = &argument;
-  while (value->vt == (VT_BYREF | VT_VARIANT) && value->pvarVal) value = value->pvarVal;
-  return *value;
-}
 
 // Some headers of the platform take the source as if they changed it.
 HRESULT Convert(VARIANT& converted, const VARIANTARG& value, VARTYPE type) {
@@ -29,96 +19,10 @@ HRESULT Refuse(HRESULT code, UINT* bad_argument, int argument) {
   return code;
 }
 
-// Script engines know signed integers of up to 32 bits and doubles, and fail on other numbers:
-// VBScript cannot even compare a VT_I8. So a number is handed out in a type that they know,
-// exactly; positions and counts stay below 2^53 for this.
-void MakeScriptable(VARIANT& value) {
-  LONGLONG number = 0;
-  switch (value.vt) {
-    case VT_INT:
-      number = value.intVal;
-      break;
-    case VT_UI2:
-      number = value.uiVal;
-      break;
-    case VT_UI4:
-      number = value.ulVal;
-      break;
-    case VT_UI8:
-      if (value.llVal < 0) return;  // beyond 2^63
-      [[fallthrough]];
-    case VT_I8:
-      number = value.llVal;
-      break;
-    default:
-      return;
-  }
-  constexpr LONGLONG kExact = LONGLONG{1} << 53;
-  if (number >= std::numeric_limits<LONG>::min() && number <= std::numeric_limits<LONG>::max()) {
-    value.vt = VT_I4;
-    value.lVal = static_cast<LONG>(number);
-  } else if (number >= -kExact && number <= kExact) {
-    value.vt = VT_R8;
-    value.dblVal = static_cast<double>(number);
-  }
-}
-
-// Stores a value where a reference points to, in the type that is there; takes the value over.
-HRESULT StoreThrough(const VARIANTARG& reference, VARIANT& value) {
-  if (reference.vt == (VT_BYREF | VT_VARIANT)) {
-    VARIANT* const target = reference.pvarVal;
-    if ((target->vt & VT_BYREF) != 0) return StoreThrough(*target, value);
-    VariantClear(target);
-    MakeScriptable(value);
-    *target = std::exchange(value, VARIANT{});
-    return S_OK;
-  }
-  const auto type = static_cast<VARTYPE>(reference.vt & ~VT_BYREF);
-  if (value.vt != type) {
-    const HRESULT result = VariantChangeType(&value, &value, 0, type);
-    if (FAILED(result)) return result;
-  }
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-      *reference.pbVal = value.bVal;
-      return S_OK;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-      *reference.piVal = value.iVal;
-      return S_OK;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
-      *reference.plVal = value.lVal;
-      return S_OK;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_DATE:
-    case VT_CY:
-      *reference.pllVal = value.llVal;
-      return S_OK;
-    case VT_BSTR:
-      SysFreeString(std::exchange(*reference.pbstrVal, value.bstrVal));
-      break;
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-      if (IUnknown* const old = std::exchange(*reference.ppunkVal, value.punkVal)) old->Release();
-      break;
-    default:
-      if ((type & VT_ARRAY) == 0) return DISP_E_TYPEMISMATCH;
-      if (SAFEARRAY* const old = std::exchange(*reference.pparray, value.parray)) {
-        SafeArrayDestroy(old);
-      }
-      break;
-  }
-  value.vt = VT_EMPTY;  // what it held is the caller's now
-  return S_OK;
+// The type of the variant in which a parameter's value leaves a call.
+VARTYPE DeliveredType(const ValueType& type) {
+  if (type.is_array) return static_cast<VARTYPE>(VT_ARRAY | type.type);
+  return type.type == VT_USERDEFINED ? static_cast<VARTYPE>(VT_BSTR) : type.type;
 }
 
 }  // namespace
@@ -138,14 +42,17 @@ HRESULT DispatchArguments::Prepare(UINT* bad_argument) noexcept {
   for (std::size_t i = 0; i < member_.parameters.size(); ++i) {
     const ParameterInfo& parameter = member_.parameters[i];
     const int index = argument_of_[i];
-    const VARIANTARG* const argument = index >= 0 ? &given_.rgvarg[index] : nullptr;
+    VARIANTARG* const argument = index >= 0 ? &given_.rgvarg[index] : nullptr;
     if (!argument || IsMissing(*argument)) {
       if (argument && !parameter.IsOptional()) {
         return Refuse(DISP_E_PARAMNOTOPTIONAL, bad_argument, index);
       }
       slots_[i].is_missing = true;
-    } else if (parameter.IsIn()) {
-      const HRESULT result = Read(parameter, *argument, i);
+    } else {
+      HRESULT result = parameter.IsIn() ? Read(parameter, *argument, i) : S_OK;
+      if (SUCCEEDED(result) && parameter.IsOut()) {
+        result = CheckPlace(*argument, DeliveredType(parameter.type));
+      }
       if (FAILED(result)) return Refuse(result, bad_argument, index);
     }
     // Whatever a method hands out is freed unless it reaches the caller.
@@ -184,9 +91,11 @@ HRESULT DispatchArguments::Assign(UINT* bad_argument) {
   return S_OK;
 }
 
-HRESULT DispatchArguments::Read(const ParameterInfo& parameter, const VARIANTARG& argument,
+HRESULT DispatchArguments::Read(const ParameterInfo& parameter, VARIANTARG& argument,
                                 std::size_t index) {
-  const VARIANTARG& value = Dereferenced(argument);
+  const VARIANTARG* const variable = Dereferenced(argument);
+  if (!variable) return DISP_E_TYPEMISMATCH;
+  const VARIANTARG& value = *variable;
   // An [in, out] place that still holds nothing starts as zero.
   if (parameter.IsOut() && (value.vt == VT_EMPTY || parameter.type.is_array)) return S_OK;
   if (parameter.type.is_array) {
@@ -241,8 +150,8 @@ HRESULT DispatchArguments::ReadObject(const InterfaceInfo& wanted, const VARIANT
   return S_OK;
 }
 
-void DispatchArguments::TakeResult(const ParameterInfo& parameter, std::size_t index,
-                                   VARIANT& value) {
+HRESULT DispatchArguments::TakeResult(const ParameterInfo& parameter, std::size_t index,
+                                      VARIANT& value) {
   is_owned_[index] = false;
   const Slot& slot = slots_[index];
   value = {};
@@ -259,10 +168,12 @@ void DispatchArguments::TakeResult(const ParameterInfo& parameter, std::size_t i
     StringFromGUID2(slot.guid, text, 40);
     value.bstrVal = SysAllocString(text);
     value.vt = VT_BSTR;
+    if (!value.bstrVal) return E_OUTOFMEMORY;
   } else {
     value.vt = type.type;
     value.llVal = slot.int64;
   }
+  return S_OK;
 }
 
 HRESULT DispatchArguments::Deliver(VARIANT* result, UINT* bad_argument) noexcept {
@@ -272,14 +183,15 @@ HRESULT DispatchArguments::Deliver(VARIANT* result, UINT* bad_argument) noexcept
     if (parameter.IsRetval()) {
       if (!result) continue;
       VariantInit(result);
-      TakeResult(parameter, i, *result);
+      const HRESULT taken = TakeResult(parameter, i, *result);
+      if (FAILED(taken)) return taken;
       MakeScriptable(*result);
     } else if (argument_of_[i] != kNoArgument && !slots_[i].is_missing) {
-      const VARIANTARG& argument = given_.rgvarg[argument_of_[i]];
+      VARIANTARG& argument = given_.rgvarg[argument_of_[i]];
       if ((argument.vt & VT_BYREF) == 0) continue;  // by value: the caller does not want it
       VARIANT value;
-      TakeResult(parameter, i, value);
-      const HRESULT stored = StoreThrough(argument, value);
+      HRESULT stored = TakeResult(parameter, i, value);
+      if (SUCCEEDED(stored)) stored = StoreThrough(argument, value);
       VariantClear(&value);
       if (FAILED(stored)) return Refuse(stored, bad_argument, argument_of_[i]);
     }

@@ -19,7 +19,7 @@ class DispatchArguments {
   DispatchArguments& operator=(const DispatchArguments&) = delete;
   ~DispatchArguments();
 
-  /// Finds the argument of each parameter and converts it.
+  /// Finds the argument of each parameter and converts it, and looks at where results will go.
   /// @param bad_argument receives the number of the argument that does not fit; may be null
   HRESULT Prepare(UINT* bad_argument) noexcept;
   Slot* Slots() { return slots_.data(); }
@@ -30,10 +30,10 @@ class DispatchArguments {
   static constexpr int kNoArgument = -1;
 
   HRESULT Assign(UINT* bad_argument);
-  HRESULT Read(const ParameterInfo& parameter, const VARIANTARG& argument, std::size_t index);
+  HRESULT Read(const ParameterInfo& parameter, VARIANTARG& argument, std::size_t index);
   HRESULT ReadNumberOrText(VARTYPE type, const VARIANTARG& value, std::size_t index);
   HRESULT ReadObject(const InterfaceInfo& wanted, const VARIANTARG& value, std::size_t index);
-  void TakeResult(const ParameterInfo& parameter, std::size_t index, VARIANT& value);
+  HRESULT TakeResult(const ParameterInfo& parameter, std::size_t index, VARIANT& value);
 
   const MemberInfo& member_;
   const DISPPARAMS& given_;

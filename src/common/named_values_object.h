@@ -8,8 +8,8 @@
 
 namespace sab {
 
-/// An object that keeps named values, whatever they are about. Asking for a name or an index that
-/// there is not gives E_INVALIDARG and leaves the place of the result alone.
+/// An object that keeps named values, whatever they are about. Asking for an unknown name or index
+/// gives E_INVALIDARG and null.
 template <class Coclass, class Fields = NoFields>
 class NamedValuesObject : public ComponentBase<Coclass, Fields> {
  public:
@@ -18,6 +18,7 @@ class NamedValuesObject : public ComponentBase<Coclass, Fields> {
   }
   HRESULT STDMETHODCALLTYPE get_ValueName(INT i_iIndex, BSTR* pVal) override {
     if (!pVal) return Base::Reported(E_POINTER);
+    *pVal = nullptr;
     return Base::Guarded([&] {
       if (i_iIndex < 0 || static_cast<std::size_t>(i_iIndex) >= values_.Count()) {
         throw ComError(E_INVALIDARG, "There is no value " + std::to_string(i_iIndex) +
@@ -29,6 +30,7 @@ class NamedValuesObject : public ComponentBase<Coclass, Fields> {
   }
   HRESULT STDMETHODCALLTYPE get_Value(BSTR i_bsName, BSTR* pVal) override {
     if (!pVal) return Base::Reported(E_POINTER);
+    *pVal = nullptr;
     return Base::Guarded([&] { *pVal = Bstr(ValueNamed(Bstr::ViewOf(i_bsName))).Detach(); });
   }
   /// A new name adds a value at the end. @return E_INVALIDARG for what cannot name a value

@@ -81,6 +81,12 @@ TEST(Dispatch, CallsThatDoNotFitGetTheirCode) {
   const LateValue accel = LateValue::Of(Accel().Get());
   const LateValue one(LONG{1});
   const LateValue missing = LateValue::Missing();
+  // A place of 32 bits is wide enough for a position where that has no more itself.
+  constexpr bool kIsWide = sizeof(LONG_PTR) == 8;
+  LONG narrow = 7;
+  BSTR text = nullptr;
+  LateValue circle;
+  *circle.Put() = LateValue::Reference(VT_VARIANT, circle.Put()).Get();
   constexpr DISPID kGetCount = 1, kAddHead = 9, kAddTail = 13, kGetAt = 19, kFind = 24;
   const struct {
     const char* name;
@@ -100,6 +106,30 @@ TEST(Dispatch, CallsThatDoNotFitGetTheirCode) {
       {"missing but needed", kGetAt, DISPATCH_METHOD, {missing}, DISP_E_PARAMNOTOPTIONAL, 0},
       {"optional left out", kAddTail, DISPATCH_METHOD, {accel}, S_OK},
       {"a place by value", kAddTail, DISPATCH_METHOD, {accel, one}, S_OK},
+      {"a place that is too narrow",
+       kAddTail,
+       DISPATCH_METHOD,
+       {accel, LateValue::Reference(VT_I4, &narrow)},
+       kIsWide ? DISP_E_OVERFLOW : S_OK,
+       kIsWide ? 0U : 99U},
+      {"a place for a text",
+       kAddTail,
+       DISPATCH_METHOD,
+       {accel, LateValue::Reference(VT_BSTR, &text)},
+       DISP_E_TYPEMISMATCH,
+       0},
+      {"a place nowhere",
+       kAddTail,
+       DISPATCH_METHOD,
+       {accel, LateValue::Reference(kSignedPointer, nullptr)},
+       DISP_E_TYPEMISMATCH,
+       0},
+      {"a circle of references",
+       kAddTail,
+       DISPATCH_METHOD,
+       {accel, circle},
+       DISP_E_TYPEMISMATCH,
+       0},
       {"optional said to be missing", kAddTail, DISPATCH_METHOD, {accel, missing}, S_OK},
   };
   for (const auto& row : rows) {
@@ -107,6 +137,8 @@ TEST(Dispatch, CallsThatDoNotFitGetTheirCode) {
     EXPECT_EQ(row.result, outcome.code) << row.name;
     EXPECT_EQ(row.bad_argument, outcome.bad_argument) << row.name;
   }
+  // What was refused was not done.
+  EXPECT_EQ(kIsWide ? "3" : "4", Call(*collection, kGetCount, DISPATCH_METHOD).value.Text());
   VARIANT value = one.Get();
   DISPPARAMS unnamed{&value, nullptr, 1, 0};
   const auto invoke = [&](REFIID riid) {
@@ -130,18 +162,20 @@ TEST(Dispatch, PositionsMoveOnInTheCallersVariable) {
   LONGLONG place = 0;
   add("b", {LateValue::Reference(VT_I8, &place)});
   EXPECT_NE(0, place);
-  // As a script has it: a variable that holds anything.
+  // As a script has it: a variable that holds anything. Its type is always the same.
+  constexpr VARTYPE kPosition = sizeof(LONG_PTR) == 8 ? VT_R8 : VT_I4;
   LateResult head = Call(*collection, 15, DISPATCH_METHOD);
   const LateValue variable = LateValue::Reference(VT_VARIANT, head.value.Put());
   std::string keys;
   for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(kPosition, head.value.Get().vt);
     const LateResult next = Call(*collection, 17, DISPATCH_METHOD, {variable});
     ASSERT_EQ(S_OK, next.code);
     keys += next.value.Get("Key").Text();
   }
   EXPECT_EQ("ab", keys);
-  EXPECT_EQ(VT_I4, head.value.Get().vt);
-  EXPECT_EQ(0, head.value.Get().lVal);
+  EXPECT_EQ(kPosition, head.value.Get().vt);
+  EXPECT_EQ(0, head.value.Get().llVal);
 }
 
 TEST(Dispatch, AFailingMemberTellsWhy) {

@@ -1,0 +1,167 @@
+#include "common/result_place.h"
+
+#include <limits>
+#include <utility>
+
+namespace sab {
+namespace {
+
+constexpr int kDeepestReference = 16;
+
+// What a type of numbers holds exactly.
+struct NumberType {
+  int digits;  // binary; 0 for what is no number
+  bool is_signed;
+};
+
+NumberType NumberTypeOf(VARTYPE type) {
+  switch (type) {
+    case VT_I1:
+      return {7, true};
+    case VT_UI1:
+      return {8, false};
+    case VT_I2:
+      return {15, true};
+    case VT_UI2:
+      return {16, false};
+    case VT_I4:
+    case VT_INT:
+      return {31, true};
+    case VT_UI4:
+    case VT_UINT:
+      return {32, false};
+    case VT_I8:
+      return {63, true};
+    case VT_UI8:
+      return {64, false};
+    case VT_R4:
+      return {24, true};
+    case VT_R8:
+      return {53, true};
+    default:
+      return {0, false};
+  }
+}
+
+bool IsLocked(VARTYPE type, const SAFEARRAY* array) {
+  return (type & VT_ARRAY) != 0 && array && array->cLocks > 0;
+}
+
+}  // namespace
+
+VARIANTARG* Dereferenced(VARIANTARG& argument) noexcept {
+  VARIANTARG* variable = &argument;
+  for (int depth = 0; variable && variable->vt == (VT_BYREF | VT_VARIANT); ++depth) {
+    if (depth == kDeepestReference) return nullptr;
+    variable = variable->pvarVal;
+  }
+  return variable && (variable->vt & VT_BYREF) != 0 && !variable->byref ? nullptr : variable;
+}
+
+HRESULT CheckPlace(VARIANTARG& argument, VARTYPE type) noexcept {
+  if ((argument.vt & VT_BYREF) == 0) return S_OK;
+  const VARIANTARG* const place = Dereferenced(argument);
+  if (!place) return DISP_E_TYPEMISMATCH;
+  if ((place->vt & VT_BYREF) == 0) {
+    return IsLocked(place->vt, place->parray) ? DISP_E_ARRAYISLOCKED : S_OK;
+  }
+  const auto there = static_cast<VARTYPE>(place->vt & ~VT_BYREF);
+  if (there == type) {
+    return (type & VT_ARRAY) != 0 && IsLocked(type, *place->pparray) ? DISP_E_ARRAYISLOCKED : S_OK;
+  }
+  if (type == VT_DISPATCH && there == VT_UNKNOWN) return S_OK;
+  NumberType needed = NumberTypeOf(type);
+  const NumberType given = NumberTypeOf(there);
+  if (needed.digits == 0 || given.digits == 0) return DISP_E_TYPEMISMATCH;
+  // Wide numbers are positions, counts and addresses, which are less than 2^53.
+  if (needed.digits > 53) needed = {53, false};
+  const bool fits = given.digits >= needed.digits && (given.is_signed || !needed.is_signed);
+  return fits ? S_OK : DISP_E_OVERFLOW;
+}
+
+HRESULT StoreThrough(VARIANTARG& argument, VARIANT& value) noexcept {
+  VARIANTARG* const place = Dereferenced(argument);
+  if (!place) return DISP_E_TYPEMISMATCH;
+  if ((place->vt & VT_BYREF) == 0) {
+    MakeScriptable(value);
+    std::swap(*place, value);  // the old value goes last: its object may look at the new one
+    return S_OK;
+  }
+  const auto type = static_cast<VARTYPE>(place->vt & ~VT_BYREF);
+  if (value.vt != type) {
+    const HRESULT result = VariantChangeType(&value, &value, 0, type);
+    if (FAILED(result)) return result;
+  }
+  switch (type) {
+    case VT_I1:
+    case VT_UI1:
+      *place->pbVal = value.bVal;
+      return S_OK;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+      *place->piVal = value.iVal;
+      return S_OK;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+    case VT_ERROR:
+      *place->plVal = value.lVal;
+      return S_OK;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_DATE:
+    case VT_CY:
+      *place->pllVal = value.llVal;
+      return S_OK;
+    case VT_BSTR:
+      std::swap(*place->pbstrVal, value.bstrVal);
+      return S_OK;
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+      std::swap(*place->ppunkVal, value.punkVal);
+      return S_OK;
+    default:
+      if ((type & VT_ARRAY) == 0) return DISP_E_TYPEMISMATCH;
+      std::swap(*place->pparray, value.parray);
+      return S_OK;
+  }
+}
+
+void MakeScriptable(VARIANT& value) noexcept {
+  LONGLONG number = 0;
+  switch (value.vt) {
+    case VT_INT:
+      number = value.intVal;
+      break;
+    case VT_UI2:
+      number = value.uiVal;
+      break;
+    case VT_UI4:
+      number = value.ulVal;
+      break;
+    case VT_UI8:
+      if (value.llVal < 0) return;  // beyond 2^63
+      [[fallthrough]];
+    case VT_I8:
+      number = value.llVal;
+      break;
+    default:
+      return;
+  }
+  constexpr LONGLONG kExact = LONGLONG{1} << 53;
+  // A position is always a double: that it is small today says nothing of the next one.
+  if (value.vt != VT_I8 && number >= std::numeric_limits<LONG>::min() &&
+      number <= std::numeric_limits<LONG>::max()) {
+    value.vt = VT_I4;
+    value.lVal = static_cast<LONG>(number);
+  } else if (number >= -kExact && number <= kExact) {
+    value.vt = VT_R8;
+    value.dblVal = static_cast<double>(number);
+  }
+}
+
+}  // namespace sab
