@@ -36,7 +36,7 @@ ComPtr<Shared<SymbolState>> StateOf(IVeStdSymbolParser* symbol) {
 }
 
 HRESULT CopyName(const ComPtr<Shared<StandardState>>& standard, BSTR* out) noexcept {
-  return GetField(standard ? standard->name : Bstr(), out);
+  return standard ? GetField(standard->name, out) : GetField(Bstr(), out);
 }
 
 }  // namespace sab

@@ -34,5 +34,15 @@ TEST(CatalogueFaults, WhatIsLoadedWithoutMemoryIsNeverHalfLoaded) {
   EXPECT_GT(failures, 100);
 }
 
+TEST(CatalogueFaults, TheNameOfTheStandardIsToldOrThereIsNoMemory) {
+  const LateObject whole("VeStandardCfgParser");
+  ASSERT_EQ(S_OK, whole.Call("Load", {SAB_SAMPLES "/standards/catalogue.xml"}));
+  const LateObject standard = whole.Follow("GetStandardParserColl [0]");
+  const auto symbol = standard.Follow("GetSymbolParserColl [0]").As<IVeStdSymbolParser>();
+  Bstr name;
+  const AllocationFaults faults(0);
+  EXPECT_EQ(E_OUTOFMEMORY, symbol->GetAttachStdName(name.Put()));
+}
+
 }  // namespace
 }  // namespace sab::testing
