@@ -9,7 +9,7 @@
 namespace {
 
 // There from the moment the library is loaded until it is unloaded.
-const sab::Module kModule;
+sab::Module the_module;
 
 }  // namespace
 

@@ -4,7 +4,7 @@
 
 namespace sab {
 
-Module::Module() : factories_(ClassTable().size()) { current_ = this; }
+Module::Module() { current_ = this; }
 
 Module::~Module() { current_ = nullptr; }
 
@@ -13,8 +13,13 @@ HRESULT Module::ClassObject(REFCLSID clsid, REFIID riid, void** object) noexcept
   for (std::size_t i = 0; i < classes.size(); ++i) {
     if (*classes[i].clsid != clsid) continue;
     const std::lock_guard guard(making_factories_);
-    if (!factories_[i]) factories_[i].reset(new (std::nothrow) ClassFactory(classes[i]));
-    return factories_[i] ? factories_[i]->QueryInterface(riid, object) : E_OUTOFMEMORY;
+    try {
+      if (factories_.empty()) factories_.resize(classes.size());
+      if (!factories_[i]) factories_[i] = std::make_unique<ClassFactory>(classes[i]);
+    } catch (const std::bad_alloc&) {
+      return E_OUTOFMEMORY;
+    }
+    return factories_[i]->QueryInterface(riid, object);
   }
   return CLASS_E_CLASSNOTAVAILABLE;
 }

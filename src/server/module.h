@@ -31,7 +31,8 @@ class Module {
   static constinit inline Module* current_ = nullptr;
 
   std::mutex making_factories_;
-  std::vector<std::unique_ptr<ClassFactory>> factories_;  // in the order of the class table
+  // In the order of the class table; empty until the first is asked for.
+  std::vector<std::unique_ptr<ClassFactory>> factories_;
 };
 
 }  // namespace sab
