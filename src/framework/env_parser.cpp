@@ -27,6 +27,7 @@ HRESULT CVeEnvParser::GenerateEnv() {
 
 HRESULT CVeEnvParser::GetDefaultPanel(BSTR* pDefaultPanel) {
   if (pDefaultPanel && default_command_.IsEmpty()) {
+    *pDefaultPanel = nullptr;
     return Fail(E_FAIL, "There is no default panel without a default command.");
   }
   if (pDefaultPanel && default_panel_.IsEmpty()) {

@@ -16,6 +16,7 @@ class CVeEnvParser : public TextGetters<coclass::VeEnvParser, EnvParserFields> {
   HRESULT STDMETHODCALLTYPE GenerateEnv() override;
 
   HRESULT STDMETHODCALLTYPE GetEnvID(BSTR* pEnvID) override {
+    if (pEnvID) *pEnvID = nullptr;
     return CopyUnlessEmpty(environment_id_, pEnvID);
   }
   HRESULT STDMETHODCALLTYPE GetUiPath(BSTR* pUiPath) override {

@@ -16,6 +16,7 @@ std::string NoLineType(const std::string& what) {
 
 HRESULT CVeProjectionCfgParser::get_LineType(BSTR i_bsName, ProjectionLineType* pVal) {
   if (!pVal) return Reported(E_POINTER);
+  *pVal = {};
   return Guarded([&] {
     const TextView text = ValueNamed(Bstr::ViewOf(i_bsName));
     const std::int32_t number = ParseInt(text);

@@ -87,6 +87,7 @@ HRESULT CVeSysParameterCfgParser::get_MatchKeyCount(INT* o_iKeyCount) {
 }
 
 HRESULT CVeSysParameterCfgParser::get_MatchValueCount(INT i_iKeyNum, INT* o_iValueCount) {
+  if (o_iValueCount) *o_iValueCount = 0;
   return Guarded([&] {
     return GetField(CountOf(EntryAt(fields.match_rules.Entries(), i_iKeyNum).values),
                     o_iValueCount);

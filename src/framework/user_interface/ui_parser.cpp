@@ -25,9 +25,8 @@ HRESULT CVeUiParser::GenerateUI() {
 
 HRESULT CVeUiParser::get_UI(IVePrsUI** o_ppUI) {
   if (!o_ppUI) return Fail(E_FAIL, "There is no place for the user interface: it is null.");
-  if (!fields.UI) return Fail(E_FAIL, "There is no user interface to hand out.");
   fields.UI.CopyTo(o_ppUI);
-  return S_OK;
+  return *o_ppUI ? S_OK : Fail(E_FAIL, "There is no user interface to hand out.");
 }
 
 }  // namespace sab
