@@ -21,14 +21,27 @@ constexpr std::size_t PlaceOf(std::span<const formats::Rule> rules, std::string_
   return place;
 }
 
+// The path of an element while a format is descended into.
+struct Place {
+  const Place* outer;  // null for the document element
+  std::string_view name;
+
+  constexpr bool Is(std::string_view path) const {
+    if (!path.ends_with(name)) return false;
+    path.remove_suffix(name.size());
+    if (!outer) return path.empty();
+    return path.ends_with('/') && outer->Is(path.substr(0, path.size() - 1));
+  }
+};
+
 // Whether every value and list that is found by its path is bound.
 template <class... Bindings>
-constexpr bool AreBound(std::span<const formats::Rule> rules, const std::string& path) {
+constexpr bool AreBound(std::span<const formats::Rule> rules, const Place* outer) {
   for (const formats::Rule& rule : rules) {
-    const std::string place = path + std::string(rule.name);
-    if (((Bindings::kName.View() == place) || ...)) continue;
+    const Place place = {outer, rule.name};
+    if ((place.Is(Bindings::kName.View()) || ...)) continue;
     const bool is_group = rule.content && rule.count == formats::Count::kFirst;
-    if (!is_group || !AreBound<Bindings...>(rule.Content(), place + "/")) return false;
+    if (!is_group || !AreBound<Bindings...>(rule.Content(), &place)) return false;
   }
   return true;
 }
@@ -62,7 +75,7 @@ constexpr BoundPath PathOf() {
 /// the text of the first B in any A, Within<"A", …> for the content of the first A.
 template <const formats::Document& kForm, class... Bindings>
 struct BoundPaths {
-  static_assert(binding::AreBound<Bindings...>(kForm.content, {}), "an element is unbound");
+  static_assert(binding::AreBound<Bindings...>(kForm.content, nullptr), "an element is unbound");
 
   static constexpr auto kPaths = [] {
     std::array<BoundPath, sizeof...(Bindings)> paths = {binding::PathOf<kForm, Bindings>()...};

@@ -50,7 +50,8 @@ void ReadContainer(DocumentReader& file, const BoundPath& container, Reading& re
 
 DocumentReader::DocumentReader(const formats::Document& document, TextView file)
     : form_(document), file_(ToUtf8(file)) {
-  if (file.empty()) throw ComError(kDocumentNotLoaded, "No file is named: give the parser a path.");
+  if (file.empty())
+    throw ComError(kDocumentNotLoaded, "No file is named: put ConfigurationPath first.");
   if (!document_.Load(file)) throw ComError(kDocumentNotLoaded, document_.Failure().Describe());
 }
 

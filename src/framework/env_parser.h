@@ -7,6 +7,11 @@ namespace sab {
 
 struct EnvParserFields {
   Bstr ConfigurationPath;
+  Bstr EnvID;
+  Bstr UiPath;
+  Bstr DefaultPanel;
+  Bstr DefaultCmd;
+  StringList CmdPaths;
 };
 
 /// Reads an environment descriptor: a working environment of a module with its user-interface file,
@@ -17,16 +22,16 @@ class CVeEnvParser : public TextGetters<coclass::VeEnvParser, EnvParserFields> {
 
   HRESULT STDMETHODCALLTYPE GetEnvID(BSTR* pEnvID) override {
     if (pEnvID) *pEnvID = nullptr;
-    return CopyUnlessEmpty(environment_id_, pEnvID);
+    return CopyUnlessEmpty(fields.EnvID, pEnvID);
   }
   HRESULT STDMETHODCALLTYPE GetUiPath(BSTR* pUiPath) override {
-    return CopyUnlessEmpty(ui_path_, pUiPath);
+    return CopyUnlessEmpty(fields.UiPath, pUiPath);
   }
   HRESULT STDMETHODCALLTYPE GetCmdPaths(SAFEARRAY** o_pCmdPaths) override {
-    return Reported(command_paths_.CopyTo(o_pCmdPaths));
+    return Reported(fields.CmdPaths.CopyTo(o_pCmdPaths));
   }
   HRESULT STDMETHODCALLTYPE GetDefaultCmd(BSTR* pDefaultCmd) override {
-    return CopyUnlessEmpty(default_command_, pDefaultCmd);
+    return CopyUnlessEmpty(fields.DefaultCmd, pDefaultCmd);
   }
   /// Hosts rely on this: without a default command there is no default panel either.
   HRESULT STDMETHODCALLTYPE GetDefaultPanel(BSTR* pDefaultPanel) override;
@@ -34,12 +39,6 @@ class CVeEnvParser : public TextGetters<coclass::VeEnvParser, EnvParserFields> {
  private:
   // E_FAIL for a null place and for an empty value; the place is untouched then.
   static HRESULT CopyUnlessEmpty(const Bstr& text, BSTR* out);
-
-  Bstr environment_id_;
-  Bstr ui_path_;
-  Bstr default_panel_;
-  Bstr default_command_;
-  StringList command_paths_;
 };
 
 }  // namespace sab
