@@ -1,50 +1,20 @@
 #include "descriptor.h"
 
-#include <stdexcept>
 #include <string_view>
 
 #include "document_element.h"
 #include "standard_input.h"
 
 namespace sabxml::cli {
-namespace {
-
-const std::vector<DescriptorKind>& Kinds() {
-  static const std::vector<DescriptorKind> kinds = {
-      {"Application",
-       "application",
-       "VeAppParser",
-       "GenerateApp",
-       {{"GetTmplatePaths", "Template"}}},
-      {"Template", "template", "VeTmplParser", "GenerateTmpl", {{"GetModulePaths", "Module"}}},
-      {"Module", "module", "VeModuleParser", "GenerateModule", {{"GetEnvPaths", "Environment"}}},
-      {"Environment",
-       "environment",
-       "VeEnvParser",
-       "GenerateEnv",
-       {{"GetUiPath", "UI"}, {"GetCmdPaths", "Cmd"}}},
-      {"Cmd", "commands", "VeCmdParser", "GenerateCmd", {}},
-      {"UI", "user interface", "VeUiParser", "GenerateUI", {}},
-      {"NEBStandardConfigration", "standards", "VeStandardCfgParser", "Load", {}},
-  };
-  return kinds;
-}
-
-}  // namespace
-
-const DescriptorKind& DescriptorKindOf(const std::string& root) {
-  for (const DescriptorKind& kind : Kinds()) {
-    if (root == kind.root) return kind;
-  }
-  throw std::out_of_range(root);
-}
+namespace formats = sab::formats;
 
 const DescriptorKind& RecogniseDescriptor(const std::string& file) {
   const std::string root = DocumentElementOf(file);
   std::string known;
-  for (const DescriptorKind& kind : Kinds()) {
-    if (root == kind.root) return kind;
-    known += std::string(known.empty() ? "" : ", ") + kind.root;
+  for (const DescriptorKind* const kind : formats::Documents()) {
+    if (kind->kind > formats::Kind::kCatalogue) continue;  // read with something else
+    if (root == kind->root) return *kind;
+    known += (known.empty() ? "" : ", ") + std::string(kind->root);
   }
   if (root.empty()) throw Failure(file + ": this is no XML file: it has no document element");
   throw Failure(file + ": the document element " + root + " is that of no descriptor (" + known +
@@ -53,15 +23,15 @@ const DescriptorKind& RecogniseDescriptor(const std::string& file) {
 
 Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
                                     const std::string& file) {
-  Reference<IDispatch> parser = server.Create(kind.class_name);
+  Reference<IDispatch> parser = server.Create(std::string(kind.class_name));
   std::vector<Value> path;
   path.emplace_back(std::string_view(PathToRead(file)));
-  if (std::string_view(kind.generate) == "Load") {
-    Call(*parser.Get(), kind.generate, DISPATCH_METHOD, std::move(path));
+  if (kind.method == "Load") {
+    Call(*parser.Get(), kind.method, DISPATCH_METHOD, std::move(path));
     return parser;
   }
   Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, std::move(path));
-  Call(*parser.Get(), kind.generate, DISPATCH_METHOD);
+  Call(*parser.Get(), kind.method, DISPATCH_METHOD);
   if (file == kStandardInput) {
     std::vector<Value> name;
     name.emplace_back(std::string_view(file));

@@ -8,6 +8,9 @@
 #include "result_words.h"
 
 namespace sabxml::cli {
+
+namespace formats = sab::formats;
+
 namespace {
 
 std::string NamedBy(const std::string& named_by, const std::string& named) {
@@ -47,11 +50,12 @@ void Walk::Follow(const std::string& file, const Names& names) {
 void Walk::Read(const Mention& mention, const DescriptorKind& kind) {
   const Reference<IDispatch> parser = LoadDescriptor(server_, kind, mention.file);
   Names names;
-  for (const DescriptorKind::Link& link : kind.links) {
-    for (std::string& path : ReadTexts(*parser.Get(), link.getter)) {
-      names.emplace_back(std::move(path), &DescriptorKindOf(link.root));
+  formats::ForEachRule(kind.content, [&](const formats::Rule& rule) {
+    if (rule.role != formats::Role::kLeadsTo) return;
+    for (std::string& path : ReadTexts(*parser.Get(), rule.member)) {
+      names.emplace_back(std::move(path), &formats::DocumentOfKind(rule.leads_to));
     }
-  }
+  });
   ElementCounter counter(json_);
   ObjectReader reader(counter);
   reader.Read(*parser.Get(), "values");
@@ -71,12 +75,12 @@ void Walk::Read(const Mention& mention, const DescriptorKind& kind) {
 
 void Walk::Visit(std::string_view name, const Mention& mention, const DescriptorKind& kind) {
   progress_.Set(std::to_string(seen_.size()) + " files read; reading " + mention.file);
-  lines_.push_back({depth_++, mention.file, kind.words, {}, false});
+  lines_.push_back({depth_++, mention.file, std::string(kind.about), {}, false});
   if (json_) json_->BeginObject(name, {}, 0);
   AddJson("file", mention.file);
   if (!mention.named.empty()) AddJson("named", mention.named);
-  AddJson("class", kind.class_name);
-  const auto [seen, is_first] = seen_.try_emplace(kind.root + (" " + mention.file));
+  AddJson("class", std::string(kind.class_name));
+  const auto [seen, is_first] = seen_.try_emplace(std::string(kind.root) + " " + mention.file);
   if (is_first) {
     try {
       Read(mention, kind);
@@ -101,7 +105,7 @@ std::size_t Walk::FailedFileCount() const {
 
 void Walk::Run(const std::string& file) {
   if (json_) json_->BeginObject({}, {}, 0);
-  Visit("application", {file, {}, {}}, DescriptorKindOf("Application"));
+  Visit("application", {file, {}, {}}, formats::DocumentOfKind(formats::Kind::kApplication));
   if (!json_) return;
   json_->AddValue("files", seen_.size());
   json_->AddValue("failed_files", FailedFileCount());

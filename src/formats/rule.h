@@ -252,6 +252,15 @@ constexpr const Rule* RuleAt(std::span<const Rule> rules, std::string_view path)
   return nullptr;
 }
 
+/// Visits rules with all that they hold, in order; what holds its own kind is entered once.
+template <class Visit>
+constexpr void ForEachRule(std::span<const Rule> rules, const Visit& visit) {
+  for (const Rule& rule : rules) {
+    visit(rule);
+    if (rule.content != rules.data()) ForEachRule(rule.Content(), visit);
+  }
+}
+
 /// A kind of document.
 struct Document {
   Kind kind;
