@@ -44,12 +44,12 @@ CASES = [
     # The standard input.
     ("show -", 0, ["ConfigurationPath  -\n", "PIPED"]),
     ("show - --json -", 0, ["PIPED"]),
+    ("walk no.xml", 1, ["\n1 file, 1 failed\n"], "no.xml: "),
     ("walk -", 1, ["FAILED: "], "-: Application/AppTemplateID is missing"),
     ("get VeDisplayCfgParser - /Cmd/S PtSize", 0, ["PtSize  5\n"]),
-    ("settings diff VeDisplayCfgParser - - /Cmd/S", 0, ["No differences"]),
+    ("settings diff VeDisplayCfgParser - - /Cmd/S --exit-code", 0, ["No differences"]),
     ("settings get VeDisplayCfgParser - /Cmd[[", 1, [], "sabxml: -: "),
     ("settings set VeDisplayCfgParser - /Cmd/S PtSize=6", 2, [], "cannot be changed"),
-    ("get VeAppParser x", 2, [], "NODEPATH is required"),
     (f"show {APP} --colour pink", 2, [], "--colour"),
     ("describe", 2, [], "name a class, or give --all"),
 
@@ -85,8 +85,6 @@ CASES = [
     ("show kinds/prose.txt", 1, [], "kinds/prose.txt: this is no XML file", "[TitleBlock]"),
 
     # Settings.
-    (f"get {UPDATE}", 0,
-     ["DisableHttp  true\nReadOnly     false\nInterval     30\nServer       updates.workshop.ex"]),
     (f"get {UPDATE} server INTERVAL", 0, ["Server    updates.workshop.example\nInterval  30\n"]),
     (f"get {UPDATE_FILE} /Settings/Apprentice/Update --json", 0,
      ['{\n  "DisableHttp": false,\n  "ReadOnly": true,\n  "Interval": 2147483647,\n  "Server": ""\n}']),
@@ -94,7 +92,6 @@ CASES = [
     (f"get {UPDATE} Intervall", 1, [],
      "VeAutoUpdateAdminCfgParser has no value named Intervall; did you mean Interval?"),
     ("get VeAutoUpdateAdminCfgParser kinds/broken.xml /x", 1, [], "kinds/broken.xml:3:"),
-    ("get VeAutoUpdateAdminCfgParser no.xml /x", 1, [], "no.xml: "),
     (f"get VeAppParser {SETTINGS} /x", 1, [], "VeAppParser is no class for settings"),
     (f"get SabXmlParser.VeTxtPaser {SETTINGS} /x", 1, [],
      "the server has no class named SabXmlParser.VeTxtPaser; did you mean VeTxtParser?"),
@@ -102,9 +99,6 @@ CASES = [
     (f"get VeStandardCfgParser {SETTINGS} /x", 1, [], "VeStandardCfgParser is no class for settings"),
 
     # Settings as their files hold them.
-    ("settings", 2, [], "sabxml: "),
-    ("settings list", 0, ["VeDisplayCfgParser          39 keys  screen display\n",
-     "VeProductCfgParser          any key"]),
     ("settings list vetxtparser VeBomcfgParser", 0, ["  DefTxtHei         double    3.500000\n",
      "member IsExplodeByOneself\n", "VeBomcfgParser: named values"]),
     ("settings list --json", 0,
@@ -119,11 +113,8 @@ CASES = [
     (f"settings get {DISPLAY} PTSiz", 1, [], "VeDisplayCfgParser has no key PTSiz; did you mean PtSize?"),
     (f"settings get VeBomcfgParser {SETTINGS} /Settings/Text Colour", 1, [],
      "/Settings/Text has no key Colour"),
-    (f"settings get {DISPLAY_FILE} /Settings/display", 1, [],
-     f"{SETTINGS}: the node path /Settings/display leads to no element: see to its spelling"),
     (f"settings get {DISPLAY_FILE} /Settings[[", 1, [], SETTINGS, "/Settings[["),
     ("settings get VeDisplayCfgParser no.xml /x", 1, [], "no.xml: "),
-    ("settings set VeDisplayCfgParser kinds/broken.xml /x PtSize=1", 1, [], "kinds/broken.xml:3:"),
     (f"settings set {DISPLAY} PtSize", 2, [], 'write KEY=VALUE instead of "PtSize"'),
     (f"settings set {DISPLAY} PtSize=1 ptsize=2", 2, [], "PtSize is named twice"),
     (f"settings dump VeTxtParser {SETTINGS} /Settings/Text --json", 0,
@@ -132,16 +123,13 @@ CASES = [
     (f"settings diff {UPDATE_FILE} {SETTINGS} /Settings/Update /Settings/Apprentice/Update", 0,
      ["DisableHttp  true                      -> false (default)\n",
      "Interval     30                        -> 2147483647\n"]),
-    (f"settings diff {DISPLAY_FILE} {SETTINGS} /Settings/Display --exit-code", 0,
-     ["No differences.\n"]),
     (f"settings diff VeBomcfgParser {SETTINGS} {SETTINGS} /Settings/Text /Settings/Update "
      "--exit-code", 1, ["DefChsFont       仿宋           -> (not there)\n",
      "Server           (not there)    -> updates.workshop.example\n"]),
 
     # Classes.
     ("classes", 0, ["VeAppParser ", "IVePrsAccelColl\n"]),
-    ("describe veappparser", 0, ["ConfigurationPath: BSTR",
-     "5  method GetTmplatePaths(): SAFEARRAY(BSTR)",
+    ("describe veappparser", 0, ["5  method GetTmplatePaths(): SAFEARRAY(BSTR)",
      "6  method GetConfigurations(): IVePrsConfigColl*"]),
     ("describe VePrsAccelColl", 0, ["GetNext([in, out] LONG_PTR* io_pPos): IVePrsAccel*",
      "AddTail([in] IVePrsAccel* i_pItem, [in, out, optional] LONG_PTR* o_lpPosition)"]),
@@ -254,14 +242,6 @@ class CommandLine(unittest.TestCase):
 class Walk(unittest.TestCase):
     maxDiff = 4000
 
-    @classmethod
-    def setUpClass(cls):
-        broken = scratch / "broken"
-        shutil.copytree(scratch / "samples/workshop", broken)
-        (broken / "commands").rename(broken / "Commands")
-        (broken / "Commands/draw.xml").unlink()
-        (broken / "modules/sheet_metal.xml").write_text("<Module><Identify/></Module>")
-
     def test_samples(self):
         """All texts of the samples, and no others, are told."""
         result, output, _ = run("walk", APP, "--json")
@@ -279,6 +259,11 @@ class Walk(unittest.TestCase):
                 self.assertEqual(words_of_xml(ET.fromstring(text)), words_of_json(values))
 
     def test_goes_on_after_failures(self):
+        broken = scratch / "broken"
+        shutil.copytree(scratch / "samples/workshop", broken)
+        (broken / "commands").rename(broken / "Commands")
+        (broken / "Commands/draw.xml").unlink()
+        (broken / "modules/sheet_metal.xml").write_text("<Module><Identify/></Module>")
         result, output, errors = run("walk", "broken/application.xml")
         self.assertEqual(1, result)
         lines = [line.split() for line in output.splitlines()]
@@ -295,12 +280,6 @@ class Walk(unittest.TestCase):
             'broken/environments/drawing.xml names it "..\\commands\\file.xml"',
         ]:
             self.assertIn(text, errors)
-
-    def test_application_that_cannot_be_read(self):
-        for file, reason in [("no.xml", "no.xml"), (SETTINGS, "AppTemplateID is missing")]:
-            result, output, errors = run("walk", file)
-            self.assertEqual((1, "1 file, 1 failed"), (result, output.splitlines()[-1]))
-            self.assertIn(reason, errors)
 
     @native_only
     def test_progress_shows_when_it_takes_long(self):

@@ -104,24 +104,24 @@ class Files(unittest.TestCase):
                      "sabxml show --json templates/*.xml", "0x… is understood"):
             self.assertIn(line, text)
 
+    def output_of(self, *command):
+        _, output, errors = run(*command, cwd=self.folder, env=self.environment)
+        self.assertEqual("", errors)
+        return output
+
     def check_completions(self, complete):
         for line, expected, is_all in COMPLETIONS:
             with self.subTest(line):
                 offered = complete(line)
-                if is_all:
-                    self.assertEqual(expected, offered)
-                else:
-                    self.assertLessEqual(set(expected), set(offered))
+                self.assertEqual(expected, [word for word in offered if is_all or word in expected])
 
     def test_bash(self):
         script = ('. "$1"; IFS=" " read -r -a COMP_WORDS <<<"$2"; '
                   'COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _sabxml; printf "%s\\n" "${COMPREPLY[@]}"')
 
         def complete(line):
-            _, output, errors = run("bash", "-c", script, "bash", FOLDER / "sabxml.bash", line,
-                                    cwd=self.folder, env=self.environment)
-            self.assertEqual("", errors)
-            return sorted(output.split())
+            return sorted(self.output_of("bash", "-c", script, "bash", FOLDER / "sabxml.bash",
+                                         line).split())
 
         self.check_completions(complete)
         for line in ("sabxml --colour = a", "sabxml show --colour = a"):  # as bash splits it
@@ -133,11 +133,9 @@ class Files(unittest.TestCase):
             self.skipTest("fish is not installed")
 
         def complete(line):
-            _, output, errors = run("fish", "--no-config", "-c",
+            output = self.output_of("fish", "--no-config", "-c",
                                     "source $argv[1]; complete -C $argv[2]",
-                                    FOLDER / "sabxml.fish", line, cwd=self.folder,
-                                    env=self.environment)
-            self.assertEqual("", errors)
+                                    FOLDER / "sabxml.fish", line)
             return sorted(line.split("\t")[0].rstrip("/") for line in output.splitlines())
 
         self.check_completions(complete)

@@ -1,12 +1,11 @@
 #!/usr/bin/env python3
 """Packs the build, unpacks it where nobody told it of, and builds and runs a client of it.
 
-usage: package_test.py BUILD_FOLDER CLIENT_SOURCE_FOLDER [--toolchain FILE] [--run COMMAND...]
+usage: package_test.py BUILD_FOLDER CLIENT_SOURCE_FOLDER [TOOLCHAIN_FILE COMMAND...]
 
 The client is samples/clients/cpp. COMMAND runs Windows programs.
 """
 
-import argparse
 import hashlib
 import os
 import re
@@ -17,13 +16,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-parser = argparse.ArgumentParser()
-parser.add_argument("build", type=Path)
-parser.add_argument("client", type=Path)
-parser.add_argument("--toolchain")
-parser.add_argument("--run", nargs=argparse.REMAINDER, default=[])
-arguments = parser.parse_args()
-ON_WINDOWS = bool(arguments.toolchain)
+BUILD, CLIENT, *ON_WINDOWS = sys.argv[1:]
+COMMAND = ON_WINDOWS[1:]
 
 windows_only = unittest.skipUnless(ON_WINDOWS, "Windows only")
 native_only = unittest.skipIf(ON_WINDOWS, "POSIX only")
@@ -54,7 +48,7 @@ class Package(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
         cls.folder = Path(folder.name)
-        run("cpack", "-B", cls.folder / "packages", cwd=arguments.build)
+        run("cpack", "-B", cls.folder / "packages", cwd=BUILD)
         away = cls.folder / "away from home"
         if ON_WINDOWS:
             archive, = (cls.folder / "packages").glob("*.zip")
@@ -70,11 +64,11 @@ class Package(unittest.TestCase):
 
     def register(self, name, *scope):
         if ON_WINDOWS:
-            return run(*arguments.run, "cmd", "/c", name_of(self.prefix / f"{name}.cmd"), *scope)
+            return run(*COMMAND, "cmd", "/c", name_of(self.prefix / f"{name}.cmd"), *scope)
         return run(self.prefix / "bin/sabxml", name, *scope, env=self.environment)
 
     def run_client(self, program, *files):
-        output = run(*arguments.run, program, name_of(self.samples / "workshop"), *files,
+        output = run(*COMMAND, program, name_of(self.samples / "workshop"), *files,
                      env=self.environment)
         self.assertEqual(expected_output(self.samples / f"clients/cpp/{program.stem}.cpp"), output)
 
@@ -94,7 +88,7 @@ class Package(unittest.TestCase):
                      f"-DCMAKE_PREFIX_PATH={self.prefix}"]
         if ON_WINDOWS:
             # Toolchains look for packages below their own root, except where they are told of.
-            configure += [f"-DCMAKE_TOOLCHAIN_FILE={arguments.toolchain}",
+            configure += [f"-DCMAKE_TOOLCHAIN_FILE={ON_WINDOWS[0]}",
                           f"-DSabXmlParser_DIR={self.prefix}/lib/cmake/SabXmlParser",
                           "-DCMAKE_EXE_LINKER_FLAGS=-static"]
         run(*configure)
@@ -121,7 +115,7 @@ class Package(unittest.TestCase):
 
     def test_nothing_refers_to_where_it_was_made(self):
         places = [os.fsencode(place) for place in
-                  (arguments.build.absolute(), arguments.client.absolute().parents[2],
+                  (Path(BUILD).absolute(), Path(CLIENT).absolute().parents[2],
                    self.folder / "packages")]
         for path in self.prefix.rglob("*"):
             content = path.read_bytes() if path.is_file() else b""
@@ -150,18 +144,15 @@ class Package(unittest.TestCase):
             self.assertEqual(hashlib.sha256(package.read_bytes()).hexdigest(), digest)
 
     @windows_only
-    def test_checksums(self):
+    def test_checksums_of_what_windows_clients_need(self):
         output = run("sha256sum", "-c", "SHA256SUMS", cwd=self.prefix)
         checked = {line.rpartition(": ")[0] for line in output.splitlines()}
         files = {str(path.relative_to(self.prefix)) for path in self.prefix.rglob("*")
                  if path.is_file()}
         self.assertEqual(files - {"SHA256SUMS"}, checked)
-
-    @windows_only
-    def test_what_windows_clients_need(self):
-        for name in ("bin/SabXmlParser.tlb", "lib/libSabXmlParser.dll.a", "register.cmd",
-                     "share/sabxmlparser/idl/SabXmlParser.idl", "python/sabxml/__init__.py"):
-            self.assertTrue((self.prefix / name).is_file(), name)
+        self.assertLessEqual({"bin/SabXmlParser.tlb", "lib/libSabXmlParser.dll.a", "register.cmd",
+                              "share/sabxmlparser/idl/SabXmlParser.idl",
+                              "python/sabxml/__init__.py"}, files)
 
 
 if __name__ == "__main__":
