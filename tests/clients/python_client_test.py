@@ -112,6 +112,7 @@ class Members(unittest.TestCase):
                 self.assertEqual("missing" in text, "missing" in str(caught.exception))
                 self.assertEqual(source, caught.exception.source)
                 self.assertIn(f"0x{code:08X}", str(caught.exception))
+                self.assertEqual(code, caught.exception.args[0])
 
     def test_what_python_cannot_hand_over(self):
         app = new("VeAppParser")

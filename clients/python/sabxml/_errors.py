@@ -10,8 +10,8 @@ class Error(Exception):
     """
 
     def __init__(self, code, description="", source=""):
-        super().__init__(code, description, source)
         self.code = code & 0xFFFFFFFF
+        super().__init__(self.code, description, source)
         self.description = description
         self.source = source
 
