@@ -22,10 +22,17 @@ std::vector<ClassDescription> ClassesOf(Server& server) {
   return DescribeClasses(*library.Get());
 }
 
+// Both identifiers where a class has two.
+std::string IdentifiersOf(const ClassDescription& known) {
+  if (known.registered_identifier.empty()) return known.identifier;
+  return known.identifier + " (registered as " + known.registered_identifier + ")";
+}
+
 // What is named by its name or its identifier.
 const ClassDescription* Find(const std::vector<ClassDescription>& all, const std::string& name) {
   const auto found = std::find_if(all.begin(), all.end(), [&name](const ClassDescription& known) {
-    return EqualNames(known.name, name) || EqualNames(known.identifier, name);
+    return EqualNames(known.name, name) || EqualNames(known.identifier, name) ||
+           EqualNames(known.registered_identifier, name);
   });
   return found == all.end() ? nullptr : &*found;
 }
@@ -50,7 +57,7 @@ void ListClasses(const Settings& settings) {
   for (const ClassDescription& known : classes) widest = std::max(widest, known.name.size());
   for (const ClassDescription& known : classes) {
     std::cout << std::left << std::setw(static_cast<int>(widest) + 2) << known.name
-              << known.identifier << "  " << known.interface_name << '\n';
+              << IdentifiersOf(known) << "  " << known.interface_name << '\n';
   }
 }
 
@@ -74,6 +81,9 @@ Json ToJson(const ClassDescription& known) {
   }
   const bool is_class = !known.interface_name.empty();
   Json description = {{"name", known.name}, {is_class ? "clsid" : "iid", known.identifier}};
+  if (!known.registered_identifier.empty()) {
+    description["registeredClsid"] = known.registered_identifier;
+  }
   description["help"] = known.help;
   if (is_class) description["interface"] = known.interface_name;
   description["members"] = std::move(members);
@@ -81,7 +91,7 @@ Json ToJson(const ClassDescription& known) {
 }
 
 void Print(const ClassDescription& known) {
-  std::cout << known.name << "  " << known.help << "\n  " << known.identifier;
+  std::cout << known.name << "  " << known.help << "\n  " << IdentifiersOf(known);
   if (!known.interface_name.empty()) std::cout << "  " << known.interface_name;
   std::cout << '\n';
   std::size_t widest = 0;

@@ -1,5 +1,8 @@
 #include "type_description.h"
 
+#include <SabXmlParser.h>
+#include <sabxml/custom_print.h>
+
 #include <algorithm>
 #include <array>
 
@@ -98,6 +101,12 @@ void ForEachType(ITypeLib& library, const Visit& visit) {
   }
 }
 
+std::string TextOf(REFGUID identifier) {
+  OLECHAR text[40];
+  StringFromGUID2(identifier, text, 40);
+  return ToUtf8(sab::TextView(text));
+}
+
 ClassDescription HeadOf(ITypeInfo& info) {
   ClassDescription description;
   const Documentation documentation = DocumentationOf(info, MEMBERID_NIL);
@@ -105,9 +114,10 @@ ClassDescription HeadOf(ITypeInfo& info) {
   description.help = documentation.help;
   TYPEATTR* attributes = nullptr;
   if (FAILED(info.GetTypeAttr(&attributes))) return description;
-  OLECHAR text[40];
-  StringFromGUID2(attributes->guid, text, 40);
-  description.identifier = ToUtf8(sab::TextView(text));
+  description.identifier = TextOf(attributes->guid);
+  if (attributes->guid == CLSID_VeCustomPTParser) {
+    description.registered_identifier = TextOf(CLSID_VeCustomPTParserRegistered);
+  }
   info.ReleaseTypeAttr(attributes);
   return description;
 }

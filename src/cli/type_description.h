@@ -31,6 +31,7 @@ struct MemberDescription {
 struct ClassDescription {
   std::string name;
   std::string identifier;
+  std::string registered_identifier;  ///< where it is another; else empty
   std::string help;
   std::string interface_name;  ///< empty for an interface
   std::vector<MemberDescription> members;

@@ -47,9 +47,10 @@ constexpr ClassEntry UiRow() {
   return row;
 }
 
-// Its registered identifier is not that of the type library.
+// Its registered identifier is not that of the type library; it is created by either.
 constexpr ClassEntry CustomPrintRow() {
   ClassEntry row = Row<CVeCustomPTParser>(Registration::kClassIdOnly);
+  row.type_library_clsid = row.clsid;
   row.clsid = &CLSID_VeCustomPTParserRegistered;
   return row;
 }

@@ -27,6 +27,13 @@ struct ClassEntry {
   std::string_view registered_description = {};
   std::string_view registered_prog_id = {};
   std::string_view registered_version_independent_prog_id = {};
+  /// The identifier that the type library has for the class, where it is not the registered one.
+  const CLSID* type_library_clsid = nullptr;
+
+  /// Whether an object of this class is meant by the identifier.
+  bool Answers(REFCLSID asked) const {
+    return asked == *clsid || (type_library_clsid && asked == *type_library_clsid);
+  }
 
   /// "VeAppParser Class"
   std::string Description() const {

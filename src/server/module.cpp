@@ -11,7 +11,7 @@ Module::~Module() { current_ = nullptr; }
 HRESULT Module::ClassObject(REFCLSID clsid, REFIID riid, void** object) noexcept {
   const std::span<const ClassEntry> classes = ClassTable();
   for (std::size_t i = 0; i < classes.size(); ++i) {
-    if (*classes[i].clsid != clsid) continue;
+    if (!classes[i].Answers(clsid)) continue;
     const std::lock_guard guard(making_factories_);
     try {
       if (factories_.empty()) factories_.resize(classes.size());

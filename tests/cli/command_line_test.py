@@ -128,7 +128,7 @@ CASES = [
      "Server           (not there)    -> updates.workshop.example\n"]),
 
     # Classes.
-    ("classes", 0, ["VeAppParser ", "IVePrsAccelColl\n"]),
+    ("classes", 0, ["VeAppParser ", "IVePrsAccelColl\n", " (registered as {070F4336-"]),
     ("describe veappparser", 0, ["5  method GetTmplatePaths(): SAFEARRAY(BSTR)",
      "6  method GetConfigurations(): IVePrsConfigColl*"]),
     ("describe VePrsAccelColl", 0, ["GetNext([in, out] LONG_PTR* io_pPos): IVePrsAccel*",

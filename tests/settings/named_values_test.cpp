@@ -3,6 +3,7 @@
 #include "base/bstr.h"
 #include "settings/settings_groups.h"
 #include "settings/settings_test.h"
+#include "support/server_library.h"
 
 namespace sab::testing {
 namespace {
@@ -100,10 +101,13 @@ TEST_F(NamedValuesTest, APackingHasSetsOfValues) {
   EXPECT_EQ("[{Name=One ValueCount=1}]", object.Get("GetFileBales"));
 }
 
-TEST_F(NamedValuesTest, CustomPrintingIsNotCreatedByTheTypeLibrarysIdentifier) {
+TEST_F(NamedValuesTest, OneClassIsRegisteredByAnIdentifierAndCreatedByTwo) {
   ComPtr<IUnknown> object;
   EXPECT_TRUE(FAILED(CoCreateInstance(CLSID_VeCustomPTParser, nullptr, CLSCTX_INPROC_SERVER,
                                       IID_IUnknown, object.PutVoid())));
+  ComPtr<IClassFactory> factory;
+  EXPECT_EQ(S_OK,
+            Server().GetClassObject(CLSID_VeCustomPTParser, IID_IClassFactory, factory.PutVoid()));
   EXPECT_TRUE(LateObject("VeCustomPTParser").As<IVeCustomPTParser>());
 }
 
