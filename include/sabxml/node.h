@@ -30,6 +30,9 @@ struct VeXmlNodeFunctions {
   /// @return S_FALSE, and the place is left alone, if there is none
   HRESULT (*GetFirstChild)(const VeXmlNode* node, VeXmlNode* child);
   HRESULT (*GetNextSibling)(const VeXmlNode* node, VeXmlNode* sibling);
+  /// A handle to pass on to another Load method during the call that was handed this node: only
+  /// handles that the server knows are accepted. 0 without memory.
+  ULONG_PTR (*GetHandle)(const VeXmlNode* node);
 };
 
 #endif
@@ -95,7 +98,8 @@ class Node {
   }
 
   explicit operator bool() const { return node_.functions != nullptr; }
-  ULONG_PTR Handle() const { return node_.functions ? reinterpret_cast<ULONG_PTR>(&node_) : 0; }
+  /// A handle of this element, to hand on; it holds for the length of the call.
+  ULONG_PTR Handle() const { return node_.functions ? node_.functions->GetHandle(&node_) : 0; }
 
   HRESULT GetLocalName(BSTR* name) const { return node_.functions->GetLocalName(&node_, name); }
   HRESULT GetText(BSTR* text) const { return node_.functions->GetText(&node_, text); }

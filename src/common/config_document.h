@@ -34,7 +34,8 @@ class ConfigElement {
   explicit ConfigElement(backend::Element element) : element_(std::move(element)) {}
 
   /// The element that a handle names; see ConfigNodeHandle. It can only be read, and its document
-  /// may be another library's. Raises ComError(E_INVALIDARG) for a handle that nobody has made.
+  /// may be another library's. Raises ComError(E_INVALIDARG) for what is no handle, as far as that
+  /// can be told.
   /// @param handle not 0
   static ConfigElement OfHandle(ULONG_PTR handle) {
     return ConfigElement(backend::ElementOfHandle(handle));
@@ -135,6 +136,8 @@ class ConfigNodeHandle {
   explicit ConfigNodeHandle(const ConfigElement& element) : handle_(element.element_) {}
 
   ULONG_PTR Get() const { return handle_.Get(); }
+  /// Whether a number is a handle that was handed out on this thread and still holds.
+  static bool IsLive(ULONG_PTR handle) { return backend::NodeHandle::IsLive(handle); }
 
  private:
   backend::NodeHandle handle_;

@@ -1,5 +1,7 @@
 #include "settings/retained_styles.h"
 
+#include <algorithm>
+
 namespace sab {
 namespace {
 
@@ -29,6 +31,11 @@ void RetainedStyles::List::Assign(std::vector<Bstr> new_names) {
   names = std::move(new_names);
   places = std::move(new_places);
   info = {static_cast<ULONG>(places.size()), places.data()};
+}
+
+bool RetainedStyles::IsOneOfThese(const VeRetainStyleInfo* info) const {
+  return std::any_of(lists_.begin(), lists_.end(),
+                     [info](const List& list) { return &list.info == info; });
 }
 
 void RetainedStyles::Replace(INT type, const VeRetainStyleInfo& info) {

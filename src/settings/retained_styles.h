@@ -18,6 +18,8 @@ class RetainedStyles {
 
   /// The list of a type; its address stays, its content is that of the moment.
   const VeRetainStyleInfo& OfType(INT type) const { return ListOf(type).info; }
+  /// Whether an address, which is only compared, is that of a list of a type.
+  bool IsOneOfThese(const VeRetainStyleInfo* info) const;
   /// Copies a list, which may be one of these. Raises std::bad_alloc and then changes nothing.
   void Replace(INT type, const VeRetainStyleInfo& info);
 

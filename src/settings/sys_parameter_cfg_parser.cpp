@@ -155,6 +155,11 @@ HRESULT CVeSysParameterCfgParser::GetRetainStyleInfo(INT i_iStyleType, ULONG_PTR
 HRESULT CVeSysParameterCfgParser::SetRetainStyleInfo(INT i_iStyleType, ULONG_PTR i_pStyleInfo) {
   if (!RetainedStyles::IsType(i_iStyleType)) return S_OK;
   const VeRetainStyleInfo* const info = InfoOf(i_pStyleInfo);
+  if (info && IsLateBound() && !fields.retained_styles.IsOneOfThese(info)) {
+    return Fail(E_INVALIDARG,
+                "A number is no list of style names: a script can pass on only what "
+                "GetRetainStyleInfo of the same object has given.");
+  }
   if (!info || (info->count > 0 && !info->names)) return Reported(E_POINTER);
   return Guarded([&] { fields.retained_styles.Replace(i_iStyleType, *info); });
 }

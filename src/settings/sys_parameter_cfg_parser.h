@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/takes_addresses.h"
 #include "settings/automatic_layers.h"
 #include "settings/match_rules.h"
 #include "settings/retained_styles.h"
@@ -63,7 +64,8 @@ struct SysParameterCfgFields {
 /// The host's general options. Positions are counted from 0; one outside its list is E_INVALIDARG
 /// and leaves the places of the results alone.
 class CVeSysParameterCfgParser
-    : public SettingsParser<coclass::VeSysParameterCfgParser, SysParameterCfgFields> {
+    : public TakesAddresses<
+          SettingsParser<coclass::VeSysParameterCfgParser, SysParameterCfgFields>> {
  public:
   /// Starts with the automatic layers of drafting.
   CVeSysParameterCfgParser();

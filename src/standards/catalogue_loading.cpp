@@ -9,11 +9,16 @@ CatalogueLoading::CatalogueLoading() {
   if (!ComponentCreator::Current()) own_.emplace();
 }
 
-ConfigElement ElementToLoad(ULONG_PTR handle, const char* class_name) {
+ConfigElement ElementToLoad(ULONG_PTR handle, bool is_late_bound, const char* class_name) {
   if (handle == 0) {
     throw ComError(kInvalidCatalogue, std::string(class_name) +
                                           " was given no element to load: hand it the handle of "
                                           "the node that its parser reads.");
+  }
+  if (is_late_bound && !ConfigNodeHandle::IsLive(handle)) {
+    throw ComError(E_INVALIDARG, std::string(class_name) +
+                                     " was given a number that is no handle of an element; only "
+                                     "the parser of its owner can load it.");
   }
   return ConfigElement::OfHandle(handle);
 }

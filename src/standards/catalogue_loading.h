@@ -26,8 +26,10 @@ class CatalogueLoading {
   std::optional<OwnCreator> own_;  // none where the call around this one has one
 };
 
-/// The element that a Load method was handed. Raises ComError(kInvalidCatalogue) for no handle.
-ConfigElement ElementToLoad(ULONG_PTR handle, const char* class_name);
+/// The element that a Load method was handed. Raises ComError: kInvalidCatalogue for no handle,
+/// E_INVALIDARG for one that does not hold.
+/// @param is_late_bound whether a script calls, which can know no other handles than this server's
+ConfigElement ElementToLoad(ULONG_PTR handle, bool is_late_bound, const char* class_name);
 
 /// Raises ComError if a part, which may be another library's, failed to load; the message has what
 /// the part itself said.

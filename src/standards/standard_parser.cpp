@@ -46,7 +46,7 @@ constexpr Attribute kAttributes[] = {
 
 HRESULT CVeStandardParser::Load(ULONG_PTR i_bsPrsNode) {
   return Guarded([&] {
-    const ConfigElement standard = ElementToLoad(i_bsPrsNode, Coclass::kName);
+    const ConfigElement standard = ElementToLoad(i_bsPrsNode, IsLateBound(), Coclass::kName);
     if (const ConfigElement attributes = standard.Child("Attributes")) ReadAttributes(attributes);
     if (const ConfigElement symbols = standard.Child("StandardSymbols")) ReadSymbols(symbols);
   });

@@ -2,6 +2,7 @@
 
 #include "common/collection.h"
 #include "common/config_document.h"
+#include "common/takes_addresses.h"
 #include "server/owned_object.h"
 #include "standards/attachment.h"
 
@@ -37,10 +38,11 @@ struct StandardParserFields {
 };
 
 /// A drafting standard: its attributes and its symbols.
-class CVeStandardParser : public Component<coclass::VeStandardParser, StandardParserFields> {
+class CVeStandardParser
+    : public TakesAddresses<Component<coclass::VeStandardParser, StandardParserFields>> {
  public:
   /// Symbols are added to those that there are; each is attached to this standard.
-  /// @return kInvalidCatalogue without a node
+  /// @return kInvalidCatalogue without a node; E_INVALIDARG for a number that is no handle of one
   HRESULT STDMETHODCALLTYPE Load(ULONG_PTR i_bsPrsNode) override;
   HRESULT STDMETHODCALLTYPE GetSymbolParserColl(IVeStdSymbolParserColl** o_ppColl) override {
     return Reported(GetField(symbols_, o_ppColl));

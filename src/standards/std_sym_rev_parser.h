@@ -4,6 +4,7 @@
 #include "common/collection.h"
 #include "common/conversions.h"
 #include "common/named_values_object.h"
+#include "common/takes_addresses.h"
 #include "standards/attachment.h"
 #include "standards/catalogue_loading.h"
 #include "standards/revision_values.h"
@@ -16,8 +17,8 @@ struct StdSymRevParserFields {
 };
 
 template <class Coclass>
-using StdSymRevParserBase =
-    Properties<IVeStdSymRevParser, NamedValuesObject<Coclass, StdSymRevParserFields>>;
+using StdSymRevParserBase = TakesAddresses<
+    Properties<IVeStdSymRevParser, NamedValuesObject<Coclass, StdSymRevParserFields>>>;
 
 /// The parser of a revision of a symbol, whatever the symbol is: it keeps the values that the file
 /// has, by their names.
@@ -25,10 +26,11 @@ template <class Coclass>
 class IVeStdSymRevParserImpl : public StdSymRevParserBase<Coclass> {
  public:
   /// Revision becomes the text of the child RevName where there is one.
-  /// @return kInvalidCatalogue without a node
+  /// @return kInvalidCatalogue without a node; E_INVALIDARG for a number that is no handle of one
   HRESULT STDMETHODCALLTYPE Load(ULONG_PTR i_ulPrsNode) override {
     return this->Guarded([&] {
-      const ConfigElement revision = ElementToLoad(i_ulPrsNode, Coclass::kName);
+      const ConfigElement revision =
+          ElementToLoad(i_ulPrsNode, this->IsLateBound(), Coclass::kName);
       ReadRevisionValues(revision, this->values_);
       Text text;
       for (const ConfigElement child : revision.Children()) {

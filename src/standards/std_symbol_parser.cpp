@@ -7,7 +7,7 @@ namespace sab {
 
 HRESULT CVeStdSymbolParser::Load(ULONG_PTR i_ulPrsNode) {
   return Guarded([&] {
-    const ConfigElement symbol = ElementToLoad(i_ulPrsNode, Coclass::kName);
+    const ConfigElement symbol = ElementToLoad(i_ulPrsNode, IsLateBound(), Coclass::kName);
     CatalogueLoading loading;
     Text text;
     for (const ConfigElement child : symbol.Children()) {

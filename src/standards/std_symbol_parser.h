@@ -2,6 +2,7 @@
 
 #include "common/collection.h"
 #include "common/config_document.h"
+#include "common/takes_addresses.h"
 #include "server/owned_object.h"
 #include "standards/attachment.h"
 
@@ -9,10 +10,10 @@ namespace sab {
 
 /// A symbol of a drafting standard: its identifier, the class of the host's object, and its
 /// revisions, each read by an object of the class that the file names.
-class CVeStdSymbolParser : public ComponentBase<coclass::VeStdSymbolParser> {
+class CVeStdSymbolParser : public TakesAddresses<ComponentBase<coclass::VeStdSymbolParser>> {
  public:
   /// Revisions that stand before RevParserCLSID, or whose class cannot be created, are passed over.
-  /// @return kInvalidCatalogue without a node
+  /// @return kInvalidCatalogue without a node; E_INVALIDARG for a number that is no handle of one
   HRESULT STDMETHODCALLTYPE Load(ULONG_PTR i_ulPrsNode) override;
   HRESULT STDMETHODCALLTYPE GetRevParserColl(IVeStdSymRevParserColl** o_ppColl) override {
     return Reported(GetField(revisions_, o_ppColl));

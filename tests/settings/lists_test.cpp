@@ -206,13 +206,16 @@ TEST_F(SettingsListsTest, RetainedStylesAreReadInPlaceAndReplacedByCopy) {
   const VeRetainStyleInfo info{2, places};
   const auto handle = reinterpret_cast<ULONG_PTR>(&info);
   EXPECT_EQ(S_OK, system_->SetRetainStyleInfo(2, handle));
-  EXPECT_EQ(S_OK, system_->SetRetainStyleInfo(11, handle));
   EXPECT_EQ("Thick;Thin;", Retained(*system_, 2));
   ULONG_PTR own = 0;
   EXPECT_EQ(S_OK, system_->GetRetainStyleInfo(2, &own));
   EXPECT_EQ(S_OK, system_->SetRetainStyleInfo(2, own));  // its own list
   EXPECT_EQ("Thick;Thin;", Retained(*system_, 2));
   EXPECT_EQ(E_POINTER, system_->SetRetainStyleInfo(2, 0));
+  // A script has no address of its own to give.
+  EXPECT_EQ(S_OK, object_.Call("SetRetainStyleInfo", {"11", std::to_string(own)}));
+  EXPECT_EQ(E_INVALIDARG, object_.Call("SetRetainStyleInfo", {"11", "1234"}));
+  EXPECT_EQ(E_INVALIDARG, object_.Call("SetRetainStyleInfo", {"11", std::to_string(handle)}));
 
   for (const INT type : {-1, 0, 13}) {
     ULONG_PTR untouched = 5;

@@ -214,11 +214,15 @@ TEST_F(CatalogueTest, PartsKnowTheNameThatTheirStandardHasNow) {
   EXPECT_EQ("M (null)", names());
 }
 
-TEST_F(CatalogueTest, NothingIsLoadedFromNoNode) {
+TEST_F(CatalogueTest, NothingIsLoadedFromNoNodeAndFromANumber) {
   for (const char* name : {"VeStandardParser", "VeStdSymbolParser", "VeStdCutsRevParser"}) {
     std::string failure;
     EXPECT_EQ(kNoCatalogue, LateObject(name).Call("Load", {"0"}, &failure));
     EXPECT_NE(std::string::npos, failure.find(name)) << failure;
+    EXPECT_EQ(E_INVALIDARG, LateObject(name).Call("Load", {"1234"}));
+  }
+  for (const ULONG_PTR number : {ULONG_PTR{1234}, ULONG_PTR{4096}}) {
+    EXPECT_EQ(E_INVALIDARG, LateObject("VeStandardParser").As<IVeStandardParser>()->Load(number));
   }
 }
 
@@ -255,6 +259,21 @@ TEST_F(CatalogueTest, ARevisionOfAThirdPartyReadsItsElementsItself) {
                                     "<D>1<E>2</E></D></Revision>"));
   ASSERT_EQ(S_OK, Load(Catalogue(good)));
   EXPECT_EQ("N{1(N Revision{A=字 B{C=} D{E=2}})}", Described(parser_));
+
+  // It may hand elements on, as long as its own call runs.
+  ASSERT_EQ(
+      S_OK,
+      Load(Catalogue(Standard("", Nested("Symbol", clsid + "<Revision><HandOn><RevName>r"
+                                                           "</RevName></HandOn></Revision>")))));
+  const auto own = Standards()[0]
+                       .Follow("GetSymbolParserColl [0] GetRevParserColl")
+                       .As<IVeStdSymRevParserColl>();
+  ComPtr<IVeStdSymRevParser> revision;
+  ASSERT_EQ(S_OK, own->GetHead(revision.Put()));
+  const auto told = Split(TextOf(*revision, &IVeStdSymRevParser::get_Revision), ' ');
+  ASSERT_EQ(2U, told.size());
+  EXPECT_EQ("r", told[0]);
+  EXPECT_EQ(E_INVALIDARG, LateObject("VeStdBomRevParser").Call("Load", {told[1]}));
 
   // What it refuses ends the loading; what was read before stays.
   const std::string bad = Standard(

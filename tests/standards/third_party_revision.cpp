@@ -71,6 +71,7 @@ class Revision final : public IVeStdSymRevParser {
     const sabxml::Node node(i_ulPrsNode);
     const auto first = node.FirstChild();
     if (first && LocalNameOf(first) == OLESTR("Refuse")) return E_ACCESSDENIED;
+    if (first && LocalNameOf(first) == OLESTR("HandOn")) return HandOn(first);
     revision_ = standard_ + OLESTR(" ") + Describe(node);
     return S_OK;
   }
@@ -91,6 +92,22 @@ class Revision final : public IVeStdSymRevParser {
   HRESULT STDMETHODCALLTYPE put_RevID(LONG) override { return E_NOTIMPL; }
 
  private:
+  // Lets a parser of the server read the element.
+  HRESULT HandOn(const sabxml::Node& node) {
+    IVeStdSymRevParser* parser = nullptr;
+    HRESULT result = CoCreateInstance(CLSID_VeStdBomRevParser, nullptr, CLSCTX_INPROC_SERVER,
+                                      IID_IVeStdSymRevParser, reinterpret_cast<void**>(&parser));
+    if (FAILED(result)) return result;
+    const ULONG_PTR handle = node.Handle();
+    result = parser->Load(handle);
+    BSTR revision = nullptr;
+    if (SUCCEEDED(result)) result = parser->get_Revision(&revision);
+    revision_ = Taken(result, revision) + OLESTR(" ");
+    for (const char digit : std::to_string(handle)) revision_ += static_cast<OLECHAR>(digit);
+    parser->Release();
+    return result;
+  }
+
   ULONG references_ = 1;
   Text standard_;
   Text revision_;

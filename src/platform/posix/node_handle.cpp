@@ -45,6 +45,15 @@ constexpr VeXmlNodeFunctions kFunctions = {
       element.MoveToNextSibling();
       return HandOut(element, sibling);
     },
+    [](const VeXmlNode* node) -> ULONG_PTR {
+      auto* const call = static_cast<NodeHandle*>(LiveHandle::Innermost());
+      if (!call) return 0;
+      try {
+        return call->HandOn(*node);
+      } catch (const std::bad_alloc&) {
+        return 0;
+      }
+    },
 };
 
 VeXmlNode NodeOf(const Element& element) {
@@ -55,12 +64,20 @@ VeXmlNode NodeOf(const Element& element) {
 
 NodeHandle::NodeHandle(const Element& element) : node_(NodeOf(element)) {}
 
+ULONG_PTR NodeHandle::HandOn(const VeXmlNode& node) {
+  auto copy = std::make_unique<VeXmlNode>(node);
+  const ULONG_PTR handle = HandleOf(*copy);
+  handed_on_.emplace(handle, std::move(copy));
+  return handle;
+}
+
 Element ElementOfHandle(ULONG_PTR handle) {
-  const auto& node = *reinterpret_cast<const VeXmlNode*>(handle);
-  if (node.functions != &kFunctions) {
-    throw ComError(E_INVALIDARG, "The handle of a node is none that this server has handed out.");
+  if (!LiveHandle::IsLive(handle)) {
+    throw ComError(E_INVALIDARG,
+                   "The handle of a node is none that this server has handed out, or the call that "
+                   "it was handed to is over.");
   }
-  return ElementOf(node);
+  return ElementOf(*reinterpret_cast<const VeXmlNode*>(handle));
 }
 
 }  // namespace sab::backend

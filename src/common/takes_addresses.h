@@ -1,0 +1,33 @@
+#pragma once
+
+#include <sabxml/com.h>
+
+#include <utility>
+
+namespace sab {
+
+/// For a class with a member that takes an address as a number. A program that calls it through the
+/// interface passes what it owns; a script owns no address, so that the member refuses what it does
+/// not know itself when it is called through Invoke.
+template <class Base>
+class TakesAddresses : public Base {
+ public:
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID riid, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* bad_argument) override {
+    const bool outer = std::exchange(is_late_bound_, true);
+    const HRESULT outcome =
+        Base::Invoke(member, riid, locale, flags, parameters, result, exception, bad_argument);
+    is_late_bound_ = outer;
+    return outcome;
+  }
+
+ protected:
+  /// Whether the member now running was called through Invoke.
+  bool IsLateBound() const { return is_late_bound_; }
+
+ private:
+  bool is_late_bound_ = false;
+};
+
+}  // namespace sab
