@@ -1,5 +1,7 @@
 #include "framework/descriptor_reader.h"
 
+#include <utility>
+
 #include "base/com_error.h"
 
 namespace sab {
@@ -25,6 +27,12 @@ bool DescriptorReader::Read(std::string_view path, Bstr& member) {
 void DescriptorReader::ReadRequired(std::string_view path, Bstr& member, HRESULT code) {
   if (!Read(path, member)) Fail(code, path, "is missing: add the element with its text");
   if (member.IsEmpty()) Fail(code, path, "is empty: give the element a text");
+}
+
+void DescriptorReader::ReadNonEmpty(std::string_view path, Bstr& member, HRESULT code) {
+  Bstr text;
+  ReadRequired(path, text, code);
+  member = std::move(text);
 }
 
 void DescriptorReader::Fail(HRESULT code, std::string_view path, std::string_view complaint) const {

@@ -27,6 +27,9 @@ class DescriptorReader {
   /// @param code what to raise
   void ReadRequired(std::string_view path, Bstr& member, HRESULT code);
 
+  /// The same, but an empty text is not stored.
+  void ReadNonEmpty(std::string_view path, Bstr& member, HRESULT code);
+
   [[noreturn]] void Fail(HRESULT code, std::string_view path, std::string_view complaint) const;
 
  private:

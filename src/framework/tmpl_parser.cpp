@@ -35,11 +35,11 @@ HRESULT CVeTmplParser::GenerateTmpl() {
   return Guarded([this] {
     DescriptorReader file(fields.ConfigurationPath);
 
-    file.ReadRequired("Template/Identify", template_id_, kInvalidTemplate);
+    file.ReadNonEmpty("Template/Identify", template_id_, kInvalidTemplate);
     for (const AttributeText& text : kAttributes) file.Read(text.path, this->*text.member);
     file.Read("Template/DatabaseCLSID", database_clsid_);
     file.Read("Template/SessionCLSID", session_clsid_);
-    file.ReadRequired("Template/DefEnvironment/Identify", default_environment_, kInvalidTemplate);
+    file.ReadNonEmpty("Template/DefEnvironment/Identify", default_environment_, kInvalidTemplate);
     if (!file.Read("Template/DefModule/Identify", default_module_)) {
       file.Fail(kInvalidTemplate, "Template/DefModule/Identify", "is missing: add the element");
     }

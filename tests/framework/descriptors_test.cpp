@@ -217,6 +217,12 @@ TEST_F(DescriptorTest, WhatIsThereDecidesTheResult) {
     const std::string own = "ConfigurationPath=" + parser.Get("ConfigurationPath");
     EXPECT_EQ(own + (row.told.empty() ? "" : " ") + row.told, parser.Told());
   }
+  // A template that fails on an empty text keeps the one that it has.
+  const LateObject parser = Put(kTmpl.class_name, DocumentOf(kTmpl, "", ""));
+  ASSERT_EQ(S_OK, Generate(parser, kTmpl.class_name));
+  folder_.Write("descriptor.xml", DocumentOf(kTmpl, "", "<Identify/>"));
+  EXPECT_EQ(kInvalidTemplate, Generate(parser, kTmpl.class_name));
+  EXPECT_EQ("T", parser.Get("GetTmplID"));
 }
 
 // In document order, complete entries only; a second run adds to them.
