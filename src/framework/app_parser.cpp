@@ -40,9 +40,6 @@ constexpr CVeAppParser::OptionalText CVeAppParser::kEditionAndAboutBox[] = {
     {"Application/LocalAbout/OnlineHelpWebSite", &CVeAppParser::online_help_web_site_},
 };
 
-CVeAppParser::CVeAppParser()
-    : configurations_(ComponentCreator().TryCreate<coclass::VePrsConfigColl>()) {}
-
 HRESULT CVeAppParser::GenerateApp() {
   return Guarded([this] {
     DescriptorReader file(fields.ConfigurationPath);
@@ -58,10 +55,7 @@ HRESULT CVeAppParser::GenerateApp() {
 
     ReadTemplatePaths(file);
 
-    const ConfigElement configurations = file.Find("Application/Configurations");
-    if (!configurations || !configurations_) return;
-    ComponentCreator creator;
-    ReadConfigurations(configurations, creator, *configurations_);
+    ReadConfigurations(file.Find("Application/Configurations"), configurations_);
   });
 }
 

@@ -3,6 +3,7 @@
 #include "common/component.h"
 #include "common/string_list.h"
 #include "framework/descriptor_reader.h"
+#include "server/owned_object.h"
 
 namespace sab {
 
@@ -14,8 +15,6 @@ struct AppParserFields {
 /// template descriptors and its configuration pages.
 class CVeAppParser : public Component<coclass::VeAppParser, AppParserFields> {
  public:
-  CVeAppParser();
-
   HRESULT STDMETHODCALLTYPE GenerateApp() override;
 
   // clang-format off
@@ -86,7 +85,7 @@ class CVeAppParser : public Component<coclass::VeAppParser, AppParserFields> {
   Bstr buy_order_web_site_;
   Bstr product_edition_;
   StringList template_paths_;
-  ComPtr<IVePrsConfigColl> configurations_;
+  OwnedObject<coclass::VePrsConfigColl> configurations_;
 };
 
 }  // namespace sab

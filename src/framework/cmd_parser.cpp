@@ -3,7 +3,6 @@
 #include "base/com_error.h"
 #include "common/conversions.h"
 #include "framework/descriptor_reader.h"
-#include "server/component_creator.h"
 
 namespace sab {
 namespace {
@@ -49,9 +48,6 @@ void ReadGroup(const ConfigElement& element, IVePrsCommand& marker) {
 
 }  // namespace
 
-CVeCmdParser::CVeCmdParser()
-    : commands_(ComponentCreator().TryCreate<coclass::VePrsCommandColl>()) {}
-
 HRESULT CVeCmdParser::GenerateCmd() {
   return Guarded([this] {
     DescriptorReader file(fields.ConfigurationPath);
@@ -59,8 +55,9 @@ HRESULT CVeCmdParser::GenerateCmd() {
     file.ReadRequired("Cmd/Identify", command_file_id_, kInvalidCommand);
 
     const ConfigElement commands = file.Find("Cmd/Commands");
-    if (!commands || !commands_) return;
+    if (!commands) return;
     ComponentCreator creator;
+    const ComponentCreator::Scope scope(creator);
     for (const ConfigElement child : commands.Children()) {
       const bool is_group = child.Is("Group");
       if (!is_group && !child.Is("Command")) continue;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "common/config_document.h"
 #include "framework/text_getters.h"
+#include "server/owned_object.h"
 
 namespace sab {
 
@@ -13,8 +13,6 @@ struct CmdParserFields {
 /// list.
 class CVeCmdParser : public TextGetters<coclass::VeCmdParser, CmdParserFields> {
  public:
-  CVeCmdParser();
-
   HRESULT STDMETHODCALLTYPE GenerateCmd() override;
 
   HRESULT STDMETHODCALLTYPE GetCmdFileID(BSTR* pID) override {
@@ -26,7 +24,7 @@ class CVeCmdParser : public TextGetters<coclass::VeCmdParser, CmdParserFields> {
 
  private:
   Bstr command_file_id_;
-  ComPtr<IVePrsCommandColl> commands_;
+  OwnedObject<coclass::VePrsCommandColl> commands_;
 };
 
 }  // namespace sab

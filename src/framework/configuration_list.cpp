@@ -38,8 +38,11 @@ struct Page {
 
 }  // namespace
 
-void ReadConfigurations(const ConfigElement& configurations, ComponentCreator& creator,
-                        IVePrsConfigColl& list) {
+void ReadConfigurations(const ConfigElement& configurations,
+                        OwnedObject<coclass::VePrsConfigColl>& list) {
+  if (!configurations) return;
+  ComponentCreator creator;
+  const ComponentCreator::Scope scope(creator);
   for (const ConfigElement child : configurations.Children()) {
     if (!child.Is("Configuration")) continue;
     const Page page(child);
@@ -50,7 +53,7 @@ void ReadConfigurations(const ConfigElement& configurations, ComponentCreator& c
     Check(entry->put_PropertyPageCLSID(Bstr(page.property_page_clsid).Get()),
           "PropertyPageCLSID could not be put");
     Check(entry->put_LocalName(Bstr(page.local_name).Get()), "LocalName could not be put");
-    Check(list.AddTail(entry.Get(), nullptr), "the configuration page could not be added");
+    Check(list->AddTail(entry.Get(), nullptr), "the configuration page could not be added");
   }
 }
 

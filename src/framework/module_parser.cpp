@@ -7,9 +7,6 @@
 
 namespace sab {
 
-CVeModuleParser::CVeModuleParser()
-    : configurations_(ComponentCreator().TryCreate<coclass::VePrsConfigColl>()) {}
-
 HRESULT CVeModuleParser::GenerateModule() {
   return Guarded([this] {
     DescriptorReader file(fields.ConfigurationPath);
@@ -29,10 +26,7 @@ HRESULT CVeModuleParser::GenerateModule() {
       }
     }
 
-    const ConfigElement configurations = file.Find("Module/Configurations");
-    if (!configurations || !configurations_) return;
-    ComponentCreator creator;
-    ReadConfigurations(configurations, creator, *configurations_);
+    ReadConfigurations(file.Find("Module/Configurations"), configurations_);
   });
 }
 

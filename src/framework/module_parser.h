@@ -2,6 +2,7 @@
 
 #include "common/string_list.h"
 #include "framework/text_getters.h"
+#include "server/owned_object.h"
 
 namespace sab {
 
@@ -13,8 +14,6 @@ struct ModuleParserFields {
 /// configuration pages.
 class CVeModuleParser : public TextGetters<coclass::VeModuleParser, ModuleParserFields> {
  public:
-  CVeModuleParser();
-
   HRESULT STDMETHODCALLTYPE GenerateModule() override;
 
   // clang-format off
@@ -36,7 +35,7 @@ class CVeModuleParser : public TextGetters<coclass::VeModuleParser, ModuleParser
   Bstr ui_state_object_clsid_;
   Bstr module_clsid_;
   StringList environment_paths_;
-  ComPtr<IVePrsConfigColl> configurations_;
+  OwnedObject<coclass::VePrsConfigColl> configurations_;
 };
 
 }  // namespace sab

@@ -1,7 +1,6 @@
 #include "framework/tmpl_parser.h"
 
 #include "base/com_error.h"
-#include "server/component_creator.h"
 
 namespace sab {
 
@@ -25,12 +24,6 @@ constexpr CVeTmplParser::AttributeText CVeTmplParser::kAttributes[] = {
     {"Template/Attribute/DllPath", &CVeTmplParser::library_path_},
 };
 
-CVeTmplParser::CVeTmplParser() {
-  ComponentCreator creator;
-  open_file_types_ = creator.TryCreate<coclass::VePrsOpenFileTypeColl>();
-  edit_objects_ = creator.TryCreate<coclass::VePrsEditObjColl>();
-}
-
 HRESULT CVeTmplParser::GenerateTmpl() {
   return Guarded([this] {
     DescriptorReader file(fields.ConfigurationPath);
@@ -53,8 +46,9 @@ HRESULT CVeTmplParser::GenerateTmpl() {
 }
 
 void CVeTmplParser::ReadOpenFileTypes(const ConfigElement& list) {
-  if (!list || !open_file_types_) return;
+  if (!list) return;
   ComponentCreator creator;
+  const ComponentCreator::Scope scope(creator);
   for (const ConfigElement child : list.Children()) {
     if (!child.Is("FileType")) continue;
     Text filter_name;
@@ -99,8 +93,9 @@ void CVeTmplParser::ReadServices(const ConfigElement& list, StringList& services
 }
 
 void CVeTmplParser::ReadEditObjects(const ConfigElement& list) {
-  if (!list || !edit_objects_) return;
+  if (!list) return;
   ComponentCreator creator;
+  const ComponentCreator::Scope scope(creator);
   for (const ConfigElement child : list.Children()) {
     if (!child.Is("Item")) continue;
     Text database_object;

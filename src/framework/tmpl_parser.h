@@ -3,6 +3,7 @@
 #include "common/string_list.h"
 #include "framework/descriptor_reader.h"
 #include "framework/text_getters.h"
+#include "server/owned_object.h"
 
 namespace sab {
 
@@ -14,8 +15,6 @@ struct TmplParserFields {
 /// editing objects and module descriptors.
 class CVeTmplParser : public TextGetters<coclass::VeTmplParser, TmplParserFields> {
  public:
-  CVeTmplParser();
-
   HRESULT STDMETHODCALLTYPE GenerateTmpl() override;
 
   // clang-format off
@@ -72,8 +71,8 @@ class CVeTmplParser : public TextGetters<coclass::VeTmplParser, TmplParserFields
   StringList module_paths_;
   StringList pre_services_;
   StringList post_services_;
-  ComPtr<IVePrsOpenFileTypeColl> open_file_types_;
-  ComPtr<IVePrsEditObjColl> edit_objects_;
+  OwnedObject<coclass::VePrsOpenFileTypeColl> open_file_types_;
+  OwnedObject<coclass::VePrsEditObjColl> edit_objects_;
 };
 
 }  // namespace sab

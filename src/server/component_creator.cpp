@@ -51,12 +51,14 @@ HRESULT ComponentCreator::FindFactory(REFCLSID clsid, IClassFactory*& factory) n
   ComPtr<IClassFactory> found;
   const HRESULT result = CoGetClassObject(clsid, CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER,
                                           nullptr, IID_IClassFactory, found.PutVoid());
+  // Without memory it is unknown what is registered.
+  if (result == E_OUTOFMEMORY) return result;
   if (FAILED(result)) {
     // The runtime's answer stands unless the class is one of ours.
     Module* const module = Module::Current();
-    if (!module || FAILED(module->ClassObject(clsid, IID_IClassFactory, found.PutVoid()))) {
-      return result;
-    }
+    const HRESULT own = module ? module->ClassObject(clsid, IID_IClassFactory, found.PutVoid())
+                               : CLASS_E_CLASSNOTAVAILABLE;
+    if (FAILED(own)) return own == CLASS_E_CLASSNOTAVAILABLE ? result : own;
   }
   factory = found.Get();
   try {
@@ -68,6 +70,7 @@ HRESULT ComponentCreator::FindFactory(REFCLSID clsid, IClassFactory*& factory) n
 }
 
 void ComponentCreator::RaiseNotCreated(const char* class_name, HRESULT code) {
+  if (code == E_OUTOFMEMORY) throw std::bad_alloc();
   char text[16];
   std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
   throw ComError(code, std::string("An object of the class ") + class_name +

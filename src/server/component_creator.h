@@ -49,19 +49,19 @@ class ComponentCreator {
   template <class Coclass>
   ComPtr<typename Coclass::Interface> Create() {
     ComPtr<typename Coclass::Interface> object;
-    const HRESULT result = CreateInstance(Coclass::clsid, nullptr,
-                                          IdOf<typename Coclass::Interface>(), object.PutVoid());
+    const HRESULT result = TryCreate<Coclass>(object);
     if (FAILED(result)) RaiseNotCreated(Coclass::kName, result);
     return object;
   }
-  /// The same, but empty when the object cannot be created: for members of an object that is being
-  /// constructed, which stay empty then.
+  /// The same, but returns the code of the failure.
   template <class Coclass>
-  ComPtr<typename Coclass::Interface> TryCreate() noexcept {
-    ComPtr<typename Coclass::Interface> object;
-    CreateInstance(Coclass::clsid, nullptr, IdOf<typename Coclass::Interface>(), object.PutVoid());
-    return object;
+  HRESULT TryCreate(ComPtr<typename Coclass::Interface>& object) noexcept {
+    return CreateInstance(Coclass::clsid, nullptr, IdOf<typename Coclass::Interface>(),
+                          object.PutVoid());
   }
+
+  /// Raises std::bad_alloc, or ComError with the code, which names the class.
+  [[noreturn]] static void RaiseNotCreated(const char* class_name, HRESULT code);
 
  private:
   struct KnownFactory {
@@ -72,7 +72,6 @@ class ComponentCreator {
   // A plain pointer: the thread may outlive the library.
   static thread_local ComponentCreator* current_;
 
-  [[noreturn]] static void RaiseNotCreated(const char* class_name, HRESULT code);
   HRESULT CreateFromHost(REFCLSID clsid, IUnknown* outer, REFIID riid, void** object) noexcept;
   /// @param factory not counted: the creator keeps it
   HRESULT FindFactory(REFCLSID clsid, IClassFactory*& factory) noexcept;

@@ -1,7 +1,5 @@
 #include "settings/file_bale_cfg_parser.h"
 
-#include "server/component_creator.h"
-
 namespace sab {
 namespace {
 
@@ -46,15 +44,11 @@ HRESULT CVePrsFileBaleSet::put_Name(BSTR newVal) {
   });
 }
 
-CVeFileBaleCfgParser::CVeFileBaleCfgParser()
-    : bales_(ComponentCreator().TryCreate<coclass::VePrsFileBaleColl>()) {}
-
 HRESULT CVeFileBaleCfgParser::GetFileBales(IVePrsFileBaleColl** o_ppFileBales) {
   return Reported(GetField(bales_, o_ppFileBales));
 }
 
 void CVeFileBaleCfgParser::WriteMore(ConfigElement& node) {
-  if (!bales_) return;
   LONG_PTR position = 0;
   Check(bales_->GetHeadPosition(&position), kSetFailed);
   while (position != 0) {
@@ -65,7 +59,6 @@ void CVeFileBaleCfgParser::WriteMore(ConfigElement& node) {
 }
 
 void CVeFileBaleCfgParser::ReadMore(const std::vector<ConfigElement>& elements) {
-  if (!bales_) return;
   ComponentCreator creator;
   std::vector<ComPtr<IVePrsFileBaleSet>> sets;
   for (const ConfigElement& element : elements) {

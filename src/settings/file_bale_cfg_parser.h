@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/collection.h"
+#include "server/owned_object.h"
 #include "settings/named_values_parser.h"
 
 namespace sab {
@@ -24,8 +25,6 @@ using CVePrsFileBaleColl = Collection<coclass::VePrsFileBaleColl, IVePrsFileBale
 /// every other one a value; so a set without values does not come back.
 class CVeFileBaleCfgParser : public NamedValuesParser<coclass::VeFileBaleCfgParser> {
  public:
-  CVeFileBaleCfgParser();
-
   HRESULT STDMETHODCALLTYPE GetFileBales(IVePrsFileBaleColl** o_ppFileBales) override;
 
  private:
@@ -33,7 +32,7 @@ class CVeFileBaleCfgParser : public NamedValuesParser<coclass::VeFileBaleCfgPars
   /// Sets in the file replace all that there were.
   void ReadMore(const std::vector<ConfigElement>& elements) override;
 
-  ComPtr<IVePrsFileBaleColl> bales_;
+  OwnedObject<coclass::VePrsFileBaleColl> bales_;
 };
 
 }  // namespace sab

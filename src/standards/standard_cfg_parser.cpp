@@ -36,8 +36,7 @@ HRESULT CVeStandardCfgParser::Load(BSTR i_bsPath) {
       const auto standard = loading.Creator().Create<coclass::VeStandardParser>();
       const ConfigNodeHandle handle(child);
       CheckLoaded(standard->Load(handle.Get()), Describe(file, child, place));
-      IVeStandardParserColl* const list = standards_.Get();
-      Check(list ? list->AddTail(standard.Get(), nullptr) : E_POINTER,
+      Check(standards_->AddTail(standard.Get(), nullptr),
             "The list of standards could not be filled.");
     }
   });

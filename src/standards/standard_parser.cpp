@@ -73,9 +73,7 @@ void CVeStandardParser::ReadSymbols(const ConfigElement& symbols) {
     symbol->SetAttachStdInfo(this);
     const ConfigNodeHandle handle(child);
     CheckLoaded(symbol->Load(handle.Get()), "symbol " + std::to_string(place));
-    IVeStdSymbolParserColl* const list = symbols_.Get();
-    Check(list ? list->AddTail(symbol.Get(), nullptr) : E_POINTER,
-          "The list of symbols could not be filled.");
+    Check(symbols_->AddTail(symbol.Get(), nullptr), "The list of symbols could not be filled.");
   }
 }
 

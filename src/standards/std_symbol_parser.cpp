@@ -38,9 +38,7 @@ void CVeStdSymbolParser::ReadRevision(const ConfigElement& element, ComponentCre
   revision->SetAttachSymStdInfo(this);
   const ConfigNodeHandle handle(element);
   CheckLoaded(revision->Load(handle.Get()), "revision of " + ToUtf8(state_->identify.View()));
-  IVeStdSymRevParserColl* const revisions = revisions_.Get();
-  Check(revisions ? revisions->AddTail(revision.Get(), nullptr) : E_POINTER,
-        "The list of revisions could not be filled.");
+  Check(revisions_->AddTail(revision.Get(), nullptr), "The list of revisions could not be filled.");
 }
 
 HRESULT CVeStdSymbolParser::SetAttachStdInfo(IVeStandardParser* i_pStdParser) {

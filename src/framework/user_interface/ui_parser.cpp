@@ -6,8 +6,6 @@
 
 namespace sab {
 
-CVeUiParser::CVeUiParser() { fields.UI = ComponentCreator().TryCreate<coclass::VePrsUI>(); }
-
 HRESULT CVeUiParser::GenerateUI() {
   return Guarded([this] {
     DescriptorReader file(fields.ConfigurationPath);
@@ -15,7 +13,6 @@ HRESULT CVeUiParser::GenerateUI() {
     if (!ui) {
       file.Fail(kInvalidUserInterface, "UI", "is not the document element: it must be <UI>");
     }
-    if (!fields.UI) throw ComError(E_POINTER, "The root of the user interface was not created.");
     ComponentCreator creator;
     const ComponentCreator::Scope scope(creator);
     Reading reading;
@@ -25,8 +22,7 @@ HRESULT CVeUiParser::GenerateUI() {
 
 HRESULT CVeUiParser::get_UI(IVePrsUI** o_ppUI) {
   if (!o_ppUI) return Fail(E_FAIL, "There is no place for the user interface: it is null.");
-  fields.UI.CopyTo(o_ppUI);
-  return *o_ppUI ? S_OK : Fail(E_FAIL, "There is no user interface to hand out.");
+  return Reported(fields.UI.CopyTo(o_ppUI));
 }
 
 }  // namespace sab

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/component.h"
+#include "server/owned_object.h"
 
 namespace sab {
 
@@ -10,17 +11,15 @@ inline constexpr std::string_view kRegisteredName<coclass::VeUiParser> = "VeUIPa
 
 struct UiParserFields {
   Bstr ConfigurationPath;
-  ComPtr<IVePrsUI> UI;
+  OwnedObject<coclass::VePrsUI> UI;
 };
 
 /// Reads a user-interface file into a tree of element objects, in one call. The tree lives as long
 /// as anybody holds it; a second call adds to it.
 class CVeUiParser : public Component<coclass::VeUiParser, UiParserFields> {
  public:
-  CVeUiParser();
-
   HRESULT STDMETHODCALLTYPE GenerateUI() override;
-  /// @return E_FAIL for a null place or where the root could not be created
+  /// @return E_FAIL for a null place; E_OUTOFMEMORY
   HRESULT STDMETHODCALLTYPE get_UI(IVePrsUI** o_ppUI) override;
 };
 
