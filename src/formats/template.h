@@ -22,7 +22,7 @@ inline constexpr auto kTemplateAttributes = FirstCounts({
 
 inline constexpr auto kDefaultEnvironment = FirstCounts({
     Text("Identify", "Default environment of a document")
-        .Required()
+        .Filled()
         .RefersTo(Subject::kEnvironment),
 });
 inline constexpr auto kDefaultModule = FirstCounts({
@@ -63,7 +63,7 @@ inline constexpr Rule kEditingObjects[] = {
 };
 
 inline constexpr auto kTemplate = FirstCounts({
-    Text("Identify", "Identifier of the template").Required().Defines(Subject::kTemplate),
+    Text("Identify", "Identifier of the template").Filled().Defines(Subject::kTemplate),
     Group("Attribute", kTemplateAttributes, "What documents look like"),
     Guid("DatabaseCLSID", "Class of the drawing database"),
     Guid("SessionCLSID", "Class of an editing session"),

@@ -7,6 +7,8 @@ namespace sab {
 
 struct CmdParserFields {
   Bstr ConfigurationPath;
+  Bstr CmdFileID;
+  OwnedObject<coclass::VePrsCommandColl> Commands;
 };
 
 /// Reads a command descriptor: the commands that an environment offers, in groups, as one flat
@@ -16,15 +18,11 @@ class CVeCmdParser : public TextGetters<coclass::VeCmdParser, CmdParserFields> {
   HRESULT STDMETHODCALLTYPE GenerateCmd() override;
 
   HRESULT STDMETHODCALLTYPE GetCmdFileID(BSTR* pID) override {
-    return CopyText(command_file_id_, pID);
+    return CopyText(fields.CmdFileID, pID);
   }
   HRESULT STDMETHODCALLTYPE GetCommands(IVePrsCommandColl** o_ppCommands) override {
-    return Reported(GetField(commands_, o_ppCommands));
+    return Reported(GetField(fields.Commands, o_ppCommands));
   }
-
- private:
-  Bstr command_file_id_;
-  OwnedObject<coclass::VePrsCommandColl> commands_;
 };
 
 }  // namespace sab

@@ -1,7 +1,7 @@
 #include "framework/env_parser.h"
 
-#include "binding/bind_document.h"
 #include "formats/environment.h"
+#include "framework/make.h"
 
 namespace sab {
 
@@ -12,8 +12,7 @@ HRESULT CVeEnvParser::GenerateEnv() {
                               Bind<"UIPath", &F::UiPath>, Bind<"DefaultPanel", &F::DefaultPanel>,
                               Bind<"DefaultCmd", &F::DefaultCmd>,
                               Within<"Commands", Within<"Command", Bind<"Path", &F::CmdPaths>>>>;
-  return Guarded(
-      [this] { ReadDocument(Elements::kDocument, fields.ConfigurationPath.View(), &fields); });
+  return Guarded([this] { ReadDescriptor<Elements>(fields); });
 }
 
 HRESULT CVeEnvParser::GetDefaultPanel(BSTR* pDefaultPanel) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "binding/bind.h"
+#include "binding/bind_document.h"
 #include "server/component_creator.h"
 
 namespace sab {
@@ -74,5 +74,15 @@ struct Carrying {
     return rule;
   }
 };
+
+/// Reads the file that ConfigurationPath names. Raises ComError.
+///
+/// @tparam Elements the descriptor's BoundPaths
+template <class Elements>
+void ReadDescriptor(auto& fields) {
+  ComponentCreator creator;
+  const ComponentCreator::Scope scope(creator);
+  ReadDocument(Elements::kDocument, fields.ConfigurationPath.View(), &fields);
+}
 
 }  // namespace sab

@@ -1,33 +1,21 @@
 #include "framework/module_parser.h"
 
-#include "base/com_error.h"
-#include "framework/configuration_list.h"
-#include "framework/descriptor_reader.h"
-#include "framework/path_list.h"
+#include "formats/module.h"
+#include "framework/configuration.h"
 
 namespace sab {
 
+using F = ModuleParserFields;
+
 HRESULT CVeModuleParser::GenerateModule() {
-  return Guarded([this] {
-    DescriptorReader file(fields.ConfigurationPath);
-
-    file.ReadRequired("Module/Identify", module_id_, kInvalidModule);
-    file.Read("Module/TemplateID", template_id_);
-    file.Read("Module/Title", title_);
-    file.Read("Module/Description", description_);
-    file.Read("Module/CLSID", module_clsid_);
-    file.Read("Module/UiStateObj", ui_state_object_clsid_);
-
-    if (const ConfigElement environments = file.Find("Module/Environments")) {
-      ReadPaths(environments, "Environment", environment_paths_);
-      if (environment_paths_.IsEmpty()) {
-        file.Fail(kInvalidModule, "Module/Environments",
-                  "names no environment: give it an Environment with a Path, or leave it out");
-      }
-    }
-
-    ReadConfigurations(file.Find("Module/Configurations"), configurations_);
-  });
+  using Elements =
+      BoundPaths<formats::kModuleDocument, Bind<"Identify", &F::ModuleID>,
+                 Bind<"TemplateID", &F::TmplID>, Bind<"Title", &F::ModuleTitle>,
+                 Bind<"Description", &F::Description>, Bind<"CLSID", &F::CLSID>,
+                 Bind<"UiStateObj", &F::UiStateObjCLSID>,
+                 Within<"Environments", Within<"Environment", Bind<"Path", &F::EnvPaths>>>,
+                 Configurations<&F::Configurations>>;
+  return Guarded([this] { ReadDescriptor<Elements>(fields); });
 }
 
 }  // namespace sab

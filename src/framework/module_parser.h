@@ -8,6 +8,14 @@ namespace sab {
 
 struct ModuleParserFields {
   Bstr ConfigurationPath;
+  Bstr ModuleID;
+  Bstr TmplID;
+  StringList EnvPaths;
+  OwnedObject<coclass::VePrsConfigColl> Configurations;
+  Bstr ModuleTitle;
+  Bstr Description;
+  Bstr UiStateObjCLSID;
+  Bstr CLSID;
 };
 
 /// Reads a module descriptor: a functional module of the host with its environment descriptors and
@@ -17,25 +25,15 @@ class CVeModuleParser : public TextGetters<coclass::VeModuleParser, ModuleParser
   HRESULT STDMETHODCALLTYPE GenerateModule() override;
 
   // clang-format off
-  HRESULT STDMETHODCALLTYPE GetModuleID(BSTR* pModuleID) override { return CopyText(module_id_, pModuleID); }
-  HRESULT STDMETHODCALLTYPE GetTmplID(BSTR* pTmplID) override { return CopyText(template_id_, pTmplID); }
-  HRESULT STDMETHODCALLTYPE GetEnvPaths(SAFEARRAY** o_ppEnvPaths) override { return Reported(environment_paths_.CopyTo(o_ppEnvPaths)); }
-  HRESULT STDMETHODCALLTYPE GetConfigurations(IVePrsConfigColl** o_ppConfigurations) override { return Reported(GetField(configurations_, o_ppConfigurations)); }
-  HRESULT STDMETHODCALLTYPE GetModuleTitle(BSTR* o_pbsModTitle) override { return CopyText(title_, o_pbsModTitle); }
-  HRESULT STDMETHODCALLTYPE GetDescription(BSTR* o_pbsDescription) override { return CopyText(description_, o_pbsDescription); }
-  HRESULT STDMETHODCALLTYPE GetUiStateObjCLSID(BSTR* o_pbsUiStateObjCLSID) override { return CopyText(ui_state_object_clsid_, o_pbsUiStateObjCLSID); }
-  HRESULT STDMETHODCALLTYPE GetCLSID(BSTR* o_pbsCLSID) override { return o_pbsCLSID ? CopyText(module_clsid_, o_pbsCLSID) : Reported(E_POINTER); }
+  HRESULT STDMETHODCALLTYPE GetModuleID(BSTR* pModuleID) override { return CopyText(fields.ModuleID, pModuleID); }
+  HRESULT STDMETHODCALLTYPE GetTmplID(BSTR* pTmplID) override { return CopyText(fields.TmplID, pTmplID); }
+  HRESULT STDMETHODCALLTYPE GetEnvPaths(SAFEARRAY** o_ppEnvPaths) override { return Reported(fields.EnvPaths.CopyTo(o_ppEnvPaths)); }
+  HRESULT STDMETHODCALLTYPE GetConfigurations(IVePrsConfigColl** o_ppConfigurations) override { return Reported(GetField(fields.Configurations, o_ppConfigurations)); }
+  HRESULT STDMETHODCALLTYPE GetModuleTitle(BSTR* o_pbsModTitle) override { return CopyText(fields.ModuleTitle, o_pbsModTitle); }
+  HRESULT STDMETHODCALLTYPE GetDescription(BSTR* o_pbsDescription) override { return CopyText(fields.Description, o_pbsDescription); }
+  HRESULT STDMETHODCALLTYPE GetUiStateObjCLSID(BSTR* o_pbsUiStateObjCLSID) override { return CopyText(fields.UiStateObjCLSID, o_pbsUiStateObjCLSID); }
+  HRESULT STDMETHODCALLTYPE GetCLSID(BSTR* o_pbsCLSID) override { return o_pbsCLSID ? CopyText(fields.CLSID, o_pbsCLSID) : Reported(E_POINTER); }
   // clang-format on
-
- private:
-  Bstr module_id_;
-  Bstr template_id_;
-  Bstr title_;
-  Bstr description_;
-  Bstr ui_state_object_clsid_;
-  Bstr module_clsid_;
-  StringList environment_paths_;
-  OwnedObject<coclass::VePrsConfigColl> configurations_;
 };
 
 }  // namespace sab

@@ -1,18 +1,13 @@
 #include "framework/user_interface/ui_parser.h"
 
-#include "base/com_error.h"
-#include "framework/descriptor_reader.h"
 #include "framework/user_interface/bindings.h"
 
 namespace sab {
 
 HRESULT CVeUiParser::GenerateUI() {
   return Guarded([this] {
-    DescriptorReader file(fields.ConfigurationPath);
-    const ConfigElement ui = file.Find("UI");
-    if (!ui) {
-      file.Fail(kInvalidUserInterface, "UI", "is not the document element: it must be <UI>");
-    }
+    DocumentReader file(formats::kUserInterfaceDocument, fields.ConfigurationPath.View());
+    const ConfigElement ui = file.Root();
     ComponentCreator creator;
     const ComponentCreator::Scope scope(creator);
     Reading reading;
