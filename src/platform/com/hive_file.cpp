@@ -37,7 +37,8 @@ void WriteAll(int descriptor, const std::string& text, const std::string& path) 
   for (std::size_t done = 0; done < text.size();) {
     const ssize_t written = write(descriptor, text.data() + done, text.size() - done);
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) FailSystem(path, "write");
+    if (written == 0) errno = ENOSPC;
+    if (written <= 0) FailSystem(path, "write");
     done += static_cast<std::size_t>(written);
   }
 }
