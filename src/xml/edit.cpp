@@ -58,13 +58,25 @@ std::string Editor::IndentationStep() const {
   return "  ";
 }
 
-void Editor::Write(const NewElement& element, const Layout& layout, std::string& out) const {
+// New elements are in no namespace, which is how their readers look for them.
+std::string_view Editor::AttributesOfAdded(NodeIndex parent) const {
+  for (; parent != kNoNode && document_.IsInNamespace(parent);
+       parent = document_.ParentOf(parent)) {
+    if (const auto name = document_.AttributeOf(parent, "xmlns"))
+      return name->empty() ? "" : " xmlns=\"\"";
+  }
+  return {};  // nor has an element in no namespace a default namespace above it
+}
+
+void Editor::Write(const NewElement& element, const Layout& layout, std::string_view attributes,
+                   std::string& out) const {
   if (!document_.GetEncoding().CanEncode(element.name_)) {
     throw Error("the name " + element.name_ + " cannot be written in the file's encoding");
   }
   if (layout.has_lines) out += layout.line_start;
   out += '<';
   out += element.name_;
+  out += attributes;
   if (element.children_.empty() && element.text_.empty()) {
     out += "/>";
     return;
@@ -74,7 +86,7 @@ void Editor::Write(const NewElement& element, const Layout& layout, std::string&
   // White space between a text and elements would become part of the text.
   const bool has_lines = layout.has_lines && element.text_.empty() && !element.children_.empty();
   const Layout deeper = has_lines ? layout.Deeper() : Layout();
-  for (const NewElement& child : element.children_) Write(child, deeper, out);
+  for (const NewElement& child : element.children_) Write(child, deeper, {}, out);
   if (has_lines) out += layout.line_start;
   AppendEndTag(element.name_, out);
 }
@@ -115,7 +127,8 @@ Editor::Splice Editor::SpliceForAdded(NodeIndex parent, const std::list<NewEleme
     if (space.find('\n') == space.npos) closing_line = line_start;
     splice.to = splice.from;
   }
-  for (const NewElement& element : added) Write(element, layout, splice.text);
+  const std::string_view attributes = AttributesOfAdded(parent);
+  for (const NewElement& element : added) Write(element, layout, attributes, splice.text);
   splice.text += closing_line;
   return splice;
 }
@@ -126,7 +139,8 @@ Editor::Splice Editor::SpliceForContent(NodeIndex element, const Change& change)
   const bool is_empty_tag = (node.flags & kIsEmptyTag) != 0;
   Splice splice{is_empty_tag ? node.end : document_.ContentStart(element), node.end, {}};
   AppendEscaped(*change.text, splice.text);
-  for (const NewElement& added : change.added) Write(added, {}, splice.text);
+  const std::string_view attributes = AttributesOfAdded(element);
+  for (const NewElement& added : change.added) Write(added, {}, attributes, splice.text);
   return splice;
 }
 

@@ -79,7 +79,10 @@ class Editor {
   std::optional<std::string_view> IndentationOf(NodeIndex node) const;
   std::string LineEnd() const;
   std::string IndentationStep() const;
-  void Write(const NewElement& element, const Layout& layout, std::string& out) const;
+  /// What the start tags of new elements hold beside the name.
+  std::string_view AttributesOfAdded(NodeIndex parent) const;
+  void Write(const NewElement& element, const Layout& layout, std::string_view attributes,
+             std::string& out) const;
 
   const Document& document_;
   std::map<NodeIndex, Change> changes_;  // by element, and so in document order

@@ -94,6 +94,31 @@ TEST_F(ConfigSaveTest, MissingFileIsNotMade) {
   EXPECT_TRUE(folder_.Entries().empty());
 }
 
+// A path looks for elements in no namespace, so these are what is added.
+TEST_F(ConfigSaveTest, AddedElementsInheritNoNamespace) {
+  constexpr char kAdded[] = "<N>x</N>";
+  constexpr char kAddedWithout[] = "<N xmlns=\"\">x</N>";
+  const struct {
+    const char* before;  // the node is G
+    const char* after;
+    const char* added;
+  } rows[] = {
+      {"<r xmlns='u'><G>", "</G></r>", kAddedWithout},
+      {"<r xmlns='u'><p:G xmlns:p='p'>", "</p:G></r>", kAddedWithout},
+      {"<r><G xmlns='u'>", "</G></r>", kAddedWithout},
+      {"<r><p:G xmlns:p='p'>", "</p:G></r>", kAdded},
+      {"<r xmlns='u'><p:G xmlns:p='p' xmlns=''>", "</p:G></r>", kAdded},
+      {"<r xmlns='u'><G xmlns=''><A/>", "</G></r>", kAdded},
+  };
+  for (const auto& row : rows) {
+    Load(std::string(row.before) + row.after);
+    document_.Select("//*[local-name()='G']").Append("N", OLESTR("x"));
+    EXPECT_EQ(Saved(), std::string(row.before) + row.added + row.after);
+    ASSERT_TRUE(document_.Load(name_));
+    EXPECT_EQ(TextAt("//*[local-name()='G']/N"), "x");
+  }
+}
+
 TEST_F(ConfigSaveTest, WhatCouldNotBeReadIsNeverOverwritten) {
   folder_.Write("t.xml", "<r><A></r>");
   EXPECT_FALSE(document_.Load(name_));
