@@ -37,7 +37,8 @@ std::span<const SettingsRow> FilePathCfgFields::Rows() {
 HRESULT CVeFilePathCfgParser::Save(BSTR i_bsCfgPath, BSTR i_bsNodePath) {
   return Guarded([&] {
     const TextView file = Bstr::ViewOf(i_bsCfgPath);
-    if (SaveTo(file, Bstr::ViewOf(i_bsNodePath))) SaveHistory(HistoryFile(file));
+    SaveTo(file, Bstr::ViewOf(i_bsNodePath));
+    SaveHistory(HistoryFile(file));
   });
 }
 

@@ -35,7 +35,7 @@ struct FilePathCfgFields {
 class CVeFilePathCfgParser
     : public SettingsParser<coclass::VeFilePathCfgParser, FilePathCfgFields> {
  public:
-  /// Without a configuration file nothing is written at all.
+  /// Without a configuration file the history alone is written.
   HRESULT STDMETHODCALLTYPE Save(BSTR i_bsCfgPath, BSTR i_bsNodePath) override;
   HRESULT STDMETHODCALLTYPE Load(BSTR i_bsCfgPath, BSTR i_bsNodePath) override;
 

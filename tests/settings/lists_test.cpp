@@ -106,6 +106,11 @@ TEST_F(SettingsListsTest, MatchRulesCompareValuesWithoutCaseAndKeysExactly) {
     EXPECT_EQ(S_OK, object_.Call(row.method, {row.key, row.value}));
     EXPECT_EQ(row.rules, Rules(*system_)) << row.method << row.key << row.value;
   }
+  // No text is the empty text.
+  EXPECT_EQ(S_OK, system_->InsertMatchRule(B("A").Get(), nullptr));
+  EXPECT_EQ(S_OK, system_->InsertMatchRule(B("A").Get(), B("").Get()));
+  EXPECT_EQ("A:x A:жук A:e A: ", Rules(*system_));
+  EXPECT_EQ(S_OK, system_->DelMatchRule(B("A").Get(), nullptr));
   ExpectSaved(object_, "AllMatchRule{MatchRule{Key=A Value=x Value=жук Value=e}} ");
   EXPECT_EQ(S_OK, object_.Call("RemoveAllMatchRule"));
   EXPECT_EQ("", Rules(*system_));
@@ -321,11 +326,15 @@ TEST_F(SettingsListsTest, TheBrowseHistoryIsWrittenAnewBesideTheFile) {
   }
 }
 
-TEST_F(SettingsListsTest, WithoutTheNodeTheHistoryIsWrittenNonetheless) {
-  Write("<Other/>");
-  ASSERT_EQ(S_OK, Save(LateObject("VeFilePathCfgParser")));
-  EXPECT_EQ("<Other/>", folder_.Read("t.xml"));
-  EXPECT_EQ("DCHistory=", ElementsOf(folder_.Name("BrowseHistory.xml"), "/BrowseFileHistorys"));
+TEST_F(SettingsListsTest, WithoutTheNodeOrTheFileTheHistoryIsWrittenNonetheless) {
+  for (const bool has_file : {false, true}) {
+    if (has_file) Write("<Other/>");
+    folder_.Write("BrowseHistory.xml", "<old/>");
+    ASSERT_EQ(S_OK, Save(LateObject("VeFilePathCfgParser")));
+    EXPECT_EQ(has_file ? "<Other/>" : "", folder_.Read("t.xml"));
+    EXPECT_EQ("DCHistory=", ElementsOf(folder_.Name("BrowseHistory.xml"), "/BrowseFileHistorys"));
+    EXPECT_EQ(has_file ? 2U : 1U, folder_.Entries().size());
+  }
 }
 
 }  // namespace
