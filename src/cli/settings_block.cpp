@@ -78,8 +78,11 @@ const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::str
 }
 
 void OpenSettings(sab::ConfigDocument& document, const std::string& file,
-                  const std::string& node_path) {
-  if (!document.Load(sab::FromUtf8(PathToRead(file)))) {
+                  const std::string& node_path, SettingsPurpose purpose) {
+  const sab::Text name = sab::FromUtf8(PathToRead(file));
+  const bool is_loaded =
+      purpose == SettingsPurpose::kChange ? document.LoadToChange(name) : document.Load(name);
+  if (!is_loaded) {
     throw Failure(WithStandardInput(document.Failure().Describe()), sab::kDocumentNotLoaded);
   }
   try {
@@ -116,9 +119,10 @@ std::string SettingsEntry::ShownCopy(std::size_t index) const {
 
 // --- Block ---
 
-SettingsBlock::SettingsBlock(SettingsChoice group, std::string file, std::string node_path)
+SettingsBlock::SettingsBlock(SettingsChoice group, std::string file, std::string node_path,
+                             SettingsPurpose purpose)
     : group_(std::move(group)), file_(std::move(file)), node_path_(std::move(node_path)) {
-  OpenSettings(document_, file_, node_path_);
+  OpenSettings(document_, file_, node_path_, purpose);
   if (group_.table) values_ = group_.table->make_fields();
 }
 

@@ -23,10 +23,15 @@ SettingsChoice SettingsChoiceNamed(const std::string& class_name);
 /// The row of a key; a host's name of the value and other letter case will do, too. Raises Failure.
 const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::string& key);
 
+enum class SettingsPurpose {
+  kRead,
+  kChange,  ///< no other writer may change the file as long as the document lives
+};
+
 /// Loads a settings file. Raises Failure for a file that cannot be read and for a node path that is
 /// malformed or leads to no element.
 void OpenSettings(sab::ConfigDocument& document, const std::string& file,
-                  const std::string& node_path);
+                  const std::string& node_path, SettingsPurpose purpose = SettingsPurpose::kRead);
 
 /// One key of a group in a file.
 struct SettingsEntry {
@@ -51,7 +56,8 @@ struct SettingsEntry {
 class SettingsBlock {
  public:
   /// Raises Failure for a file that cannot be read and for a path that leads to no element.
-  SettingsBlock(SettingsChoice group, std::string file, std::string node_path);
+  SettingsBlock(SettingsChoice group, std::string file, std::string node_path,
+                SettingsPurpose purpose = SettingsPurpose::kRead);
 
   const SettingsChoice& Group() const { return group_; }
   const std::string& File() const { return file_; }

@@ -14,7 +14,8 @@ namespace {
 SettingsBlock BlockOf(const SettingsOptions& options) {
   if (options.file == kStandardInput)
     throw CLI::ValidationError("settings", "the standard input cannot be changed; name a file");
-  return {SettingsChoiceNamed(options.class_name), options.file, options.node_path};
+  return {SettingsChoiceNamed(options.class_name), options.file, options.node_path,
+          options.is_dry ? SettingsPurpose::kRead : SettingsPurpose::kChange};
 }
 
 // Writes, and only then says what was written.

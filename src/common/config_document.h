@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -9,6 +10,7 @@
 #include "document_backend.h"
 #include "node_handle.h"
 #include "platform/document_edits.h"
+#include "platform/file_lock.h"
 #include "platform/load_failure.h"
 
 namespace sab {
@@ -181,6 +183,15 @@ class ConfigDocument {
   ///         ComError only where the DOM itself fails.
   bool Load(TextView file) { return document_.Load(file); }
 
+  /// The same for a file that Save is going to change: no other writer may change it before Save is
+  /// done or the document is gone. Raises ComError where the file may not be written or another
+  /// writer keeps it for ten seconds.
+  bool LoadToChange(TextView file) {
+    lock_.reset();
+    lock_.emplace(file);
+    return Load(file);
+  }
+
   /// Why the last Load gave false, with file, line and column.
   const LoadFailure& Failure() const { return document_.Failure(); }
 
@@ -199,6 +210,10 @@ class ConfigDocument {
   ConfigElement Select(std::string_view ascii_path) {
     return ConfigElement(document_.Select(ascii_path));
   }
+
+  /// The same for an element that is to be changed. Raises ComError(E_INVALIDARG) for a path that
+  /// leads to something other than an element: the document, an attribute, a text.
+  ConfigElement SelectToChange(TextView path);
 
   /// All elements that a location path selects, in document order; otherwise as Select.
   std::vector<ConfigElement> SelectElements(TextView path) {
@@ -219,9 +234,13 @@ class ConfigDocument {
   /// @param file where to write; normally the file that was loaded
   /// Raises ComError: kDocumentNotLoaded if the file exists and could not be read, otherwise the
   /// code of the system for what went wrong; the old file is whole in any case.
-  void Save(TextView file) { document_.Save(file); }
+  void Save(TextView file) {
+    document_.Save(file);
+    lock_.reset();
+  }
 
  private:
+  std::optional<FileLock> lock_;
   backend::Document document_;
 };
 

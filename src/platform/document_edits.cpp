@@ -61,7 +61,7 @@ void SaveEdits(const xml::Editor& editor, TextView file) {
 void RefuseToOverwrite(TextView file, const LoadFailure& failure) {
   if (const char* const reason = ReasonAgainstName(file))
     throw ComError(E_INVALIDARG, "cannot write " + ToUtf8(file) + ": " + reason);
-  if (failure.is_missing || failure.reason.empty()) return;
+  if (failure.is_missing || failure.reason.empty()) return CheckReplaceable(file);
   throw ComError(
       kDocumentNotLoaded,
       ToUtf8(file) + " is left as it is, because it could not be read: " + failure.Describe());

@@ -38,8 +38,9 @@ void SetTextOf(xml::Editor& editor, xml::NodeIndex element, TextView text);
 /// text that XML cannot hold, otherwise as ReplaceFileBytes does.
 void SaveEdits(const xml::Editor& editor, TextView file);
 
-/// What saving means where no document was loaded: nothing if the file is missing; an existing file
-/// that could not be read must not be lost, so ComError(kDocumentNotLoaded) is raised.
+/// What saving means where no document was loaded: nothing if the file is missing, except that what
+/// keeps it from being made is raised; an existing file that could not be read must not be lost, so
+/// ComError(kDocumentNotLoaded) is raised.
 void RefuseToOverwrite(TextView file, const LoadFailure& failure);
 
 /// The bytes of a document that starts from nothing.

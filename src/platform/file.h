@@ -26,10 +26,16 @@ std::optional<std::string> ReadFileBytes(TextView name, std::string& reason);
 /// Whether something, whatever it is, stands under the name.
 bool FileExists(TextView name);
 
+/// Raises what replacing a file would raise before it writes: for a folder that does not exist, a
+/// file or a folder that may not be written.
+void CheckReplaceable(TextView name);
+
 /// Puts new bytes in the place of a file, or makes the file, as one step: the bytes go to a
 /// temporary file in the same folder, are flushed to the disk and take over the name. Symbolic
 /// links are followed; mode and owner (on Windows attributes and access list) of an existing file
-/// are kept. On failure the old file is as it was and no temporary file stays.
+/// are kept, with them access lists and extended attributes; of several hard links the named one
+/// leads to the new file, the others keep the old. On failure the old file is as it was and no
+/// temporary file stays; those of writers that were killed are removed from the folder.
 /// Raises ComError with the result code that Windows has for the reason (E_ACCESSDENIED,
 /// HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), …); the message names the file and the reason.
 void ReplaceFileBytes(TextView name, std::string_view bytes);

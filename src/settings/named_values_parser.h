@@ -14,8 +14,8 @@ class NamedValuesParser : public NamedValuesObject<Coclass> {
   HRESULT STDMETHODCALLTYPE Save(BSTR i_bsCfgPath, BSTR i_bsNodePath) override {
     return this->Guarded([&] {
       ConfigDocument document;
-      document.Load(Bstr::ViewOf(i_bsCfgPath));
-      if (ConfigElement node = document.Select(Bstr::ViewOf(i_bsNodePath))) {
+      document.LoadToChange(Bstr::ViewOf(i_bsCfgPath));
+      if (ConfigElement node = document.SelectToChange(Bstr::ViewOf(i_bsNodePath))) {
         this->values_.Write(node);
         WriteMore(node);
       }

@@ -21,14 +21,12 @@ class SettingsParser : public Component<Coclass, Fields> {
   }
 
  protected:
-  /// @return false if there is no file, and so none to change
-  bool SaveTo(TextView file, TextView node_path) const {
+  void SaveTo(TextView file, TextView node_path) const {
     ConfigDocument document;
-    const bool is_loaded = document.Load(file);
-    if (const ConfigElement node = document.Select(node_path))
+    document.LoadToChange(file);
+    if (const ConfigElement node = document.SelectToChange(node_path))
       AppendSettings(Fields::Rows(), &this->fields, node);
     document.Save(file);
-    return is_loaded;
   }
   void LoadFrom(TextView file, TextView node_path) {
     ConfigDocument document;

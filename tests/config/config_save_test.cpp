@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "config/document_fixture.h"
 
 namespace sab {
@@ -88,10 +90,49 @@ TEST_F(ConfigSaveTest, WithoutAnEditTheFileIsLeftAlone) {
   EXPECT_EQ(folder_.Read("copy.xml"), bytes);
 }
 
-TEST_F(ConfigSaveTest, MissingFileIsNotMade) {
-  EXPECT_FALSE(document_.Load(name_));
+TEST_F(ConfigSaveTest, MissingFileIsNotMadeWhereItCouldBe) {
+  EXPECT_FALSE(document_.LoadToChange(name_));
   document_.Save(name_);
   EXPECT_TRUE(folder_.Entries().empty());
+  const Text nowhere = folder_.Name("no/t.xml");
+  EXPECT_FALSE(document_.LoadToChange(nowhere));
+  EXPECT_EQ(ResultOf([&] { document_.Save(nowhere); }), static_cast<HRESULT>(0x80070003));
+}
+
+TEST_F(ConfigSaveTest, ManyWritersLoseNothing) {
+  constexpr int kWriters = 4;
+  constexpr int kSaves = 10;
+  folder_.Write("t.xml", "<r/>");
+  std::vector<std::thread> writers;
+  for (int writer = 0; writer < kWriters; ++writer) {
+    writers.emplace_back([this] {
+      EXPECT_TRUE(SUCCEEDED(CoInitialize(nullptr)));
+      for (int i = 0; i < kSaves; ++i) {
+        ConfigDocument document;
+        EXPECT_TRUE(document.LoadToChange(name_)) << document.Failure().Describe();
+        document.Root().Append("A");
+        document.Save(name_);
+      }
+      CoUninitialize();
+    });
+  }
+  for (std::thread& writer : writers) writer.join();
+  ASSERT_TRUE(document_.Load(name_));
+  EXPECT_EQ(document_.SelectElements(OLESTR("/r/A")).size(), std::size_t{kWriters * kSaves});
+  EXPECT_EQ(folder_.Entries().size(), 1U);
+}
+
+TEST_F(ConfigSaveTest, OnlyElementsCanBeChanged) {
+  Load("<r id='1'>text<A/></r>");
+  for (const char* path : {"/", " / ", "/r/@id", "@id", "/r/@none", "/r/text()", "/r/A/../.."}) {
+    std::string message;
+    EXPECT_EQ(ResultOf([&] { document_.SelectToChange(FromUtf8(path)); }, &message), E_INVALIDARG)
+        << path;
+    EXPECT_NE(message.find("t.xml: the node path \"" + std::string(path)), std::string::npos);
+  }
+  for (const char* path : {"/r/B", "/r/A[@id]", "/r/A[@id/..]", "/r/B/text()"})
+    EXPECT_FALSE(document_.SelectToChange(FromUtf8(path))) << path;
+  EXPECT_TRUE(document_.SelectToChange(OLESTR("/r/text() | /r/A")));
 }
 
 // A path looks for elements in no namespace, so these are what is added.

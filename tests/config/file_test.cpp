@@ -79,6 +79,7 @@ TEST(File, FailedReplacementNamesFileAndReason) {
   };
   for (const auto& row : rows) {
     std::string message;
+    EXPECT_EQ(ResultOf([&] { CheckReplaceable(row.name); }), row.code) << ToUtf8(row.name);
     EXPECT_EQ(ResultOfReplacing(row.name, "x", &message), row.code) << ToUtf8(row.name);
     EXPECT_NE(message.find("cannot write " + ToUtf8(row.name) + ": "), std::string::npos)
         << message;

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "config/document_fixture.h"
-#include "config/failing_calls.h"
 
 namespace sab {
 namespace {
@@ -53,20 +52,6 @@ TEST_F(PosixDocumentTest, WindowsPathsOpenAndSave) {
   document_.Save(name_);
   EXPECT_EQ(folder_.Read("cfg/a.xml"), "<r><A/></r>");
   EXPECT_EQ(folder_.Entries().size(), 1U);
-}
-
-TEST_F(PosixDocumentTest, FailedSaveLeavesTheFileAndCanBeRepeated) {
-  Load("<r></r>");
-  document_.Root().Append("A", OLESTR("1"));
-  std::string message;
-  {
-    const FailingCalls failing([](FileCalls& calls) { calls.fsync = Fail<EIO>; });
-    EXPECT_EQ(ResultOf([&] { Saved(); }, &message), static_cast<HRESULT>(0x8007045D));
-  }
-  EXPECT_NE(message.find("t.xml"), std::string::npos) << message;
-  EXPECT_EQ(folder_.Read("t.xml"), "<r></r>");
-  EXPECT_EQ(folder_.Entries().size(), 1U);
-  EXPECT_EQ(Saved(), "<r><A>1</A></r>");
 }
 
 }  // namespace

@@ -1,12 +1,15 @@
-// What only a POSIX system has: backslashes in names, links, modes, and calls that can be made to
-// fail one by one.
+// What only a POSIX system has: backslashes in names, links, modes, attributes.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
-#include "config/failing_calls.h"
+#include <array>
+#include <ctime>
+
 #include "config/file_results.h"
+#include "platform/file_lock.h"
 
 namespace sab {
 namespace {
@@ -85,78 +88,21 @@ TEST(PosixFile, WhatMayNotBeWrittenIsNotReplaced) {
   constexpr uid_t kNobody = 65534;
   const uid_t user = geteuid();
   ASSERT_TRUE(user != 0 || seteuid(kNobody) == 0);
-  const HRESULT read_only = ResultOfReplacing(folder.Name("readonly"), "x");
-  const HRESULT closed = ResultOfReplacing(folder.Name("closed/f"), "x");
+  const char* const names[] = {"readonly", "closed/f"};
+  std::vector<HRESULT> results;
+  for (const char* name : names) {
+    results.push_back(ResultOfReplacing(folder.Name(name), "x"));
+    results.push_back(ResultOf([&] { CheckReplaceable(folder.Name(name)); }));
+  }
+  results.push_back(ResultOf([&] { const FileLock lock(folder.Name("readonly")); }));
   ASSERT_EQ(seteuid(user), 0);
   make("closed", 0755);
-  EXPECT_EQ(read_only, kAccessDenied);
-  EXPECT_EQ(closed, kAccessDenied);
+  EXPECT_EQ(results, std::vector<HRESULT>(5, kAccessDenied));
   EXPECT_EQ(folder.Read("readonly"), "old");
   EXPECT_EQ(folder.Read("closed/f"), "old");
 }
 
-ssize_t WriteOneByte(int file, const void* bytes, std::size_t) { return write(file, bytes, 1); }
-
-int calls_until_failure;
-
-TEST(PosixFile, WhateverCallFailsTheOldFileIsWhole) {
-  constexpr HRESULT kWriteProtected = static_cast<HRESULT>(0x80070013);
-  constexpr HRESULT kDiskFull = static_cast<HRESULT>(0x80070070);
-  constexpr HRESULT kDeviceError = static_cast<HRESULT>(0x8007045D);
-  const struct {
-    HRESULT code;
-    void (*change)(FileCalls&);
-  } rows[] = {
-      {kDiskFull, [](FileCalls& calls) { calls.write = Fail<ENOSPC>; }},
-      {kDiskFull,
-       [](FileCalls& calls) {
-         calls.write = [](int file, const void* bytes, std::size_t size) -> ssize_t {
-           return calls_until_failure-- > 0 ? WriteOneByte(file, bytes, size) : Fail<ENOSPC, int>();
-         };
-       }},
-      {kDiskFull,
-       [](FileCalls& calls) {
-         calls.write = [](int, const void*, std::size_t) -> ssize_t { return 0; };
-       }},
-      {kDiskFull,
-       [](FileCalls& calls) {
-         calls.close = [](int file) {
-           close(file);
-           return Fail<EDQUOT, int>();
-         };
-       }},
-      {kAccessDenied, [](FileCalls& calls) { calls.fchmod = Fail<EPERM>; }},
-      {kDeviceError, [](FileCalls& calls) { calls.fsync = Fail<EIO>; }},
-      {kWriteProtected, [](FileCalls& calls) { calls.rename = Fail<EROFS>; }},
-  };
-  const TemporaryFolder folder;
-  folder.Write("f", "old");
-  for (const auto& row : rows) {
-    SCOPED_TRACE(&row - rows);
-    calls_until_failure = 3;
-    {
-      const FailingCalls failing(row.change);
-      EXPECT_EQ(ResultOfReplacing(folder.Name("f"), "new bytes"), row.code);
-    }
-    EXPECT_EQ(folder.Read("f"), "old");
-    EXPECT_EQ(folder.Entries().size(), 1U);
-  }
-}
-
-TEST(PosixFile, InterruptedAndShortWritesGoOn) {
-  const TemporaryFolder folder;
-  const FailingCalls failing([](FileCalls& calls) {
-    calls.write = [](int file, const void* bytes, std::size_t size) -> ssize_t {
-      static bool interrupt = false;
-      interrupt = !interrupt;
-      return interrupt ? Fail<EINTR, int>() : WriteOneByte(file, bytes, size);
-    };
-  });
-  ReplaceFileBytes(folder.Name("f"), "bytes");
-  EXPECT_EQ(folder.Read("f"), "bytes");
-}
-
-TEST(PosixFile, OwnerIsKeptOrTheReplacementRefused) {
+TEST(PosixFile, OwnerIsKept) {
   if (geteuid() != 0) GTEST_SKIP() << "only the superuser can give files away";
   const TemporaryFolder folder;
   folder.Write("f", "old");
@@ -166,11 +112,59 @@ TEST(PosixFile, OwnerIsKeptOrTheReplacementRefused) {
   ASSERT_EQ(stat(folder.Path("f").c_str(), &status), 0);
   EXPECT_EQ(status.st_uid, 12345U);
   EXPECT_EQ(status.st_gid, 23456U);
+}
 
-  const FailingCalls failing([](FileCalls& calls) { calls.fchown = Fail<EPERM>; });
-  EXPECT_EQ(ResultOfReplacing(folder.Name("f"), "newer"), kAccessDenied);
-  EXPECT_EQ(folder.Read("f"), "new");
+TEST(PosixFile, AttributesAreKeptAndOtherHardLinksLeadToTheOldFile) {
+  const TemporaryFolder folder;
+  folder.Write("f", "old");
+  const std::string path = folder.Path("f");
+  ASSERT_EQ(link(path.c_str(), folder.Path("other").c_str()), 0);
+  for (const std::string name : {"user.first", "user.second"}) {
+    if (setxattr(path.c_str(), name.c_str(), name.data(), name.size(), 0) != 0)
+      GTEST_SKIP() << "the file system has no attributes";
+  }
+  ReplaceFileBytes(folder.Name("f"), "new");
+  EXPECT_EQ(folder.Read("other"), "old");
+  std::array<char, 16> value;
+  EXPECT_EQ(getxattr(path.c_str(), "user.first", value.data(), value.size()), 10);
+  EXPECT_EQ(getxattr(path.c_str(), "user.second", value.data(), value.size()), 11);
+}
+
+// What looks like a temporary file and is none is left alone.
+TEST(PosixFile, OnlyAbandonedTemporaryFilesAreRemoved) {
+  const TemporaryFolder folder;
+  const std::string own = ".sabxml-" + std::to_string(getpid()) + "-";
+  for (int i = 0; i < 1100; ++i) folder.Write(own + std::to_string(i) + ".tmp", "stale");
+  folder.Write(".sabxml-1.xml", "no");
+  std::filesystem::create_symlink(".sabxml-1.xml", folder.Path(".sabxml-link.tmp"));
+  folder.Write(".sabxml-busy.tmp", "yes");
+  const FileLock busy(folder.Name(".sabxml-busy.tmp"));
+  ReplaceFileBytes(folder.Name("f"), "new");
+  EXPECT_EQ(folder.Entries().size(), 4U);
+}
+
+int waits = -1;  // counted in place of waiting, if not negative
+
+TEST(PosixFile, WhoCannotHaveTheLockChangesNothing) {
+  const TemporaryFolder folder;
+  folder.Write("t.xml", "<r/>");
+  const FileLock lock(folder.Name("t.xml"));
+  waits = 0;
+  std::string message;
+  EXPECT_EQ(ResultOf([&] { const FileLock second(folder.Name("t.xml")); }, &message),
+            static_cast<HRESULT>(0x80070021));
+  EXPECT_EQ(waits, 5000);
+  waits = -1;
+  EXPECT_NE(message.find("t.xml: another program"), std::string::npos) << message;
+  EXPECT_EQ(folder.Entries().size(), 1U);
 }
 
 }  // namespace
 }  // namespace sab
+
+// In place of the C library's.
+extern "C" int usleep(useconds_t microseconds) {
+  if (sab::waits >= 0) return ++sab::waits, 0;
+  const timespec time = {0, static_cast<long>(microseconds) * 1000};
+  return nanosleep(&time, nullptr);
+}

@@ -350,7 +350,11 @@ void Document::Save(TextView file) {
     return;
   }
   const bool is_changed = is_new_ || (editor_ && !editor_->IsEmpty());
-  if (is_changed || file != file_) SaveEdits(Editor(), file);
+  if (is_changed || file != file_) {
+    SaveEdits(Editor(), file);
+  } else {
+    CheckReplaceable(file);
+  }
 }
 
 }  // namespace sab::backend

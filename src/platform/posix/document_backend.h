@@ -77,6 +77,7 @@ class Document {
   bool Load(TextView file);
   void Create(std::string_view root_name);
   const LoadFailure& Failure() const { return failure_; }
+  TextView File() const { return file_; }
   Element Root() { return document_ ? Element(this, document_->Root()) : Element(); }
   Element Select(TextView path) { return Select(std::string_view(ToUtf8(path))); }
   Element Select(std::string_view path);

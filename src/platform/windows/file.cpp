@@ -3,82 +3,55 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cstdio>
+#include <cwchar>
+#include <string>
 #include <utility>
 
 #include "base/com_error.h"
 #include "platform/file_name.h"
+#include "system_file.h"
 
 namespace sab {
 namespace {
 
 constexpr int kMostNames = 1000;
+constexpr int kMostAttempts = 250;
+constexpr DWORD kWait = 2;
+constexpr wchar_t kTemporaryStart[] = L"sabxml-";
+constexpr wchar_t kTemporaryEnd[] = L".tmp";
 constexpr std::size_t kRoom = 16;
 constexpr DWORD kLargestStep = 1U << 26;
 
-std::string Words(DWORD error) {
-  std::array<wchar_t, 512> words;
-  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                error, 0, words.data(), static_cast<DWORD>(words.size()), nullptr);
-  while (length > 0 && (words[length - 1] <= L' ' || words[length - 1] == L'.')) --length;
-  if (length == 0) return "error " + std::to_string(error);
-  return ToUtf8(TextView(words.data(), length));
+Text FolderOf(const Text& path) { return path.substr(0, path.find_last_of(L"\\/:") + 1); }
+
+bool IsRunning(DWORD process) {
+  const HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, process);
+  if (!handle) return GetLastError() == ERROR_ACCESS_DENIED;
+  const bool is_running = WaitForSingleObject(handle, 0) == WAIT_TIMEOUT;
+  CloseHandle(handle);
+  return is_running;
 }
 
-Text PathOf(TextView name) {
-  const auto address = PathOfFileAddress(name);
-  if (!address) return Text(name);
-  Text path = FromUtf8(*address);
-  // "/C:/folder/file"
-  if (path.size() > 2 && path[0] == L'/' && path[2] == L':') path.erase(0, 1);
-  return path;
-}
-
-class OpenFile {
- public:
-  explicit OpenFile(HANDLE file) : file_(file) {}
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  ~OpenFile() { Close(); }
-
-  HANDLE Get() const { return file_; }
-  bool IsOpen() const { return file_ != INVALID_HANDLE_VALUE; }
-  bool Close() { return !IsOpen() || CloseHandle(std::exchange(file_, INVALID_HANDLE_VALUE)) != 0; }
-
- private:
-  HANDLE file_;
-};
-
-// ReplaceFileW of Wine takes no name without a folder. A path that has no full form stays.
-Text FullPathOf(const Text& path) {
-  const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-  Text full(size, L'\0');
-  const DWORD length = GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
-  if (length == 0 || length >= size) return path;
-  full.resize(length);
-  return full;
-}
-
-// Leads from a symbolic link or junction to the file that is meant; other paths stay as they are.
-void FollowLinks(Text& path, DWORD attributes) {
-  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return;
-  const OpenFile file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                  OPEN_EXISTING, 0, nullptr));
-  if (!file.IsOpen()) return;
-  const DWORD size = GetFinalPathNameByHandleW(file.Get(), nullptr, 0, FILE_NAME_NORMALIZED);
-  Text target(size, L'\0');
-  const DWORD length =
-      GetFinalPathNameByHandleW(file.Get(), target.data(), size, FILE_NAME_NORMALIZED);
-  if (length == 0 || length >= size) return;
-  target.resize(length);
-  path = std::move(target);
+// What a killed writer leaves: its process has ended. Removing it is a favour: no failure here is
+// the caller's. The file of a writer on another machine is open and cannot be removed.
+void RemoveAbandonedFiles(const Text& folder) {
+  WIN32_FIND_DATAW entry;
+  Text path = folder + kTemporaryStart + L'*' + kTemporaryEnd;
+  path.reserve(folder.size() + MAX_PATH);  // nothing raises where a handle is open
+  const HANDLE entries = FindFirstFileW(path.c_str(), &entry);
+  if (entries == INVALID_HANDLE_VALUE) return;
+  do {
+    const DWORD process = std::wcstoul(entry.cFileName + std::wcslen(kTemporaryStart), nullptr, 10);
+    path.replace(folder.size(), Text::npos, entry.cFileName);
+    if (process != 0 && !IsRunning(process)) DeleteFileW(path.c_str());
+  } while (FindNextFileW(entries, &entry));
+  FindClose(entries);
 }
 
 // A file that is being written beside the one it will replace; removed unless it took its place.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(const Text& target)
-      : path_(target.substr(0, target.find_last_of(L"\\/:") + 1)), file_(Create()) {}
+  explicit TemporaryFile(const Text& target) : path_(FolderOf(target)), file_(Create()) {}
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile() {
@@ -102,25 +75,34 @@ class TemporaryFile {
   }
 
   DWORD TakePlaceOf(const Text& target, bool exists) {
-    // ReplaceFileW keeps attributes, access list and creation time of the old file.
-    const BOOL done = exists ? ReplaceFileW(target.c_str(), path_.c_str(), nullptr,
-                                            REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)
-                             : MoveFileExW(path_.c_str(), target.c_str(),
-                                           MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-    if (!done) return GetLastError();
+    for (int attempt = 0;; ++attempt) {
+      // ReplaceFileW keeps attributes, access list and creation time of the old file.
+      const BOOL done = exists ? ReplaceFileW(target.c_str(), path_.c_str(), nullptr,
+                                              REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)
+                               : MoveFileExW(path_.c_str(), target.c_str(),
+                                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+      if (done) break;
+      const DWORD error = GetLastError();
+      // The old file has gone then, and the new one must take its name.
+      const bool is_half_done = error == ERROR_UNABLE_TO_MOVE_REPLACEMENT;
+      // Whoever reads the old file will soon be ready.
+      const bool is_open =
+          error == ERROR_SHARING_VIOLATION || error == ERROR_UNABLE_TO_REMOVE_REPLACED;
+      if (attempt == kMostAttempts || (!is_half_done && !is_open)) return error;
+      if (is_half_done) exists = false;
+      Sleep(kWait);
+    }
     path_.clear();
     return 0;
   }
 
  private:
   HANDLE Create() {
-    static std::atomic<unsigned> counter = 0;
+    static std::atomic<DWORD> counter = GetTickCount();
     const Text folder = path_;
     for (int attempt = 0; attempt < kMostNames; ++attempt) {
-      std::array<wchar_t, 64> name;
-      std::swprintf(name.data(), name.size(), L"sabxml-%lu-%u.tmp", GetCurrentProcessId(),
-                    counter++);
-      path_ = folder + name.data();
+      path_ = folder + kTemporaryStart + std::to_wstring(GetCurrentProcessId()) + L'-' +
+              std::to_wstring(counter++) + kTemporaryEnd;
       const HANDLE file = CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                       FILE_ATTRIBUTE_NORMAL, nullptr);
       if (file != INVALID_HANDLE_VALUE) return file;
@@ -136,24 +118,91 @@ class TemporaryFile {
   OpenFile file_;
 };
 
-DWORD Replace(Text path, std::string_view bytes) {
-  const DWORD attributes = GetFileAttributesW(path.c_str());
-  const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
-  if (exists) {
-    if (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY))
-      return ERROR_ACCESS_DENIED;
-    FollowLinks(path, attributes);
-  } else if (GetLastError() != ERROR_FILE_NOT_FOUND) {
-    return GetLastError();
-  }
-  path = FullPathOf(path);
-  TemporaryFile file(path);
+// The file that is to be replaced.
+struct Target {
+  Text path;
+  bool exists = false;
+};
+
+DWORD Find(Target& target) {
+  const DWORD attributes = GetFileAttributesW(target.path.c_str());
+  target.exists = attributes != INVALID_FILE_ATTRIBUTES;
+  if (!target.exists && GetLastError() != ERROR_FILE_NOT_FOUND) return GetLastError();
+  if (target.exists && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
+    return ERROR_ACCESS_DENIED;
+  target.path = FinalPathOf(std::move(target.path));
+  return 0;
+}
+
+DWORD CheckAccess(const Target& target) {
+  if (!target.exists) return 0;
+  const OpenFile file(CreateFileW(target.path.c_str(), GENERIC_WRITE,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr));
+  return file.IsOpen() ? 0 : GetLastError();
+}
+
+DWORD Replace(const Target& target, std::string_view bytes) {
+  RemoveAbandonedFiles(FolderOf(target.path));
+  TemporaryFile file(target.path);
   if (const DWORD error = file.CreationError()) return error;
   if (const DWORD error = file.WriteAndFlush(bytes)) return error;
-  return file.TakePlaceOf(path, exists);
+  return file.TakePlaceOf(target.path, target.exists);
+}
+
+// Finds a file and does something to it; raises ComError where either fails.
+template <class Action>
+void Change(TextView name, const Action& action) {
+  const std::string shown = "cannot write " + ToUtf8(name) + ": ";
+  if (const char* const against = ReasonAgainstName(name))
+    throw ComError(E_INVALIDARG, shown + against);
+  Target target{PathOf(name)};
+  DWORD error = Find(target);
+  if (error == 0) error = action(target);
+  if (error != 0) throw ComError(HRESULT_FROM_WIN32(error), shown + Words(error));
 }
 
 }  // namespace
+
+std::string Words(DWORD error) {
+  std::array<wchar_t, 512> words;
+  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                error, 0, words.data(), static_cast<DWORD>(words.size()), nullptr);
+  while (length > 0 && (words[length - 1] <= L' ' || words[length - 1] == L'.')) --length;
+  if (length == 0) return "error " + std::to_string(error);
+  return ToUtf8(TextView(words.data(), length));
+}
+
+Text PathOf(TextView name) {
+  const auto address = PathOfFileAddress(name);
+  if (!address) return Text(name);
+  Text path = FromUtf8(*address);
+  // "/C:/folder/file"
+  if (path.size() > 2 && path[0] == L'/' && path[2] == L':') path.erase(0, 1);
+  return path;
+}
+
+Text FinalPathOf(Text path) {
+  const OpenFile file(CreateFileW(path.c_str(), 0,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr));
+  if (file.IsOpen()) {
+    const DWORD size = GetFinalPathNameByHandleW(file.Get(), nullptr, 0, FILE_NAME_NORMALIZED);
+    Text target(size, L'\0');
+    const DWORD length =
+        GetFinalPathNameByHandleW(file.Get(), target.data(), size, FILE_NAME_NORMALIZED);
+    if (length != 0 && length < size) {
+      target.resize(length);
+      return target;
+    }
+  }
+  const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  Text full(size, L'\0');
+  const DWORD length = GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
+  if (length == 0 || length >= size) return path;
+  full.resize(length);
+  return full;
+}
 
 std::optional<std::string> ReadFileBytes(TextView name, std::string& reason) {
   const auto refuse = [&reason](std::string why) -> std::optional<std::string> {
@@ -192,12 +241,10 @@ bool FileExists(TextView name) {
          GetFileAttributesW(PathOf(name).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+void CheckReplaceable(TextView name) { Change(name, CheckAccess); }
+
 void ReplaceFileBytes(TextView name, std::string_view bytes) {
-  const std::string shown = "cannot write " + ToUtf8(name) + ": ";
-  if (const char* const against = ReasonAgainstName(name))
-    throw ComError(E_INVALIDARG, shown + against);
-  if (const DWORD error = Replace(PathOf(name), bytes))
-    throw ComError(HRESULT_FROM_WIN32(error), shown + Words(error));
+  Change(name, [bytes](const Target& target) { return Replace(target, bytes); });
 }
 
 }  // namespace sab
