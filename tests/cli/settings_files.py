@@ -2,6 +2,7 @@
 
 import os
 import unittest
+from concurrent.futures import ThreadPoolExecutor
 
 from program import ON_WINDOWS, native_only, run, scratch
 
@@ -166,6 +167,17 @@ class SettingsFiles(unittest.TestCase):
                 # Who may read the file may read the backup.
                 self.assertEqual(self.file.stat().st_mode, self.backup.stat().st_mode)
                 self.assertTrue(ON_WINDOWS or self.backup.stat().st_mode & 0o777 == 0o640)
+
+    def test_commands_at_once_lose_no_key(self):
+        self.write((HEAD + TAIL).encode())
+        keys = [f"Key{i}" for i in range(12)]
+        with ThreadPoolExecutor(len(keys)) as writers:
+            results = list(writers.map(
+                lambda key: self.change("set", "VeProductCfgParser", key + "=1"), keys))
+        self.assertEqual([0] * len(keys), [result for result, *_ in results], results)
+        written = self.file.read_bytes().decode()
+        self.assertEqual([], [key for key in keys if f"<{key}>1</{key}>" not in written])
+        self.assertEqual([self.file], list(self.file.parent.glob("*settings.xml*")))
 
     @native_only
     def test_a_file_that_cannot_be_written_stays(self):
