@@ -9,11 +9,11 @@
 
 #include "base/com_ptr.h"
 #include "base/counted.h"
+#include "base/module_lock.h"
 #include "coclasses.h"
 #include "common/dispatch.h"
 #include "common/error_edge.h"
 #include "common/fields.h"
-#include "common/module_lock.h"
 #include "common/provide_class_info.h"
 #include "common/release_queue.h"
 #include "common/support_error_info.h"

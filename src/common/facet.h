@@ -7,7 +7,7 @@
 
 #include "base/com_ptr.h"
 #include "base/counted.h"
-#include "common/module_lock.h"
+#include "base/module_lock.h"
 
 namespace sab {
 

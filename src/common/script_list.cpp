@@ -7,8 +7,8 @@
 
 #include "base/com_ptr.h"
 #include "base/counted.h"
+#include "base/module_lock.h"
 #include "base/text.h"
-#include "common/module_lock.h"
 
 namespace sab {
 namespace {

@@ -1,5 +1,5 @@
+#include "base/module_lock.h"
 #include "base/text.h"
-#include "common/module_lock.h"
 #include "server/module.h"
 #include "server/registration.h"
 

@@ -2,7 +2,7 @@
 
 #include <sabxml/com.h>
 
-#include "common/module_lock.h"
+#include "base/module_lock.h"
 #include "server/class_entry.h"
 
 namespace sab {
