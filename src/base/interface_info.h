@@ -16,7 +16,6 @@ struct InterfaceInfo;
 struct EnumerationValue {
   const OLECHAR* name;
   LONG value;
-  const char* help;
 };
 
 struct EnumerationInfo {

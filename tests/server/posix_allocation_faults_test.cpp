@@ -194,5 +194,20 @@ TEST(AllocationFaults, TheNameOfTheStandardIsToldOrThereIsNoMemory) {
   EXPECT_EQ(E_OUTOFMEMORY, symbol->GetAttachStdName(name.Put()));
 }
 
+TEST(AllocationFaults, NoNameIsLeftWhereItsHelpCannotBeCopied) {
+  ComPtr<ITypeInfo> info;
+  ASSERT_EQ(S_OK, Created<IDispatch>(CLSID_VeAppParser)->GetTypeInfo(0, 0, info.Put()));
+  long successes = -1;
+  HRESULT result = S_OK;
+  do {
+    Bstr texts[2];
+    const AllocationFaults faults(++successes);
+    result = info->GetDocumentation(MEMBERID_NIL, texts[0].Put(), texts[1].Put(), nullptr, nullptr);
+    EXPECT_EQ(FAILED(result), texts[0].IsNull() && texts[1].IsNull()) << successes;
+  } while (result == E_OUTOFMEMORY);
+  EXPECT_EQ(S_OK, result);
+  EXPECT_LE(2, successes);
+}
+
 }  // namespace
 }  // namespace sab::testing

@@ -41,6 +41,23 @@ TEST(UserRegistration, ClassesOfTheUserAreFoundAndTheMachineIsLeftAlone) {
   EXPECT_EQ(S_OK, CreateByProgId());
 }
 
+// Of the system's type library on Windows, and not of this library then.
+TEST(TypeInformation, KeepsTheLibraryLoaded) {
+  ComPtr<ITypeInfo> info;
+  ComPtr<ITypeLib> library;
+  ComPtr<ITypeComp> comp;
+  ASSERT_EQ(S_OK, Created<IDispatch>(CLSID_VeAppParser)->GetTypeInfo(0, 0, info.Put()));
+  EXPECT_EQ(S_FALSE, Server().CanUnloadNow());
+  ASSERT_EQ(S_OK, info->GetContainingTypeLib(library.Put(), nullptr));
+  info.Reset();
+  EXPECT_EQ(S_FALSE, Server().CanUnloadNow());
+  ASSERT_EQ(S_OK, library->GetTypeComp(comp.Put()));
+  library.Reset();
+  EXPECT_EQ(S_FALSE, Server().CanUnloadNow());
+  comp.Reset();
+  EXPECT_EQ(S_OK, Server().CanUnloadNow());
+}
+
 // Three classes, of which the second cannot be registered.
 TEST(Registration, StopsAtTheFirstFailureAndRestoresTheLocale) {
   ClassEntry rows[] = {ClassTable()[0], ClassTable()[1], ClassTable()[2]};

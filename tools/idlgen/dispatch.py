@@ -49,7 +49,7 @@ def write_enumeration(enumeration):
     name = enumeration.name
     out = [f"constexpr EnumerationValue k{name}Values[] = {{"]
     for value in enumeration.values:
-        out.append(f"    {{OLESTR(\"{value.name}\"), {value.value}, {cpp.string_text(value.help)}}},")
+        out.append(f"    {{OLESTR(\"{value.name}\"), {value.value}}},")
     out.append("};")
     out.append(f"constexpr GUID k{name}Guid = {cpp.guid_text(enumeration.guid)};")
     out.append(f"const EnumerationInfo k{name} = {{OLESTR(\"{name}\"), &k{name}Guid, "

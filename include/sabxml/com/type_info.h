@@ -54,6 +54,10 @@ inline constexpr WORD TYPEFLAG_FNONEXTENSIBLE = 0x80;
 inline constexpr WORD TYPEFLAG_FOLEAUTOMATION = 0x100;
 inline constexpr WORD TYPEFLAG_FDISPATCHABLE = 0x1000;
 
+inline constexpr WORD FUNCFLAG_FRESTRICTED = 0x1;
+
+inline constexpr WORD LIBFLAG_FHASDISKIMAGE = 0x8;
+
 inline constexpr INT IMPLTYPEFLAG_FDEFAULT = 0x1;
 inline constexpr INT IMPLTYPEFLAG_FSOURCE = 0x2;
 

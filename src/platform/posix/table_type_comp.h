@@ -2,25 +2,27 @@
 
 #include <optional>
 
-#include "type_info.h"
+#include "base/counted.h"
+#include "base/module_lock.h"
 
 namespace sab {
 
 /// Binds names to members as a compiler does: those of one type, or of the whole library.
-class TableTypeComp final : public Counted<ITypeComp> {
+class TableTypeComp final : public Counted<ITypeComp>, private LiveObject {
  public:
   /// @param type its number in the library; none for the library
   explicit TableTypeComp(std::optional<UINT> type) : type_(type) {}
 
-  HRESULT QueryInterface(REFIID riid, void** object) override {
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
     return AnswerFor(IID_ITypeComp, riid, object);
   }
 
   /// An unknown name is S_OK and DESCKIND_NONE. @return TYPE_E_TYPEMISMATCH for a member that
   /// cannot be used as the flags want it
-  HRESULT Bind(LPOLESTR name, ULONG hash, WORD flags, ITypeInfo** info, DESCKIND* kind,
-               BINDPTR* bound) override;
-  HRESULT BindType(LPOLESTR name, ULONG hash, ITypeInfo** info, ITypeComp** comp) override;
+  HRESULT STDMETHODCALLTYPE Bind(LPOLESTR name, ULONG hash, WORD flags, ITypeInfo** info,
+                                 DESCKIND* kind, BINDPTR* bound) override;
+  HRESULT STDMETHODCALLTYPE BindType(LPOLESTR name, ULONG hash, ITypeInfo** info,
+                                     ITypeComp** comp) override;
 
  private:
   std::optional<UINT> type_;

@@ -1,6 +1,10 @@
-#include "type_comp.h"
+#include "table_type_comp.h"
 
 #include <new>
+
+#include "function_description.h"
+#include "table_type_info.h"
+#include "table_type_lib.h"
 
 namespace sab {
 namespace {
