@@ -4,7 +4,8 @@
 
 namespace sab::testing {
 
-HostDouble::HostDouble(HostBehaviour behaviour) : library_(LoadLibraryBesideTests("VeKit")) {
+HostDouble::HostDouble(HostBehaviour behaviour)
+    : library_(LoadLibraryBesideTests(SAB_HOST_LIBRARY)) {
   using SetBehaviour = void (*)(HostBehaviour);
   FunctionIn<SetBehaviour>(library_, "HostDoubleSetBehaviour")(behaviour);
 }

@@ -4,6 +4,9 @@
 #include <link.h>
 
 #include <atomic>
+#include <new>
+#include <string>
+#include <string_view>
 
 namespace sab {
 namespace {
@@ -26,6 +29,29 @@ LoadCount CountLoads() {
   return count;
 }
 
+// A library that the process has under a file name, whatever its folder. One without a name of its
+// own (SONAME) is known to the system by the path alone with which it was loaded.
+void* OpenByFileName(std::string_view wanted) {
+  struct Search {
+    std::string_view wanted;
+    std::string path;
+  } search{wanted, {}};
+  // Opening it waits until the walk is over, which holds a lock of the loader.
+  dl_iterate_phdr(
+      [](dl_phdr_info* library, std::size_t, void* result) {
+        auto& found = *static_cast<Search*>(result);
+        const std::string_view path = library->dlpi_name;
+        if (path.substr(path.rfind('/') + 1) != found.wanted) return 0;
+        try {
+          found.path = path;
+        } catch (const std::bad_alloc&) {
+        }
+        return 1;
+      },
+      &search);
+  return search.path.empty() ? nullptr : dlopen(search.path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+}
+
 // A name of the support library. Whether a name is in the process the system answers by opening
 // every file that it could mean. Most processes never have it, and each new object asks; so what
 // was missing is looked for again only when a library has been loaded since.
@@ -37,7 +63,8 @@ class LibraryName {
   void* Open() {
     const LoadCount loads = CountLoads();
     if (missing_at_.load(std::memory_order_relaxed) == loads) return nullptr;
-    void* const library = dlopen(name_, RTLD_LAZY | RTLD_NOLOAD);
+    void* library = OpenByFileName(name_);
+    if (!library) library = dlopen(name_, RTLD_LAZY | RTLD_NOLOAD);
     if (!library) missing_at_.store(loads, std::memory_order_relaxed);
     return library;
   }
