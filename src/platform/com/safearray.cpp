@@ -5,12 +5,14 @@
 #include <limits>
 #include <new>
 #include <utility>
+#include <vector>
 
 namespace {
 
-// An array's memory: its type, which the descriptor has no member for, and then the descriptor.
+// An array's memory: what the descriptor has no member for, and then the descriptor.
 struct Block {
   ULONGLONG type;
+  SAFEARRAY* next;  // of those that are being destroyed
   SAFEARRAY array;
 };
 
@@ -74,11 +76,20 @@ char* ElementAt(SAFEARRAY* array, ULONG index) {
   return static_cast<char*>(array->pvData) + std::size_t{index} * array->cbElements;
 }
 
+// The array that an element is or null; such an element owns what may be nested to any depth.
+SAFEARRAY* NestedArray(VARTYPE type, const void* element) {
+  if (type != VT_VARIANT) return nullptr;
+  const auto& variant = *static_cast<const VARIANT*>(element);
+  return (variant.vt & (VT_ARRAY | VT_BYREF)) == VT_ARRAY ? variant.parray : nullptr;
+}
+
+// The place is empty before what it held is released, which may run code of anybody.
 void FreeElement(VARTYPE type, void* element) {
   if (type == VT_BSTR) {
-    SysFreeString(*static_cast<BSTR*>(element));
+    SysFreeString(std::exchange(*static_cast<BSTR*>(element), nullptr));
   } else if (type == VT_UNKNOWN || type == VT_DISPATCH) {
-    if (IUnknown* const object = *static_cast<IUnknown**>(element)) object->Release();
+    IUnknown* const object = std::exchange(*static_cast<IUnknown**>(element), nullptr);
+    if (object) object->Release();
   } else if (type == VT_VARIANT) {
     VariantClear(static_cast<VARIANT*>(element));
   }
@@ -108,14 +119,43 @@ HRESULT CopyElement(VARTYPE type, ULONG size, const void* from, void* to) {
   return S_OK;
 }
 
-void FreeElements(SAFEARRAY* array, ULONG from) {
+// Frees elements and adds the arrays among them to those that are being destroyed. One that is
+// locked remains with who locked it.
+void FreeElements(SAFEARRAY* array, ULONG from, SAFEARRAY*& dying) {
+  const VARTYPE type = TypeOf(array);
   for (ULONG i = from; i < array->rgsabound[0].cElements; ++i) {
-    FreeElement(TypeOf(array), ElementAt(array, i));
+    void* const element = ElementAt(array, i);
+    SAFEARRAY* const nested = NestedArray(type, element);
+    if (!nested) {
+      FreeElement(type, element);
+      continue;
+    }
+    VariantInit(static_cast<VARIANT*>(element));
+    if (nested->cLocks > 0) continue;
+    BlockOf(nested)->next = std::exchange(dying, nested);
   }
 }
 
+// Without recursion: arrays of arrays may be nested deeper than the stack is.
+void Destroy(SAFEARRAY* dying) {
+  while (SAFEARRAY* const array = dying) {
+    dying = BlockOf(array)->next;
+    if (array->pvData) {
+      FreeElements(array, 0, dying);
+      std::free(array->pvData);
+    }
+    std::free(BlockOf(array));
+  }
+}
+
+// Whether every index is a LONG.
+bool AreValid(LONG lower_bound, ULONG count) {
+  const LONGLONG upper_bound = LONGLONG{lower_bound} + count - 1;
+  return std::in_range<LONG>(upper_bound);
+}
+
 HRESULT Locate(SAFEARRAY* array, const LONG* indices, void** element) {
-  if (!array || !indices || !element) return E_INVALIDARG;
+  if (!array || !indices || !element || !array->pvData) return E_INVALIDARG;
   const LONGLONG index = LONGLONG{indices[0]} - array->rgsabound[0].lLbound;
   if (index < 0 || index >= array->rgsabound[0].cElements) return DISP_E_BADINDEX;
   *element = ElementAt(array, static_cast<ULONG>(index));
@@ -131,7 +171,10 @@ SAFEARRAY* SafeArrayCreate(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds
 
 SAFEARRAY* SafeArrayCreateVector(VARTYPE type, LONG lower_bound, ULONG count) {
   const ULONG size = SizeOf(type);
-  if (size == 0 || count > std::numeric_limits<ULONG>::max() / size) return nullptr;
+  if (size == 0 || count > std::numeric_limits<ULONG>::max() / size ||
+      !AreValid(lower_bound, count)) {
+    return nullptr;
+  }
   auto* const block = static_cast<Block*>(std::calloc(1, sizeof(Block)));
   // An empty array has data too, so that locking it gives an address.
   void* const data = std::calloc(count ? count : 1, size);
@@ -153,41 +196,73 @@ HRESULT SafeArrayDestroyData(SAFEARRAY* array) {
   if (!array) return E_INVALIDARG;
   if (array->cLocks > 0) return DISP_E_ARRAYISLOCKED;
   if (array->pvData) {
-    FreeElements(array, 0);
+    SAFEARRAY* nested = nullptr;
+    FreeElements(array, 0, nested);
     std::free(std::exchange(array->pvData, nullptr));
+    Destroy(nested);
   }
   return S_OK;
 }
 
 HRESULT SafeArrayDestroy(SAFEARRAY* array) {
   if (!array) return S_OK;
-  const HRESULT result = SafeArrayDestroyData(array);
-  if (SUCCEEDED(result)) std::free(BlockOf(array));
-  return result;
+  if (array->cLocks > 0) return DISP_E_ARRAYISLOCKED;
+  BlockOf(array)->next = nullptr;
+  Destroy(array);
+  return S_OK;
 }
 
-HRESULT SafeArrayCopy(SAFEARRAY* source, SAFEARRAY** copy) {
+HRESULT SafeArrayCopy(SAFEARRAY* source, SAFEARRAY** copy) try {
   if (!copy) return E_INVALIDARG;
   *copy = nullptr;
   if (!source) return S_OK;
-  const SAFEARRAYBOUND& bound = source->rgsabound[0];
-  SAFEARRAY* const made = SafeArrayCreateVector(TypeOf(source), bound.lLbound, bound.cElements);
-  if (!made) return E_OUTOFMEMORY;
-  for (ULONG i = 0; i < bound.cElements; ++i) {
-    const HRESULT result =
-        CopyElement(TypeOf(source), source->cbElements, ElementAt(source, i), ElementAt(made, i));
-    if (FAILED(result)) {
-      SafeArrayDestroy(made);
-      return result;
+  // Arrays that are still to be copied, and where each copy goes. Without recursion, as above.
+  struct Task {
+    SAFEARRAY* source;
+    SAFEARRAY** place;
+  };
+  SAFEARRAY* root = nullptr;
+  std::vector<Task> tasks{{source, &root}};
+  HRESULT result = S_OK;
+  try {
+    while (!tasks.empty() && SUCCEEDED(result)) {
+      const Task task = tasks.back();
+      tasks.pop_back();
+      const VARTYPE type = TypeOf(task.source);
+      const SAFEARRAYBOUND bound = task.source->rgsabound[0];
+      SAFEARRAY* const made = SafeArrayCreateVector(type, bound.lLbound, bound.cElements);
+      if (!made) result = E_OUTOFMEMORY;
+      *task.place = made;
+      if (!task.source->pvData) continue;
+      for (ULONG i = 0; i < bound.cElements && SUCCEEDED(result); ++i) {
+        const void* const from = ElementAt(task.source, i);
+        void* const to = ElementAt(made, i);
+        if (SAFEARRAY* const nested = NestedArray(type, from)) {
+          auto& variant = *static_cast<VARIANT*>(to);
+          variant.vt = static_cast<const VARIANT*>(from)->vt;
+          tasks.push_back({nested, &variant.parray});
+        } else {
+          result = CopyElement(type, task.source->cbElements, from, to);
+        }
+      }
     }
+  } catch (const std::bad_alloc&) {
+    result = E_OUTOFMEMORY;
   }
-  *copy = made;
+  if (FAILED(result)) {
+    SafeArrayDestroy(root);
+    return result;
+  }
+  *copy = root;
   return S_OK;
+} catch (const std::bad_alloc&) {
+  return E_OUTOFMEMORY;
 }
 
 HRESULT SafeArrayRedim(SAFEARRAY* array, SAFEARRAYBOUND* bound) {
   if (!array || !bound) return E_INVALIDARG;
   if (array->cLocks > 0) return DISP_E_ARRAYISLOCKED;
+  if (!array->pvData || !AreValid(bound->lLbound, bound->cElements)) return E_INVALIDARG;
   const ULONG had = array->rgsabound[0].cElements;
   const ULONG wanted = bound->cElements;
   if (wanted > std::numeric_limits<ULONG>::max() / array->cbElements) return E_OUTOFMEMORY;
@@ -198,7 +273,9 @@ HRESULT SafeArrayRedim(SAFEARRAY* array, SAFEARRAYBOUND* bound) {
     std::memset(static_cast<char*>(data) + had * size, 0, (wanted - had) * size);
     array->pvData = data;
   } else {
-    FreeElements(array, wanted);
+    SAFEARRAY* nested = nullptr;
+    FreeElements(array, wanted, nested);
+    Destroy(nested);
     if (void* const data = std::realloc(array->pvData, (wanted ? wanted : 1) * size)) {
       array->pvData = data;
     }

@@ -80,17 +80,17 @@ void VariantInit(VARIANTARG* variant) { std::memset(variant, 0, sizeof *variant)
 HRESULT VariantClear(VARIANTARG* variant) {
   if (!variant) return E_INVALIDARG;
   if (!IsValidType(variant->vt)) return DISP_E_BADVARTYPE;
-  if ((variant->vt & VT_BYREF) == 0) {
-    if ((variant->vt & VT_ARRAY) != 0) {
-      const HRESULT result = SafeArrayDestroy(variant->parray);
-      if (FAILED(result)) return result;
-    } else if (variant->vt == VT_BSTR) {
-      SysFreeString(variant->bstrVal);
-    } else if (variant->vt == VT_DISPATCH || variant->vt == VT_UNKNOWN) {
-      if (variant->punkVal) variant->punkVal->Release();
-    }
-  }
+  // It is empty before what it held is released, which may run code of anybody.
+  const VARIANTARG held = *variant;
   VariantInit(variant);
+  if ((held.vt & VT_BYREF) != 0) return S_OK;
+  if ((held.vt & VT_ARRAY) != 0) {
+    const HRESULT result = SafeArrayDestroy(held.parray);
+    if (FAILED(result)) *variant = held;
+    return result;
+  }
+  if (held.vt == VT_BSTR) SysFreeString(held.bstrVal);
+  if ((held.vt == VT_DISPATCH || held.vt == VT_UNKNOWN) && held.punkVal) held.punkVal->Release();
   return S_OK;
 }
 

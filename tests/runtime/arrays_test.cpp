@@ -1,0 +1,45 @@
+// Arrays as only this runtime promises them.
+
+#include <gtest/gtest.h>
+#include <sabxml/com.h>
+
+#include <limits>
+
+namespace sab::testing {
+namespace {
+
+TEST(Arrays, BoundsThatNoIndexReachesAreRefused) {
+  constexpr LONG kLeast = std::numeric_limits<LONG>::min();
+  constexpr LONG kMost = std::numeric_limits<LONG>::max();
+  const struct {
+    SAFEARRAYBOUND bound;
+    bool is_valid;
+  } rows[] = {{{1, kMost}, true},   {{2, kMost}, false},          {{0, kLeast + 1}, true},
+              {{0, kLeast}, false}, {{0xFFFFFFFF, kMost}, false}, {{3, kLeast}, true}};
+  for (const auto& row : rows) {
+    SAFEARRAYBOUND bound = row.bound;
+    SAFEARRAY* const array = SafeArrayCreate(VT_UI1, 1, &bound);
+    EXPECT_EQ(row.is_valid, array != nullptr) << bound.cElements << ' ' << bound.lLbound;
+    SafeArrayDestroy(array);
+  }
+}
+
+TEST(Arrays, MayBeNestedDeeperThanTheStackIs) {
+  VARIANT outer{};
+  VARIANT copy{};
+  for (int depth = 0; depth < 200000; ++depth) {
+    SAFEARRAY* const array = SafeArrayCreateVector(VT_VARIANT, 0, 2);
+    ASSERT_NE(nullptr, array);
+    static_cast<VARIANT*>(array->pvData)[depth % 2] = outer;
+    outer.vt = VT_ARRAY | VT_VARIANT;
+    outer.parray = array;
+  }
+  EXPECT_EQ(S_OK, VariantCopy(&copy, &outer));
+  EXPECT_EQ(S_OK, VariantClear(&outer));
+  EXPECT_EQ(DISP_E_TYPEMISMATCH, VariantChangeType(&outer, &copy, 0, VT_BSTR));
+  EXPECT_EQ(S_OK, SafeArrayDestroyData(copy.parray));
+  EXPECT_EQ(S_OK, VariantClear(&copy));
+}
+
+}  // namespace
+}  // namespace sab::testing
