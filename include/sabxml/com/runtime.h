@@ -25,7 +25,7 @@ inline constexpr LCID LANG_SYSTEM_DEFAULT = 0x0800;
 
 extern "C" {
 /// Enters the runtime on this thread; S_FALSE when it was entered before. Each success is undone by
-/// one CoUninitialize.
+/// one CoUninitialize, the last of which releases the thread's error object.
 HRESULT CoInitialize(LPVOID reserved);
 HRESULT CoInitializeEx(LPVOID reserved, DWORD mode);
 void CoUninitialize();
@@ -56,7 +56,8 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID reserved, REFIID 
                          LPVOID* object);
 HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID riid,
                          LPVOID* object);
-/// Unloads every library that says it is not in use.
+/// Unloads every library that says it is not in use, provided that no other thread is inside the
+/// runtime; such a thread may still be leaving the library's code.
 void CoFreeUnusedLibraries();
 
 /// What an in-process server exports for CoGetClassObject and CoFreeUnusedLibraries. A program that

@@ -2,8 +2,8 @@
 
 #include <dlfcn.h>
 
+#include <list>
 #include <mutex>
-#include <vector>
 
 #include "platform/com/errors.h"
 #include "platform/com/utf.h"
@@ -13,27 +13,38 @@ namespace {
 
 struct Module {
   std::u16string path;
-  void* library;
-  HRESULT(STDAPICALLTYPE* get_class_object)(REFCLSID, REFIID, void**);
-  HRESULT(STDAPICALLTYPE* can_unload_now)();
+  void* library = nullptr;
+  HRESULT(STDAPICALLTYPE* get_class_object)(REFCLSID, REFIID, void**) = nullptr;
+  HRESULT(STDAPICALLTYPE* can_unload_now)() = nullptr;
 };
 
-std::mutex modules_lock;
+std::mutex modules_lock;  // no code of a library runs under it
 
-std::vector<Module>& Modules() {
-  static auto* const modules = new std::vector<Module>;  // never destroyed: objects may live longer
+std::list<Module>& Modules() {
+  static auto* const modules = new std::list<Module>;  // never destroyed: objects may live longer
   return *modules;
 }
 
-// Libraries are loaded under the lock, so that none is loaded twice or unloaded while it answers.
-HRESULT Load(const std::u16string& path, Module& module) {
+const Module* Find(const std::u16string& path) {
   for (const Module& known : Modules()) {
-    if (known.path == path) {
-      module = known;
+    if (known.path == path) return &known;
+  }
+  return nullptr;
+}
+
+// A module remains while the calling thread is inside the runtime.
+HRESULT Load(const std::u16string& path, Module& module) {
+  {
+    const std::lock_guard guard(modules_lock);
+    if (const Module* const known = Find(path)) {
+      module = *known;
       return S_OK;
     }
   }
-  module = {path, dlopen(ToUtf8(path).c_str(), RTLD_NOW | RTLD_LOCAL), nullptr, nullptr};
+  std::list<Module> loaded{{path}};
+  module = loaded.front();
+  // Libraries are counted, so two threads may load the same one.
+  module.library = dlopen(ToUtf8(path).c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!module.library) {
     Explain(dlerror());
     return CO_E_DLLNOTFOUND;
@@ -43,33 +54,50 @@ HRESULT Load(const std::u16string& path, Module& module) {
   module.can_unload_now =
       reinterpret_cast<decltype(module.can_unload_now)>(dlsym(module.library, "DllCanUnloadNow"));
   if (!module.get_class_object) {
-    Explain(ToUtf8(path) + " is no component server: it does not export DllGetClassObject.");
     dlclose(module.library);
+    Explain(ToUtf8(path) + " is no component server: it does not export DllGetClassObject.");
     return CO_E_ERRORINDLL;
   }
-  Modules().push_back(module);
+  bool is_known = false;
+  {
+    const std::lock_guard guard(modules_lock);
+    is_known = Find(path) != nullptr;
+    if (!is_known) {
+      loaded.front().library = module.library;
+      loaded.front().get_class_object = module.get_class_object;
+      loaded.front().can_unload_now = module.can_unload_now;
+      Modules().splice(Modules().end(), loaded);
+    }
+  }
+  if (is_known) dlclose(module.library);
   return S_OK;
 }
 
 }  // namespace
 
 HRESULT GetClassObject(const std::u16string& path, REFCLSID clsid, REFIID riid, void** object) {
-  Module module{};
-  {
-    const std::lock_guard guard(modules_lock);
-    const HRESULT result = Load(path, module);
-    if (FAILED(result)) return result;
-  }
-  return module.get_class_object(clsid, riid, object);
+  Module module;
+  const HRESULT result = Load(path, module);
+  return FAILED(result) ? result : module.get_class_object(clsid, riid, object);
 }
 
 void FreeUnusedModules() noexcept {
-  const std::lock_guard guard(modules_lock);
-  std::erase_if(Modules(), [](const Module& module) {
-    if (!module.can_unload_now || module.can_unload_now() != S_OK) return false;
-    dlclose(module.library);
-    return true;
-  });
+  std::list<Module> unused;
+  {
+    // Even a thread that has released its last object may still be on its way out of the library.
+    const QuietPoint quiet;
+    static bool is_asking = false;
+    if (!quiet || is_asking) return;
+    is_asking = true;
+    for (auto module = Modules().begin(); module != Modules().end();) {
+      const auto current = module++;
+      if (!current->can_unload_now || current->can_unload_now() != S_OK) continue;
+      const std::lock_guard guard(modules_lock);
+      unused.splice(unused.end(), Modules(), current);
+    }
+    is_asking = false;
+  }
+  for (const Module& module : unused) dlclose(module.library);
 }
 
 }  // namespace sabcom

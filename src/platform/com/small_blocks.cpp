@@ -109,17 +109,18 @@ void LeaveHeap(void* heap) {
   left->next = std::exchange(heaps_without_thread, left);
 }
 
-// Says when a thread ends.
-pthread_key_t ThreadEnd() {
-  static const pthread_key_t key = [] {
-    pthread_key_t created{};
-    pthread_key_create(&created, LeaveHeap);
-    return created;
-  }();
-  return key;
+// Tells when a thread ends. Made with the first heap; null while the process has no key left.
+const pthread_key_t* ThreadEnd() {
+  static pthread_key_t key{};
+  static bool is_made = false;
+  const std::lock_guard lock(SlabMutex());
+  if (!is_made) is_made = pthread_key_create(&key, LeaveHeap) == 0;
+  return is_made ? &key : nullptr;
 }
 
 SlabHeap* EnterHeap() {
+  const pthread_key_t* const end = ThreadEnd();
+  if (!end) return nullptr;
   SlabHeap* heap = nullptr;
   {
     const std::lock_guard lock(SlabMutex());
@@ -128,7 +129,10 @@ SlabHeap* EnterHeap() {
   }
   if (!heap) heap = new (std::nothrow) SlabHeap;
   if (!heap) return nullptr;
-  pthread_setspecific(ThreadEnd(), heap);
+  if (pthread_setspecific(*end, heap) != 0) {
+    LeaveHeap(heap);
+    return nullptr;
+  }
   own_heap = heap;
   return heap;
 }
