@@ -33,6 +33,17 @@ if(SAB_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+option(SAB_SANITIZE_THREADS "Build with ThreadSanitizer" OFF)
+if(SAB_SANITIZE_THREADS)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()
+
+if(NOT WIN32 AND NOT SAB_SANITIZE AND NOT SAB_SANITIZE_THREADS AND CMAKE_BUILD_TYPE MATCHES Rel)
+  # Every function is bound, and the tables are read-only, before anything runs.
+  add_link_options(-Wl,-z,relro,-z,now)
+endif()
+
 if(WIN32)
   # The DLL stands alone: no compiler runtime has to be installed beside it.
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
