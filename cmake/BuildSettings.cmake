@@ -24,7 +24,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 
 option(SAB_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+# A shared library is complete. Clang leaves the functions of the sanitizers to the program.
+set(SAB_COMPLETE_LIBRARY -Wl,-z,defs)
 if(SAB_BUILD_FUZZERS)
+  set(SAB_COMPLETE_LIBRARY "")
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 if(SAB_SANITIZE)
