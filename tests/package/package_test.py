@@ -123,6 +123,11 @@ class Package(unittest.TestCase):
                 self.assertNotIn(place, content, path)
 
     @native_only
+    def test_libraries_are_bound_when_they_are_loaded(self):
+        for path in self.prefix.rglob("lib*.so*"):
+            self.assertRegex(run("readelf", "-dW", path), r"Flags:.* NOW", path)
+
+    @native_only
     def test_the_python_client_is_there(self):
         package, = (path.parent.parent for path in self.prefix.rglob("sabxml/__init__.py"))
         library, = self.prefix.rglob("libSabXmlParser.so")
