@@ -234,12 +234,14 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
     if (!position || !out) return NullArgument(position ? "o_ppItem" : "io_pPos");
     const LONG_PTR here = *position;
     if (!items_.Contains(here)) return BadPosition(here);
+    Item* const item = ItemOf(here);
     *position = (items_.*onward)(here);
-    HandOut(here, out);
+    *out = item;
+    item->AddRef();
     return S_OK;
   }
 
-  HRESULT Insert(LONG_PTR before, ComPtr<IUnknown> item, LONG_PTR* inserted) {
+  HRESULT Insert(LONG_PTR before, ComPtr<IUnknown>&& item, LONG_PTR* inserted) {
     if (!item) return NullArgument("i_pItem");
     return Base::Guarded([&] {
       const LONG_PTR position = items_.InsertBefore(before, std::move(item));

@@ -31,131 +31,120 @@ LONG_PTR PositionList::NewPosition() const {
   }
 }
 
-PositionList::Index PositionList::Lookup(LONG_PTR position) const noexcept {
-  if (position <= kNone || count_ == 0) return kNoNode;
-  if (last_ < NodeCount() && NodeAt(last_).position == position) return last_;
-  Index found = kNoNode;
-  if (blocks_.size() == 1 || (table_.empty() && !MakeTable())) {
-    found = Scan(position);
-  } else {
-    found = table_[SlotFor(position)];
-  }
-  if (found != kNoNode) last_ = found;
+PositionList::Node* PositionList::Search(LONG_PTR position) const noexcept {
+  if (position <= kNone || count_ == 0) return nullptr;
+  const bool has_table = blocks_.size() > 1 && (table_ || MakeTable());
+  Node* const found = has_table ? SlotFor(position) : Scan(position);
+  if (found) last_ = found;
   return found;
 }
 
-PositionList::Index PositionList::Scan(LONG_PTR position) const {
-  for (Index index = 0; index < NodeCount(); ++index) {
-    if (NodeAt(index).position == position) return index;
-  }
-  return kNoNode;
+PositionList::Node* PositionList::Scan(LONG_PTR position) const {
+  Node* node = head_;
+  while (node && node->position != position) node = node->next;
+  return node;
 }
 
 // A table of which three quarters are free; false without memory.
 bool PositionList::MakeTable() const noexcept try {
-  table_.assign(std::bit_ceil(4 * count_), kNoNode);
-  entered_ = 0;
-  for (Index index = head_; index != kNoNode; index = NodeAt(index).next) Enter(index);
+  table_ = std::make_unique<Table>(Table{std::vector<Node*>(std::bit_ceil(4 * count_)), 0});
+  for (Node* node = head_; node; node = node->next) Enter(node);
   return true;
 } catch (const std::bad_alloc&) {
   return false;
 }
 
 // Where the table has the node of a position, or where it would have it.
-std::size_t PositionList::SlotFor(LONG_PTR position) const {
+PositionList::Node*& PositionList::SlotFor(LONG_PTR position) const {
   constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // 2^64 divided by the golden ratio
   const std::uint64_t hash = static_cast<std::uint64_t>(position) * kSpread;
-  auto slot = static_cast<std::size_t>(hash >> (64 - std::countr_zero(table_.size())));
-  while (table_[slot] != kNoNode && NodeAt(table_[slot]).position != position) {
-    slot = (slot + 1) & (table_.size() - 1);
-  }
-  return slot;
+  std::vector<Node*>& slots = table_->slots;
+  auto slot = static_cast<std::size_t>(hash >> (64 - std::countr_zero(slots.size())));
+  while (slots[slot] && slots[slot]->position != position) slot = (slot + 1) & (slots.size() - 1);
+  return slots[slot];
 }
 
-void PositionList::Enter(Index index) const {
-  if (2 * ++entered_ > table_.size()) {
-    table_.clear();  // made anew when it is needed
+void PositionList::Enter(Node* node) const {
+  if (2 * ++table_->entered > table_->slots.size()) {
+    table_.reset();  // made anew when it is needed
   } else {
-    table_[SlotFor(NodeAt(index).position)] = index;
+    SlotFor(node->position) = node;
   }
 }
 
 void PositionList::AddBlock() {
-  const auto first = static_cast<Index>(NodeCount());
-  if (first > kMostNodes - kNodesPerBlock) throw std::bad_alloc();
-  blocks_.push_back(std::make_unique<Node[]>(kNodesPerBlock));
-  for (Index slot = kNodesPerBlock; slot-- > 0;) Free(first + slot);
+  blocks_.push_back(std::make_unique_for_overwrite<Node[]>(kNodesPerBlock));
+  Node* const nodes = blocks_.back().get();
+  for (std::size_t i = kNodesPerBlock; i-- > 0;) Free(&nodes[i]);
 }
 
 void PositionList::Reserve(std::size_t insertions) {
-  while (NodeCount() - count_ < insertions) AddBlock();
+  while (blocks_.size() * kNodesPerBlock - count_ < insertions) AddBlock();
 }
 
-void PositionList::Free(Index index) {
-  NodeAt(index) = {std::exchange(free_, index), kNoNode, nullptr, kNone};
+void PositionList::Free(Node* node) {
+  *node = {std::exchange(free_, node), nullptr, nullptr, kNone};
 }
 
-void PositionList::LinkBefore(Index index, Index before) {
-  Node& node = NodeAt(index);
-  node.next = before;
-  node.previous = before == kNoNode ? tail_ : NodeAt(before).previous;
-  (node.previous == kNoNode ? head_ : NodeAt(node.previous).next) = index;
-  (before == kNoNode ? tail_ : NodeAt(before).previous) = index;
-  if (before == kNoNode) return;
-  if (before == counted_.node || node.previous == kNoNode) {
+void PositionList::LinkBefore(Node* node, Node* before) {
+  node->next = before;
+  node->previous = before ? before->previous : tail_;
+  (node->previous ? node->previous->next : head_) = node;
+  (before ? before->previous : tail_) = node;
+  if (!before) return;
+  if (before == counted_.node || !node->previous) {
     ++counted_.ordinal;
   } else {
-    counted_.node = kNoNode;
+    counted_.node = nullptr;
   }
 }
 
-void PositionList::Unlink(Index index) {
-  const Node& node = NodeAt(index);
-  (node.previous == kNoNode ? head_ : NodeAt(node.previous).next) = node.next;
-  (node.next == kNoNode ? tail_ : NodeAt(node.next).previous) = node.previous;
-  if (index == counted_.node) {
-    counted_.node = node.next;
-  } else if (node.previous == kNoNode) {
+void PositionList::Unlink(Node* node) {
+  (node->previous ? node->previous->next : head_) = node->next;
+  (node->next ? node->next->previous : tail_) = node->previous;
+  if (node == counted_.node) {
+    counted_.node = node->next;
+  } else if (!node->previous) {
     --counted_.ordinal;
-  } else if (node.next != kNoNode) {
-    counted_.node = kNoNode;
+  } else if (node->next) {
+    counted_.node = nullptr;
   }
 }
 
-LONG_PTR PositionList::InsertBefore(LONG_PTR position, ComPtr<IUnknown> element) {
-  const Index before = position == kNone ? kNoNode : Lookup(position);
-  if (free_ == kNoNode) AddBlock();
-  const Index index = std::exchange(free_, NodeAt(free_).next);
-  NodeAt(index).position = NewPosition();
-  NodeAt(index).element = element.Detach();
-  LinkBefore(index, before);
+LONG_PTR PositionList::InsertBefore(LONG_PTR position, ComPtr<IUnknown>&& element) {
+  Node* const before = position == kNone ? nullptr : Lookup(position);
+  if (!free_) AddBlock();
+  Node* const node = std::exchange(free_, free_->next);
+  node->position = NewPosition();
+  node->element = element.Detach();
+  LinkBefore(node, before);
   ++count_;
-  if (!table_.empty()) Enter(index);
-  return GoTo(index);
+  if (table_) Enter(node);
+  return GoTo(node);
 }
 
 ComPtr<IUnknown> PositionList::Remove(LONG_PTR position) {
-  const Index index = Lookup(position);
+  Node* const node = Lookup(position);
   ComPtr<IUnknown> element;
-  element.Attach(NodeAt(index).element);
-  Unlink(index);
-  Free(index);
+  element.Attach(node->element);
+  Unlink(node);
+  Free(node);
   if (--count_ == 0) Clear();
   return element;
 }
 
-ComPtr<IUnknown> PositionList::Replace(LONG_PTR position, ComPtr<IUnknown> element) {
+ComPtr<IUnknown> PositionList::Replace(LONG_PTR position, ComPtr<IUnknown>&& element) {
   ComPtr<IUnknown> old;
-  old.Attach(std::exchange(NodeOf(position).element, element.Detach()));
+  old.Attach(std::exchange(Lookup(position)->element, element.Detach()));
   return old;
 }
 
 void PositionList::MoveBefore(LONG_PTR position, LONG_PTR before) {
   if (position == before) return;
-  const Index index = Lookup(position);
-  const Index next = before == kNone ? kNoNode : Lookup(before);
-  Unlink(index);
-  LinkBefore(index, next);
+  Node* const node = Lookup(position);
+  Node* const next = before == kNone ? nullptr : Lookup(before);
+  Unlink(node);
+  LinkBefore(node, next);
 }
 
 void PositionList::Swap(LONG_PTR first, LONG_PTR second) {
@@ -168,21 +157,17 @@ void PositionList::Swap(LONG_PTR first, LONG_PTR second) {
 void PositionList::Clear() {
   // Releasing an element may come back to this list, which must then be empty already.
   const std::vector<std::unique_ptr<Node[]>> blocks = std::exchange(blocks_, {});
-  Index index = std::exchange(head_, kNoNode);
-  tail_ = free_ = counted_.node = kNoNode;
+  const Node* node = std::exchange(head_, nullptr);
+  tail_ = free_ = last_ = counted_.node = nullptr;
   count_ = 0;
-  table_ = {};
-  while (index != kNoNode) {
-    const Node& node = blocks[index / kNodesPerBlock][index % kNodesPerBlock];
-    index = node.next;
-    node.element->Release();
-  }
+  table_.reset();
+  for (; node; node = node->next) node->element->Release();
 }
 
 LONG_PTR PositionList::Find(const IUnknown* element, LONG_PTR after) const {
-  Index index = after == kNone ? head_ : NodeOf(after).next;
-  while (index != kNoNode && NodeAt(index).element != element) index = NodeAt(index).next;
-  return GoTo(index);
+  Node* node = after == kNone ? head_ : Lookup(after)->next;
+  while (node && node->element != element) node = node->next;
+  return GoTo(node);
 }
 
 LONG_PTR PositionList::AtIndex(std::size_t index) const {
@@ -192,9 +177,9 @@ LONG_PTR PositionList::AtIndex(std::size_t index) const {
   };
   Place place{head_, 0};
   if (const Place tail{tail_, count_ - 1}; distance(tail) < distance(place)) place = tail;
-  if (counted_.node != kNoNode && distance(counted_) < distance(place)) place = counted_;
-  for (; place.ordinal < index; ++place.ordinal) place.node = NodeAt(place.node).next;
-  for (; place.ordinal > index; --place.ordinal) place.node = NodeAt(place.node).previous;
+  if (counted_.node && distance(counted_) < distance(place)) place = counted_;
+  for (; place.ordinal < index; ++place.ordinal) place.node = place.node->next;
+  for (; place.ordinal > index; --place.ordinal) place.node = place.node->previous;
   counted_ = place;
   return GoTo(place.node);
 }

@@ -35,22 +35,22 @@ class PositionList {
   LONG_PTR Tail() const { return PositionOf(tail_); }
 
   /// True when the position names an element of this list.
-  bool Contains(LONG_PTR position) const { return Lookup(position) != kNoNode; }
+  bool Contains(LONG_PTR position) const { return Lookup(position) != nullptr; }
 
   // These take positions that Contains().
-  IUnknown* At(LONG_PTR position) const { return NodeOf(position).element; }  ///< not counted
-  LONG_PTR Next(LONG_PTR position) const { return GoTo(NodeOf(position).next); }
-  LONG_PTR Previous(LONG_PTR position) const { return GoTo(NodeOf(position).previous); }
+  IUnknown* At(LONG_PTR position) const { return Lookup(position)->element; }  ///< not counted
+  LONG_PTR Next(LONG_PTR position) const { return GoTo(Lookup(position)->next); }
+  LONG_PTR Previous(LONG_PTR position) const { return GoTo(Lookup(position)->previous); }
 
   /// Makes the next insertions succeed, as many as given. Raises std::bad_alloc.
   void Reserve(std::size_t insertions);
   /// Inserts before the element at the position, or at the tail for kNone. Raises std::bad_alloc
   /// and then holds what it held.
-  LONG_PTR InsertBefore(LONG_PTR position, ComPtr<IUnknown> element);
+  LONG_PTR InsertBefore(LONG_PTR position, ComPtr<IUnknown>&& element);
   /// Unlinks the element.
   ComPtr<IUnknown> Remove(LONG_PTR position);
   /// Puts another element in the place. @return the one that was there
-  ComPtr<IUnknown> Replace(LONG_PTR position, ComPtr<IUnknown> element);
+  ComPtr<IUnknown> Replace(LONG_PTR position, ComPtr<IUnknown>&& element);
   /// Moves the element before another one, or to the tail for kNone. Its position stays valid.
   void MoveBefore(LONG_PTR position, LONG_PTR before);
   /// Exchanges the places of two elements; positions keep naming the same elements.
@@ -65,62 +65,56 @@ class PositionList {
   LONG_PTR AtIndex(std::size_t index) const;
 
  private:
-  using Index = std::uint32_t;
-
   struct Node {
-    Index next;
-    Index previous;
+    Node* next;
+    Node* previous;
     IUnknown* element;  // null on the free list
     LONG_PTR position;  // kNone on the free list
   };
 
   // A node and its place in the order.
   struct Place {
-    Index node;
+    Node* node;
     std::size_t ordinal;
   };
 
-  static constexpr Index kNoNode = ~Index{0};
-  static constexpr Index kNodesPerBlock = 8;
-  static constexpr Index kMostNodes = Index{1} << 30;
+  // Nodes by their positions. Those whose elements have gone stay in it until it is full.
+  struct Table {
+    std::vector<Node*> slots;
+    std::size_t entered;
+  };
 
-  Node& NodeAt(Index index) const {
-    return blocks_[index / kNodesPerBlock][index % kNodesPerBlock];
-  }
-  Node& NodeOf(LONG_PTR position) const { return NodeAt(Lookup(position)); }
-  LONG_PTR PositionOf(Index index) const {
-    return index == kNoNode ? kNone : NodeAt(index).position;
-  }
+  static constexpr std::size_t kNodesPerBlock = 8;
+
+  static LONG_PTR PositionOf(const Node* node) { return node ? node->position : kNone; }
   // The position of a node about which the next question will probably be.
-  LONG_PTR GoTo(Index index) const {
-    if (index != kNoNode) last_ = index;
-    return PositionOf(index);
+  LONG_PTR GoTo(Node* node) const {
+    if (node) last_ = node;
+    return PositionOf(node);
   }
-
-  std::size_t NodeCount() const { return blocks_.size() * kNodesPerBlock; }
-  LONG_PTR NewPosition() const;
-  Index Lookup(LONG_PTR position) const noexcept;
-  Index Scan(LONG_PTR position) const;
+  Node* Lookup(LONG_PTR position) const noexcept {
+    return position > kNone && last_ && last_->position == position ? last_ : Search(position);
+  }
+  Node* Search(LONG_PTR position) const noexcept;
+  Node* Scan(LONG_PTR position) const;
   bool MakeTable() const noexcept;
-  std::size_t SlotFor(LONG_PTR position) const;
-  void Enter(Index index) const;
+  Node*& SlotFor(LONG_PTR position) const;
+  void Enter(Node* node) const;
 
+  LONG_PTR NewPosition() const;
   void AddBlock();
-  void Free(Index index);
-  void LinkBefore(Index index, Index before);
-  void Unlink(Index index);
+  void Free(Node* node);
+  void LinkBefore(Node* node, Node* before);
+  void Unlink(Node* node);
 
   std::vector<std::unique_ptr<Node[]>> blocks_;
   std::size_t count_ = 0;
-  Index head_ = kNoNode;
-  Index tail_ = kNoNode;
-  Index free_ = kNoNode;
-  mutable Index last_ = 0;                // the node that was asked for last; may be free
-  mutable Place counted_ = {kNoNode, 0};  // the node that AtIndex found last
-  // Nodes by their positions, in a list of several blocks of which a position was looked up. Nodes
-  // whose elements have gone stay in it until it is full and made anew.
-  mutable std::vector<Index> table_;
-  mutable std::size_t entered_ = 0;
+  Node* head_ = nullptr;
+  Node* tail_ = nullptr;
+  Node* free_ = nullptr;
+  mutable Node* last_ = nullptr;          // the node that was asked for last; may be free
+  mutable Place counted_ = {nullptr, 0};  // the node that AtIndex found last
+  mutable std::unique_ptr<Table> table_;  // of a long list, from the first search on
 };
 
 }  // namespace sab
