@@ -165,8 +165,9 @@ class Cursor {
     p_ += 5;
     SkipSpace();
     const std::string_view version = ReadPseudoAttribute("version");
-    const bool is_known =
-        version.size() == 3 && version.starts_with("1.") && version[2] >= '0' && version[2] <= '9';
+    // Any version 1.x is read as 1.0.
+    const bool is_known = version.size() > 2 && version.starts_with("1.") &&
+                          version.find_first_not_of("0123456789", 2) == version.npos;
     if (!is_known) FailAt(version.data(), "the declaration must give version 1.0");
     bool spaced = SkipSpace();
     if (spaced && StartsWith("encoding")) {
