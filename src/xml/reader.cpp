@@ -1,23 +1,19 @@
 #include "xml/reader.h"
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 #include <string_view>
-#include <unordered_set>
-#include <vector>
 
+#include "xml/attribute_reader.h"
 #include "xml/characters.h"
-#include "xml/cursor.h"
 #include "xml/error.h"
-#include "xml/namespaces.h"
 
 namespace sab::xml {
 namespace {
 
-class Reader : private Cursor {
+class Reader : private AttributeReader {
  public:
-  Reader(const char* text, std::size_t size) : Cursor(text, size) {
+  Reader(const char* text, std::size_t size) : AttributeReader(text, size) {
     // An element seldom takes fewer bytes. What is not needed of this is never touched.
     constexpr std::size_t kBytesPerNode = 32;
     nodes_.Reserve(64 + size / kBytesPerNode);
@@ -41,11 +37,6 @@ class Reader : private Cursor {
   }
 
  private:
-  struct Attribute {
-    std::string_view name;
-    std::size_t prefix_length;  // without the colon
-  };
-
   // Makes a node the next child of the element that is open.
   NodeIndex Append(NodeType type, const char* start, const char* end, std::uint8_t flags = 0) {
     const NodeIndex index =
@@ -187,7 +178,6 @@ class Reader : private Cursor {
       nodes_[element].indentation = indentation;
       return;
     }
-    attributes_.clear();
     const std::size_t prefix_length = PrefixOf(name);
     Append(NodeType::kElement, start, start, InheritedFlags());
     nodes_[element].name_length = static_cast<std::uint16_t>(name.size());
@@ -195,7 +185,8 @@ class Reader : private Cursor {
     open_ = element;
     previous_ = kNoNode;
     ++depth_;
-    if (*p_ != '>' && *p_ != '/') ReadAttributes();
+    if (*p_ != '>' && *p_ != '/')
+      nodes_[element].flags = ReadAttributes(depth_, nodes_[element].flags);
     ResolveName(element, name.substr(0, prefix_length));
     if (*p_ == '/') {
       ++p_;
@@ -255,91 +246,12 @@ class Reader : private Cursor {
     Close(start);
   }
 
-  void ReadAttributes() {
-    while (SkipSpace() && *p_ != '>' && *p_ != '/') {
-      const std::string_view name = ReadName("an attribute's name");
-      attributes_.push_back({name, PrefixOf(name)});
-      SkipSpace();
-      Expect("=", "an attribute needs = and a value in quotes");
-      SkipSpace();
-      const std::string_view value = ReadValue();
-      if (name == "xml:space") {
-        const std::uint8_t flags = nodes_[open_].flags;
-        nodes_[open_].flags = static_cast<std::uint8_t>(
-            value == "preserve" ? flags | kPreservesSpace : flags & ~kPreservesSpace);
-      } else if (name == "xmlns" || name.starts_with("xmlns:")) {
-        Declare(name, value);
-      }
-    }
-    if (attributes_.empty() && *p_ != '>' && *p_ != '/')
-      Fail("the tag is not closed: > is expected");
-    CheckUnique();
-  }
-
-  std::string_view ReadValue() {
-    const char quote = *p_;
-    if (quote != '"' && quote != '\'') Fail("an attribute's value must stand in quotes");
-    const char* const start = ++p_;
-    for (;;) {
-      while (Has(*p_, kPlainValue) && *p_ != quote) ++p_;
-      if (*p_ == quote) break;
-      if (*p_ == '<') Fail("< stands in an attribute's value: write &lt;");
-      if (*p_ == '&') {
-        ReadReference();
-      } else {
-        ReadCharacter();
-      }
-    }
-    const std::string_view value(start, static_cast<std::size_t>(p_ - start));
-    ++p_;
-    return value;
-  }
-
-  void Declare(std::string_view name, std::string_view value) {
-    const std::string_view prefix = name == "xmlns" ? std::string_view() : name.substr(6);
-    const char* const problem = namespaces_.Declare(depth_, prefix, value);
-    if (problem) FailAt(name.data(), problem);
-  }
-
-  void CheckUnique() {
-    const auto fail = [this](const Attribute& attribute) {
-      FailAt(attribute.name.data(),
-             "the attribute " + std::string(attribute.name) + " stands twice");
-    };
-    if (attributes_.size() > 8) {
-      std::unordered_set<std::string_view> names;
-      for (const Attribute& attribute : attributes_) {
-        if (!names.insert(attribute.name).second) fail(attribute);
-      }
-    } else {
-      for (std::size_t i = 1; i < attributes_.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-          if (attributes_[i].name == attributes_[j].name) fail(attributes_[i]);
-        }
-      }
-    }
-    // Two prefixes may stand for one namespace.
-    std::vector<std::pair<std::string_view, std::string_view>> qualified;
-    for (const Attribute& attribute : attributes_) {
-      if (attribute.prefix_length == 0 || attribute.name.starts_with("xmlns:")) continue;
-      const std::string_view prefix = attribute.name.substr(0, attribute.prefix_length);
-      const auto uri = namespaces_.Find(prefix);
-      if (!uri)
-        FailAt(attribute.name.data(), "the prefix " + std::string(prefix) + " is not declared");
-      const std::pair entry(*uri, attribute.name.substr(attribute.prefix_length + 1));
-      if (std::find(qualified.begin(), qualified.end(), entry) != qualified.end()) fail(attribute);
-      qualified.push_back(entry);
-    }
-  }
-
   void ResolveName(NodeIndex element, std::string_view prefix) {
     if (!prefix.empty()) {
-      if (prefix == "xmlns" || !namespaces_.Find(prefix)) {
-        FailAt(prefix.data(), "the prefix " + std::string(prefix) + " is not declared");
-      }
+      if (prefix == "xmlns" || !namespaces_.Find(prefix)) FailUndeclared(prefix);
       nodes_[element].prefix_length = static_cast<std::uint16_t>(prefix.size() + 1);
       nodes_[element].flags |= kInNamespace;
-    } else if (namespaces_.IsUsed() && !namespaces_.Find({}).value_or("").empty()) {
+    } else if (namespaces_.HasDefault()) {
       nodes_[element].flags |= kInNamespace;
     }
   }
@@ -400,8 +312,6 @@ class Reader : private Cursor {
   NodeIndex open_ = kNoNode;                     // the element whose content is being read
   NodeIndex previous_ = kNoNode;                 // its last child so far
   std::uint32_t depth_ = 0;
-  std::vector<Attribute> attributes_;  // of the tag being read
-  Namespaces namespaces_;
 };
 
 }  // namespace

@@ -83,6 +83,31 @@ char32_t TakeReference(const char*& p) {
   return code;
 }
 
+void AppendPlain(std::string_view utf8, std::u16string& out) { AppendUtf16(utf8, out); }
+void AppendPlain(std::string_view utf8, std::string& out) { out += utf8; }
+void AppendCode(char32_t code, std::string& out) { AppendUtf8(out, code); }
+
+template <class Output>
+void AppendDecodedTo(Output& out, std::string_view text, bool in_attribute) {
+  const char* p = text.data();
+  const char* const end = p + text.size();
+  while (p < end) {
+    const char* const start = p;
+    const auto is_special = [in_attribute](char c) {
+      return c == '&' || c == '\r' || (in_attribute && (c == '\n' || c == '\t'));
+    };
+    while (p < end && !is_special(*p)) ++p;
+    AppendPlain({start, static_cast<std::size_t>(p - start)}, out);
+    if (p == end) return;
+    if (*p == '&') {
+      AppendCode(TakeReference(p), out);
+      continue;
+    }
+    p += *p == '\r' && p + 1 < end && p[1] == '\n' ? 2 : 1;
+    out.push_back(in_attribute ? ' ' : '\n');
+  }
+}
+
 }  // namespace
 
 void AppendUtf16(std::string_view utf8, std::u16string& out) {
@@ -100,23 +125,15 @@ void AppendUtf16(std::string_view utf8, std::u16string& out) {
 }
 
 void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out) {
-  const char* p = text.data();
-  const char* const end = p + text.size();
-  while (p < end) {
-    const char* const start = p;
-    const auto is_special = [in_attribute](char c) {
-      return c == '&' || c == '\r' || (in_attribute && (c == '\n' || c == '\t'));
-    };
-    while (p < end && !is_special(*p)) ++p;
-    AppendUtf16({start, static_cast<std::size_t>(p - start)}, out);
-    if (p == end) return;
-    if (*p == '&') {
-      AppendCode(TakeReference(p), out);
-      continue;
-    }
-    p += *p == '\r' && p + 1 < end && p[1] == '\n' ? 2 : 1;
-    out.push_back(in_attribute ? u' ' : u'\n');
-  }
+  AppendDecodedTo(out, text, in_attribute);
+}
+
+void AppendDecoded(std::string_view text, bool in_attribute, std::string& out) {
+  AppendDecodedTo(out, text, in_attribute);
+}
+
+bool NeedsDecoding(std::string_view text, bool in_attribute) {
+  return text.find_first_of(in_attribute ? "&\r\n\t" : "&\r") != text.npos;
 }
 
 void AppendEscaped(std::u16string_view text, std::string& out) {

@@ -13,6 +13,10 @@ void AppendUtf16(std::string_view utf8, std::u16string& out);
 /// LF.
 /// @param in_attribute white space becomes spaces, as it does in attributes' values
 void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out);
+void AppendDecoded(std::string_view text, bool in_attribute, std::string& out);
+
+/// Whether decoding changes anything.
+bool NeedsDecoding(std::string_view text, bool in_attribute);
 
 /// Appends a text as a document holds it, as UTF-8. Raises Error for what XML cannot hold.
 void AppendEscaped(std::u16string_view text, std::string& out);

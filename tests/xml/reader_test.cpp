@@ -30,6 +30,16 @@ std::string Refusal(const std::string& bytes) {
   }
 }
 
+// A tag with more attributes, each of a namespace of its own, than are searched one by one.
+std::string Wide(const std::string& start, const std::string& more, const std::string& end) {
+  std::string tag = start;
+  for (int i = 5; i < 15; ++i) {
+    const std::string prefix = "p" + std::to_string(i);
+    tag += "xmlns:" + prefix + "='u" + prefix.substr(1) + "' " + prefix + ":b='' ";
+  }
+  return tag + more + end;
+}
+
 TEST(Reader, JudgesAsOtherStrictReadersAndNamesThePlace) {
   using namespace std::string_literals;
   const struct {
@@ -40,6 +50,8 @@ TEST(Reader, JudgesAsOtherStrictReadersAndNamesThePlace) {
       {"", {"<a>]] ></a>", "<a>\r\n</a>", "<a>\x7F\xC2\x80</a>", "<a>\xF0\x9F\x94\xA7</a>"}},
       {"", {"<a d='&lt;>'/>", "<a b='&#10;'/>", "<a b=\"'\" c='\"'/>", "<a xml:lang='zh'/>"}},
       {"", {"<p:a xmlns:p='u' p:b=''/>", "<a xmlns='u'><b xmlns=''/></a>"}},
+      {"", {"<a xmlns:xml='http://www.w3.org/XML/1998/namespac&#101;' xml:b=''/>"}},
+      {"", {"<?xml version='1.1'?><a/>", "<?xml version='1.10'?><a/>", Wide("<p5:a ", "", "/>")}},
       {"", {"<a>&lt;&gt;&amp;&quot;&apos;&#65;&#x4e2d;</a>", "<\xE4\xB8\xAD\xE6\x96\x87/>"}},
       {"", {"<a><![CDATA[]]]]></a>", "<a><!----><!-- - --></a>", "<!-- c --><?p?><a/><?q x?>\n"}},
       {"", {"<?xml version=\"1.0\" encoding=\"utf-8\" standalone='no' ?>\n<a/>"}},
@@ -87,10 +99,19 @@ TEST(Reader, JudgesAsOtherStrictReadersAndNamesThePlace) {
       {"1:2", {"<p:a/>", "<:a/>"}},
       {"1:4",
        {"<a p:b=''/>", "<a xmlns:p=''/>", "<a xmlns:xmlns='u'/>",
-        "<a xmlns:p='http://www.w3.org/2000/xmlns/'/>"}},
+        "<a xmlns:p='http://www.w3.org/2000/xmlns/'/>",
+        "<a xmlns='http://www.w3.org/2000/xmlns&#x2F;'/>",
+        "<a xmlns:p='http://www.w3.org/XML/1998/namespac&#101;'/>"}},
       {"1:17", {"<a xmlns:p='u'><p:b:c/></a>"}},
       {"1:21", {"<a><b xmlns:p='u'/><p:c/></a>"}},
       {"1:35", {"<a xmlns:p='u' xmlns:q='u' p:b='' q:b=''/>"}},
+      {"1:52", {"<a xmlns:p='u\t&amp;' xmlns:q='&#117; &#38;' p:b='' q:b=''/>"}},
+      {"1:251", {Wide("<a xmlns:q='u' ", "p5:b=''", "/>")}},
+      {"1:253", {Wide("<a xmlns:q='u10' ", "q:b=''", "/>")}},
+      // A prefix is hidden by an element, and means what it did after it.
+      {"1:300",
+       {Wide("<a xmlns:q='u10' ", "><b xmlns:p10='v' p10:c='' q:c=''/",
+             "><c p10:b='' q:b=''/></a>")}},
   };
   for (const auto& [place, documents] : rows) {
     const bool is_good = place[0] == '\0';
@@ -101,6 +122,8 @@ TEST(Reader, JudgesAsOtherStrictReadersAndNamesThePlace) {
     }
   }
   EXPECT_EQ("1:2", Refusal("<" + std::string(65536, 'a') + "/>"));
+  for (const char* version : {"1.", "1.x", "1.0.", "2.0", "11", ""})
+    EXPECT_EQ("1:16", Refusal("<?xml version='" + std::string(version) + "'?><a/>")) << version;
   // These are well-formed, and refused all the same: nothing may be declared, nothing fetched.
   EXPECT_EQ("1:1", Refusal("<!DOCTYPE a><a/>"));
   EXPECT_EQ("1:1", Refusal("<!DOCTYPE a SYSTEM 'file:///etc/passwd'><a/>"));
@@ -179,6 +202,7 @@ TEST(Reader, WhatLooksLikeAnEarlierTagIsReadAsWhatItIs) {
   } rows[] = {
       {"<r>\n <a>1</a>\n <a>2</a>\n <a>3</a></r>", "raaa"},
       {"<r><c/>\n <a>1</a><b xml:space='preserve'><c/>\n <a>1</a></b></r>", "rcabc#a"},
+      {"<r><b xml:space='preser&#118;e'><c/>\n <a>1</a></b></r>", "rbc#a"},
       {"<r><a/>-><a/>-><a/></r>", "ra#a#a"},
       {"<r>  <!-- --><a/>--><a/>--><a/></r>", "r!a#a#a"},
       {"<r><a/><ab/><a/><abc/><a /><b/><a/></r>", "raabaabcaba"},
