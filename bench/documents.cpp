@@ -81,7 +81,7 @@ constexpr int kAppended = 60;
 
 void AppendAndSerialiseOurs(benchmark::State& state) {
   const sab::xml::Document document{std::string(SettingsFile())};
-  const sab::xml::NodeIndex parent = sab::xml::SelectFirst(document, kNodePath);
+  const sab::xml::NodeIndex parent = sab::xml::Paths(document).SelectFirst(kNodePath);
   for (auto _ : state) {
     sab::xml::Editor editor(document);
     for (int i = 0; i < kAppended; ++i) editor.Append(parent, "Appended", u"12345");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -8,14 +10,36 @@
 
 namespace sab::xml {
 
-/// All elements that a location path selects, seen from the document, in document order. Names
-/// without a prefix mean elements in no namespace. A path that is only child steps ("a/b", "/a/b")
-/// is walked; any other XPath 1.0 expression is evaluated as such. Raises Error for a path that is
-/// empty, not well-formed, gives a value instead of nodes, or uses a prefix (none is declared).
-std::vector<NodeIndex> SelectAll(const Document& document, std::string_view path);
+class XPathTree;
 
-/// The first of them; kNoNode if there is none.
-NodeIndex SelectFirst(const Document& document, std::string_view path);
+/// Location paths on one document, seen from the document. Names without a prefix mean elements in
+/// no namespace. A path that is only child steps ("a/b", "/a/b") is walked; any other XPath 1.0
+/// expression is evaluated as such, over a tree that the first one makes and all others share.
+/// A path that is empty, not well-formed, gives a value instead of nodes, or uses a prefix (none is
+/// declared) raises Error.
+class Paths {
+ public:
+  explicit Paths(const Document& document);
+  Paths(const Paths&) = delete;
+  Paths& operator=(const Paths&) = delete;
+  ~Paths();
+
+  /// All elements that a path selects, in document order.
+  std::vector<NodeIndex> SelectAll(std::string_view path);
+  /// The first of them; kNoNode if there is none.
+  NodeIndex SelectFirst(std::string_view path);
+
+  /// What "<path>/<name>" looks for children in, for any name: the nodes of the path, kNoNode for
+  /// the document, none of them inside another. Nothing where only the joined path can tell.
+  std::optional<std::vector<NodeIndex>> SelectParents(std::string_view path);
+
+ private:
+  // Evaluates an expression that is more than child steps; the document itself counts on request.
+  std::vector<NodeIndex> Evaluate(std::string_view expression, bool with_document);
+
+  const Document& document_;
+  std::unique_ptr<XPathTree> tree_;
+};
 
 /// The first child element of that name that any of the parents has, in their order.
 NodeIndex FirstChildNamed(const Document& document, const std::vector<NodeIndex>& parents,
@@ -29,8 +53,5 @@ std::vector<NodeIndex> FirstChildrenNamed(const Document& document,
 
 /// Whether the path is only child steps.
 bool IsChildSteps(std::string_view path);
-
-/// Evaluates an expression that is more than child steps.
-std::vector<NodeIndex> EvaluateXPath(const Document& document, std::string_view expression);
 
 }  // namespace sab::xml

@@ -19,7 +19,7 @@ namespace {
 void Apply(const std::string& edits, const Document& document, Editor& editor) {
   std::istringstream words(edits);
   for (std::string edit; words >> edit;) {
-    const NodeIndex element = SelectFirst(document, edit.substr(1));
+    const NodeIndex element = Paths(document).SelectFirst(edit.substr(1));
     if (edit[0] == '+') editor.Append(element, "n", u"1");
     if (edit[0] == '*') editor.Append(element, "n", u"t").Append("m", u"1");
     if (edit[0] == '=') editor.SetText(element, u"<&>");
@@ -215,7 +215,7 @@ TEST(Editor, AppendingKeepsEveryOtherByte) {
     }
     const Document added(adding.Serialise());
     Editor removing(added);
-    for (const NodeIndex node : SelectAll(added, "//zz")) removing.Remove(node);
+    for (const NodeIndex node : Paths(added).SelectAll("//zz")) removing.Remove(node);
     ASSERT_EQ(bytes, removing.Serialise()) << added.TextBytes();
   }
   EXPECT_GT(compared, 2000);

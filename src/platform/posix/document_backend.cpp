@@ -5,7 +5,6 @@
 #include "base/com_error.h"
 #include "platform/file.h"
 #include "xml/error.h"
-#include "xml/path.h"
 
 namespace sab::backend {
 
@@ -41,11 +40,7 @@ void Element::Remove() { document_->Editor().Remove(node_); }
 
 Nodes::Nodes(Document* document, TextView node_path)
     : document_(document), path_(ToUtf8(node_path)) {
-  if (!document_->IsLoaded()) return;
-  if (path_.empty())
-    parents_.emplace(1, xml::kNoNode);
-  else if (xml::IsChildSteps(path_))
-    parents_ = xml::SelectAll(document_->Xml(), path_);
+  if (document_->IsLoaded()) parents_ = document_->SelectParents(path_);
 }
 
 std::vector<Element> Nodes::First(std::span<const std::string_view> keys) const {
@@ -77,6 +72,7 @@ std::vector<Element> Nodes::Children() const {
 
 void Document::Clear() {
   editor_.reset();
+  paths_.reset();
   document_.reset();
   file_.clear();
   is_new_ = false;
@@ -91,6 +87,7 @@ bool Document::Load(TextView file) {
   if (bytes) {
     try {
       document_.emplace(*std::move(bytes));
+      paths_.emplace(*document_);
       return true;
     } catch (const xml::Error& error) {
       reason = error.what();
@@ -106,14 +103,18 @@ bool Document::Load(TextView file) {
 void Document::Create(std::string_view root_name) {
   Clear();
   document_.emplace(BytesOfNewDocument(root_name));
+  paths_.emplace(*document_);
   is_new_ = true;
 }
 
 template <class Selector>
-auto Document::Selecting(std::string_view path, const Selector& select) const {
+auto Document::Selecting(std::string_view path, const Selector& select) {
   try {
+    if (paths_) return select(*paths_);
     // Whether a path is well-formed does not depend on there being a document.
-    return document_ ? select(*document_) : select(xml::Document("<none/>"));
+    const xml::Document none("<none/>");
+    xml::Paths paths(none);
+    return select(paths);
   } catch (const xml::Error& error) {
     throw ComError(E_FAIL, ToUtf8(file_) + ": selecting \"" + std::string(path) +
                                "\" failed: " + error.what());
@@ -121,18 +122,22 @@ auto Document::Selecting(std::string_view path, const Selector& select) const {
 }
 
 Element Document::Select(std::string_view path) {
-  const xml::NodeIndex found = Selecting(
-      path, [path](const xml::Document& document) { return xml::SelectFirst(document, path); });
+  const xml::NodeIndex found =
+      Selecting(path, [path](xml::Paths& paths) { return paths.SelectFirst(path); });
   return document_ ? Element(this, found) : Element();
 }
 
 std::vector<Element> Document::SelectElements(std::string_view path) {
-  const std::vector<xml::NodeIndex> found = Selecting(
-      path, [path](const xml::Document& document) { return xml::SelectAll(document, path); });
+  const std::vector<xml::NodeIndex> found =
+      Selecting(path, [path](xml::Paths& paths) { return paths.SelectAll(path); });
   std::vector<Element> elements;
   if (!document_) return elements;
   for (const xml::NodeIndex node : found) elements.emplace_back(this, node);
   return elements;
+}
+
+std::optional<std::vector<xml::NodeIndex>> Document::SelectParents(std::string_view path) {
+  return Selecting(path, [path](xml::Paths& paths) { return paths.SelectParents(path); });
 }
 
 xml::Editor& Document::Editor() {

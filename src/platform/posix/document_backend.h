@@ -14,6 +14,7 @@
 #include "platform/load_failure.h"
 #include "xml/document.h"
 #include "xml/edit.h"
+#include "xml/path.h"
 
 namespace sab::backend {
 
@@ -62,9 +63,8 @@ class Nodes {
  private:
   Document* document_;
   std::string path_;  // UTF-8
-  // The nodes themselves if the path is only child steps; kNoNode stands for the document. Joining
-  // a key to another path can change the meaning of the whole ("a | b"), so that is evaluated anew
-  // with each key.
+  // The nodes themselves; kNoNode is the document. Where joining a key changes the meaning of the
+  // whole ("a | b"), that is evaluated anew with each key.
   std::optional<std::vector<xml::NodeIndex>> parents_;
 };
 
@@ -86,6 +86,7 @@ class Document {
   }
   std::vector<Element> SelectElements(std::string_view path);
   Nodes SelectAll(TextView node_path) { return Nodes(this, node_path); }
+  std::optional<std::vector<xml::NodeIndex>> SelectParents(std::string_view path);
   void Save(TextView file);
 
   bool IsLoaded() const { return document_.has_value(); }
@@ -96,10 +97,11 @@ class Document {
  private:
   // Runs what selects; a failure names the file and the path.
   template <class Selector>
-  auto Selecting(std::string_view path, const Selector& select) const;
+  auto Selecting(std::string_view path, const Selector& select);
   void Clear();
 
   std::optional<xml::Document> document_;
+  std::optional<xml::Paths> paths_;  // of the document
   std::optional<xml::Editor> editor_;
   Text file_;
   bool is_new_ = false;
