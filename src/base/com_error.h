@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace sab {
 
@@ -29,6 +30,14 @@ class ComError : public std::runtime_error {
  private:
   HRESULT code_;
 };
+
+/// The result code for what the system refused: HRESULT_FROM_WIN32(ERROR_TOO_MANY_OPEN_FILES)
+/// without descriptors, else E_FAIL.
+inline HRESULT ResultOfSystemError(const std::system_error& error) {
+  const bool lacks_descriptors = error.code() == std::errc::too_many_files_open ||
+                                 error.code() == std::errc::too_many_files_open_in_system;
+  return lacks_descriptors ? static_cast<HRESULT>(0x80070004) : E_FAIL;
+}
 
 /// Raises ComError when the code is a failure.
 inline void Check(HRESULT code, const char* message) {

@@ -32,7 +32,11 @@ HRESULT CVeTxtTemplateFileParser::Load(BSTR i_bsPath) {
     std::string reason;
     const std::optional<std::string> bytes = ReadFileBytes(path, reason);
     if (!bytes) throw ComError(kDocumentNotLoaded, ToUtf8(path) + ": " + reason);
-    template_ = TextTemplate(DecodePlainText(*bytes));
+    try {
+      template_ = TextTemplate(DecodePlainText(*bytes));
+    } catch (const std::system_error& error) {
+      throw ComError(ResultOfSystemError(error), ToUtf8(path) + ": " + error.what());
+    }
   });
 }
 

@@ -9,7 +9,8 @@ namespace sab::xml {
 class CodePage {
  public:
   /// @param name as a declaration gives it: "GB2312", "Big5", "windows-1252"; case does not matter
-  /// Raises Error for a name that the system does not know.
+  /// Raises Error for a name that the system does not know; std::bad_alloc; std::system_error where
+  /// the system cannot load the conversion, for lack of descriptors above all.
   explicit CodePage(std::string_view name);
   CodePage(const CodePage&) = delete;
   CodePage& operator=(const CodePage&) = delete;

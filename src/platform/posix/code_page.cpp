@@ -1,22 +1,56 @@
 #include "xml/code_page.h"
 
+#include <fcntl.h>
 #include <iconv.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <new>
+#include <system_error>
 
 #include "xml/characters.h"
 #include "xml/error.h"
 
 namespace sab::xml {
 
-struct CodePage::State {
-  iconv_t decoder;
-  iconv_t encoder;
-};
-
 namespace {
+
+const auto kNone = reinterpret_cast<iconv_t>(-1);
+
+[[noreturn]] void RaiseSystemError(int error, std::string_view name) {
+  if (error == ENOMEM) throw std::bad_alloc();
+  throw std::system_error(error, std::generic_category(),
+                          "the conversion of " + std::string(name) + " cannot be loaded");
+}
+
+// Whether the system can convert anything that it has to load.
+bool LoadsConversions() {
+  const iconv_t latin = iconv_open("UTF-8", "ISO-8859-1");
+  if (latin == kNone) return false;
+  iconv_close(latin);
+  return true;
+}
+
+// The system says that it does not know a conversion also where it cannot load it. Without
+// descriptors at its first use it knows none for as long as the process lives.
+[[noreturn]] void RaiseUnknown(std::string_view name) {
+  const int file = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  if (file < 0) RaiseSystemError(errno, name);
+  close(file);
+  if (!LoadsConversions()) RaiseSystemError(ELIBACC, name);
+  throw Error("the encoding " + std::string(name) + " is not known");
+}
+
+iconv_t Open(const std::string& to, const std::string& from, std::string_view name) {
+  iconv_t opened = iconv_open(to.c_str(), from.c_str());
+  // Lacking memory for a moment is told as EINVAL, too: another try knows better.
+  if (opened == kNone) opened = iconv_open(to.c_str(), from.c_str());
+  if (opened != kNone) return opened;
+  if (errno != EINVAL) RaiseSystemError(errno, name);
+  RaiseUnknown(name);
+}
 
 // Files that say GB2312 use its extension, as editors for it have always written.
 std::string SystemName(std::string_view name) {
@@ -30,29 +64,39 @@ std::string SystemName(std::string_view name) {
   return upper;
 }
 
+class Converter {
+ public:
+  Converter(const std::string& to, const std::string& from, std::string_view name)
+      : descriptor_(Open(to, from, name)) {}
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+  ~Converter() { iconv_close(descriptor_); }
+
+  void Reset() { iconv(descriptor_, nullptr, nullptr, nullptr, nullptr); }
+  std::size_t Convert(char*& in, std::size_t& in_left, char*& out, std::size_t& out_left) {
+    return iconv(descriptor_, &in, &in_left, &out, &out_left);
+  }
+
+ private:
+  iconv_t descriptor_;
+};
+
 }  // namespace
 
-CodePage::CodePage(std::string_view name) : state_(new State) {
-  const std::string system_name = SystemName(name);
-  state_->decoder = iconv_open("UTF-8", system_name.c_str());
-  state_->encoder = iconv_open(system_name.c_str(), "UTF-8");
-  const auto none = reinterpret_cast<iconv_t>(-1);
-  if (state_->decoder == none || state_->encoder == none) {
-    if (state_->decoder != none) iconv_close(state_->decoder);
-    if (state_->encoder != none) iconv_close(state_->encoder);
-    delete state_;
-    throw Error("the encoding " + std::string(name) + " is not known");
-  }
-}
+struct CodePage::State {
+  explicit State(std::string_view name)
+      : decoder("UTF-8", SystemName(name), name), encoder(SystemName(name), "UTF-8", name) {}
 
-CodePage::~CodePage() {
-  iconv_close(state_->decoder);
-  iconv_close(state_->encoder);
-  delete state_;
-}
+  Converter decoder;
+  Converter encoder;
+};
+
+CodePage::CodePage(std::string_view name) : state_(new State(name)) {}
+
+CodePage::~CodePage() { delete state_; }
 
 std::size_t CodePage::Decode(std::string_view bytes, std::string& utf8, std::size_t most) {
-  iconv(state_->decoder, nullptr, nullptr, nullptr, nullptr);
+  state_->decoder.Reset();
   char* in = const_cast<char*>(bytes.data());  // iconv does not write there
   std::size_t in_left = bytes.size();
   std::array<char, 16384> buffer;
@@ -60,7 +104,7 @@ std::size_t CodePage::Decode(std::string_view bytes, std::string& utf8, std::siz
     char* out = buffer.data();
     const std::size_t room = std::min(buffer.size(), most - utf8.size());
     std::size_t out_left = room;
-    const std::size_t result = iconv(state_->decoder, &in, &in_left, &out, &out_left);
+    const std::size_t result = state_->decoder.Convert(in, in_left, out, out_left);
     utf8.append(buffer.data(), room - out_left);
     if (result == static_cast<std::size_t>(-1) && errno != E2BIG) break;
     if (room == out_left && in_left > 0) break;
@@ -69,7 +113,7 @@ std::size_t CodePage::Decode(std::string_view bytes, std::string& utf8, std::siz
 }
 
 bool CodePage::Encode(char32_t code, std::string& bytes) {
-  iconv(state_->encoder, nullptr, nullptr, nullptr, nullptr);
+  state_->encoder.Reset();
   std::string character;
   AppendUtf8(character, code);
   char* in = character.data();
@@ -77,7 +121,7 @@ bool CodePage::Encode(char32_t code, std::string& bytes) {
   std::array<char, 16> buffer;
   char* out = buffer.data();
   std::size_t out_left = buffer.size();
-  if (iconv(state_->encoder, &in, &in_left, &out, &out_left) != 0 || in_left > 0) return false;
+  if (state_->encoder.Convert(in, in_left, out, out_left) != 0 || in_left > 0) return false;
   bytes.append(buffer.data(), buffer.size() - out_left);
   return true;
 }

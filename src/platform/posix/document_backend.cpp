@@ -1,6 +1,7 @@
 #include "document_backend.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "base/com_error.h"
 #include "platform/file.h"
@@ -92,6 +93,8 @@ bool Document::Load(TextView file) {
     } catch (const xml::Error& error) {
       reason = error.what();
       failure_.position = {error.Line(), error.Column()};
+    } catch (const std::system_error& error) {
+      throw ComError(ResultOfSystemError(error), ToUtf8(file) + ": " + error.what());
     }
   }
   failure_.file = ToUtf8(file);
