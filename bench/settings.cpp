@@ -117,7 +117,7 @@ void SaveDisplayOurs(benchmark::State& state) {
     std::string reason;
     const sab::xml::Document document(*sab::ReadFileBytes(name, reason));
     sab::xml::Editor editor(document);
-    const sab::xml::NodeIndex node = sab::xml::SelectFirst(document, kPath);
+    const sab::xml::NodeIndex node = sab::xml::Paths(document).SelectFirst(kPath);
     for (const SettingsRow& row : DisplayCfgFields::Rows()) {
       editor.Append(node, row.key, row.format(&fields));
     }
