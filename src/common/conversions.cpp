@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <limits>
+#include <optional>
 #include <string>
 
 namespace sab {
@@ -94,7 +95,8 @@ bool IsTooLarge(std::string_view number, char exponent_mark, int bits_per_digit)
   return place * bits_per_digit + exponent > 0;
 }
 
-double ParseUnsigned(std::string_view number) {
+// Nothing where no number stands: a sign before that means nothing either.
+std::optional<double> ParseUnsigned(std::string_view number) {
   // After "0x" must stand a digit: the conversion below would take a sign or "inf" there, too.
   const bool hexadecimal =
       number.size() > 2 && number[0] == '0' && (number[1] == 'x' || number[1] == 'X') &&
@@ -104,6 +106,7 @@ double ParseUnsigned(std::string_view number) {
   const char* const end = number.data() + number.size();
   const auto [stop, error] = std::from_chars(
       number.data(), end, value, hexadecimal ? std::chars_format::hex : std::chars_format::general);
+  if (error == std::errc::invalid_argument && !hexadecimal) return std::nullopt;
   if (error != std::errc::result_out_of_range) return value;
   number = number.substr(0, static_cast<std::size_t>(stop - number.data()));
   const bool too_large = hexadecimal ? IsTooLarge(number, 'p', 4) : IsTooLarge(number, 'e', 1);
@@ -128,7 +131,7 @@ double ParseDouble(TextView text) {
   const bool negative = SkipToDigits(text);
   // A second sign belongs to no number, though the conversion below would take a minus.
   if (!text.empty() && text.front() == '-') return 0;
-  const double value = ParseUnsigned(AsciiNumber(text));
+  const double value = ParseUnsigned(AsciiNumber(text)).value_or(negative ? -0.0 : 0.0);
   return negative ? -value : value;
 }
 
