@@ -1,0 +1,109 @@
+// Random paths in random documents: walking child steps, evaluating XPath, and libxml2 select the
+// same elements, and so do the parents of a path with the keys below them.
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "xml/document.h"
+#include "xml/oracles.h"
+#include "xml/path.h"
+
+namespace {
+
+using sab::xml::Document;
+using sab::xml::NodeIndex;
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+constexpr std::array kNames = {"a", "b", "c-d", "name"};
+
+std::string Element(FuzzedDataProvider& input, int depth) {
+  const std::string name = input.PickValueInArray(kNames);
+  std::string content;
+  for (int i = depth > 0 ? input.ConsumeIntegralInRange(0, 4) : 0; i > 0; --i)
+    content += Element(input, depth - 1);
+  switch (input.ConsumeIntegralInRange(0, 7)) {
+    case 0:
+      return "<p:" + name + " xmlns:p='u'>" + content + "</p:" + name + ">";
+    case 1:
+      return "<" + name + " xmlns='u'>" + content + "</" + name + ">";
+    case 2:
+      return "<" + name + " xmlns='' a='1'>" + content + "x</" + name + ">";
+    default:
+      return "<" + name + ">" + content + "</" + name + ">";
+  }
+}
+
+std::string Path(FuzzedDataProvider& input) {
+  constexpr std::array kTests = {"a",
+                                 "b",
+                                 "c-d",
+                                 "name",
+                                 "*",
+                                 ".",
+                                 "..",
+                                 "a[1]",
+                                 "*[last()]",
+                                 "b[a]",
+                                 "text()",
+                                 "node()",
+                                 "@a",
+                                 "*[@a]",
+                                 "*[.='x']",
+                                 "*[name()='a']",
+                                 "*[b or a]",
+                                 "a[b=1]",
+                                 "self::a",
+                                 "*[namespace-uri()='u']",
+                                 "ancestor::b",
+                                 "parent::*",
+                                 "*[local-name(..)='b']",
+                                 "a[name]"};
+  constexpr std::array kJoints = {"/", "/", "/", "//", "|", " | /"};
+  std::string path = input.PickValueInArray({"", "/", "//"});
+  path += input.PickValueInArray(kTests);
+  for (int i = input.ConsumeIntegralInRange(0, 3); i > 0; --i)
+    path += std::string(input.PickValueInArray(kJoints)) + input.PickValueInArray(kTests);
+  return input.ConsumeBool() ? path : "(" + path + ")[1]";
+}
+
+std::vector<int> Numbers(const Document& document, const std::vector<NodeIndex>& nodes) {
+  std::vector<int> numbers;
+  int number = 0;
+  NodeIndex last = 1;
+  for (const NodeIndex node : nodes) {
+    for (; last < node; ++last) number += document.IsElement(last) ? 1 : 0;
+    numbers.push_back(number);
+  }
+  return numbers;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  FuzzedDataProvider input(data, size);
+  const std::string path = Path(input);
+  const std::string bytes = Element(input, 4);
+  const Document document(bytes);
+  sab::xml::Paths paths(document);
+  for (int round = 0; round < 2; ++round) {  // the tree of the first serves the second
+    const std::vector<NodeIndex> selected = paths.SelectAll(path);
+    Require(Numbers(document, selected) == sab::xml::testing::LibxmlSelect(bytes, path));
+    Require(paths.SelectAll("(" + path + ")") == selected);
+    Require(paths.SelectFirst(path) == (selected.empty() ? sab::xml::kNoNode : selected.front()));
+    if (const auto parents = paths.SelectParents(path)) {
+      for (const char* name : kNames)
+        Require(sab::xml::FirstChildNamed(document, *parents, name) ==
+                paths.SelectFirst(path + "/" + name));
+    }
+  }
+  return 0;
+}
