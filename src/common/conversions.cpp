@@ -101,7 +101,13 @@ std::optional<double> ParseUnsigned(std::string_view number) {
   const bool hexadecimal =
       number.size() > 2 && number[0] == '0' && (number[1] == 'x' || number[1] == 'X') &&
       std::string_view("0123456789abcdefABCDEF.").find(number[2]) != std::string_view::npos;
-  if (hexadecimal) number.remove_prefix(2);
+  if (hexadecimal) {
+    number.remove_prefix(2);
+    // The conversion below would take two signs in an exponent.
+    const std::size_t mark = number.find_first_of("pP");
+    if (number.substr(std::min(mark, number.size())).substr(0, 3).ends_with("+-"))
+      number = number.substr(0, mark);
+  }
   double value = 0;
   const char* const end = number.data() + number.size();
   const auto [stop, error] = std::from_chars(

@@ -74,6 +74,7 @@ TEST(Conversions, FloatingPointNumbers) {
       {1.5, {"\u3000\uFF11.\uFF15"}},
       {2.5, {" 2.5mm"}},
       {-0.5, {"-.5"}},
+      {-344, {"-0x158p+-9"}},
       {5, {"+5."}},
       {7, {zeros + "7"}},
       {1000, {"1e3"}},
@@ -91,6 +92,7 @@ TEST(Conversions, FloatingPointNumbers) {
     for (const std::string& text : texts) EXPECT_EQ(ParseDouble(FromUtf8(text)), number) << text;
   }
   EXPECT_TRUE(std::isnan(ParseDouble(OLESTR("nan"))));
+  EXPECT_FALSE(std::signbit(ParseDouble(OLESTR("-x"))));
   EXPECT_TRUE(std::signbit(ParseDouble(OLESTR("-0"))));
 }
 
