@@ -4,14 +4,14 @@
 #include "types.h"
 
 // The registry: a tree of keys with named values, kept as a text file that people can read and
-// edit. The file is the one that the environment variable SABCOM_REGISTRY names, or
-// sabcom/registry.reg below XDG_DATA_HOME (by default ~/.local/share). Key and value names are
-// compared without regard to case. What is written reaches the file as one step when the last open
-// key is closed, or at RegFlushKey; programs that write at the same time do not lose each other's
-// keys.
+// edit, in SABCOM_REGISTRY or sabcom/registry.reg below XDG_DATA_HOME (by default ~/.local/share).
+// Names are compared without regard to case; one that holds a control character or half a surrogate
+// pair, or is too long or too deep, gives ERROR_INVALID_PARAMETER. Each function that writes is one
+// step on the file: done when it returns, or not at all. Programs that write at the same time do
+// not lose each other's keys, and no open key keeps another one waiting.
 //
-// A file that cannot be read is never overwritten: every function then gives ERROR_BADDB, and the
-// thread's error object says why, with file and line.
+// A file that cannot be read or trusted is never overwritten: every function then gives
+// ERROR_BADDB, and the thread's error object says why. docs/host-integration.md says more.
 
 using HKEY = struct HKEY_opaque*;
 using PHKEY = HKEY*;

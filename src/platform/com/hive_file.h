@@ -1,54 +1,58 @@
 #pragma once
 
-#include <sys/stat.h>
-
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/com/hive.h"
+#include "platform/com/hive_storage.h"
 
 namespace sabcom {
 
-/// The registry's file and what is known of it. Between Begin and End the tree may be used; the
-/// file is read again when somebody else has written it, locked at the first change, and written at
-/// End.
+/// The registry's file and what is known of it. Its users hold the lock of the registry; whatever
+/// reads or writes the file raises HiveError.
 class HiveFile {
  public:
-  /// The one hive of the process. Its users hold the lock of the registry.
+  /// The one hive of the process.
   static HiveFile& Instance();
 
-  /// Raises HiveError for a file that cannot be read.
+  /// What the file says now, or within a change what it will say.
+  Key& Tree();
+
+  /// Until the matching End, other processes wait and nothing reaches the file. Changes within
+  /// another one are parts of it.
   void Begin();
-  /// In between: takes up what somebody else has written meanwhile.
-  void Refresh();
-  const Key& Tree() const { return *tree_; }
-  Key& Tree() { return *tree_; }
-  /// The tree for a change: other processes wait until End. May read the file again.
+  /// The tree to change; only after Begin.
   Key& TreeForChange();
-  /// Writes what was changed, as one step. Raises HiveError; the file is as it was then.
-  void Flush();
-  void End();
+  /// Writes the whole change as one step; on failure the file is as it was.
+  void Keep();
+  /// Ends a change. What was not kept by then is taken back, unless it is part of another one.
+  void End() noexcept;
 
  private:
-  struct Identity {
-    dev_t device = 0;
-    ino_t inode = 0;
-    off_t size = 0;
-    timespec modified{};
-  };
-
-  static std::string DefaultPath();
-  Identity IdentityOfFile() const;
-  bool IsUnchanged(const Identity& now) const;
   void Read();
-  void Lock();
-  void Unlock();
 
   std::string path_;
   std::unique_ptr<Key> tree_;
-  Identity read_from_;
-  int lock_ = -1;
+  FileIdentity read_from_;
+  std::optional<HiveLock> lock_;
+  int changes_ = 0;  // begun and not ended
   bool is_changed_ = false;
+};
+
+/// A change for as long as this lives.
+class HiveChange {
+ public:
+  explicit HiveChange(HiveFile& hive) : hive_(hive) { hive_.Begin(); }
+  HiveChange(const HiveChange&) = delete;
+  HiveChange& operator=(const HiveChange&) = delete;
+  ~HiveChange() { hive_.End(); }
+
+  Key& Tree() { return hive_.TreeForChange(); }
+  void Keep() { hive_.Keep(); }
+
+ private:
+  HiveFile& hive_;
 };
 
 }  // namespace sabcom

@@ -1,49 +1,79 @@
 #include <sabxml/com.h>
 
 #include <cstring>
-#include <new>
 #include <string>
+#include <vector>
 
+#include "platform/com/errors.h"
 #include "platform/com/modules.h"
+#include "platform/com/utf.h"
 
 namespace {
 
-// A key of the classes: the user's own, before that of the machine.
+// Raised when the registry has no answer, for the reason that the code tells.
+struct NoAnswer {
+  HRESULT code;
+};
+
+void CheckAnswer(LSTATUS status) {
+  if (status == ERROR_SUCCESS) return;
+  throw NoAnswer{status == ERROR_OUTOFMEMORY ? E_OUTOFMEMORY : REGDB_E_READREGDB};
+}
+
+// An open key of the classes; null for an unknown one.
 class OpenKey {
  public:
-  explicit OpenKey(const std::u16string& path) {
-    const std::u16string own = u"Software\\Classes\\" + path;
-    status_ = RegOpenKeyExW(HKEY_CURRENT_USER, own.c_str(), 0, KEY_READ, &key_);
-    if (status_ != ERROR_SUCCESS) {
-      status_ = RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key_);
-    }
+  OpenKey(HKEY root, const std::u16string& path) {
+    const LSTATUS status = RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key_);
+    if (status != ERROR_FILE_NOT_FOUND) CheckAnswer(status);
   }
   OpenKey(const OpenKey&) = delete;
   OpenKey& operator=(const OpenKey&) = delete;
   ~OpenKey() {
-    if (status_ == ERROR_SUCCESS) RegCloseKey(key_);
+    if (key_) RegCloseKey(key_);
   }
-
-  LSTATUS Status() const { return status_; }
-  /// The key's default value; empty without one.
-  std::u16string Text() const {
-    DWORD size = 0;
-    DWORD type = REG_NONE;
-    if (status_ != ERROR_SUCCESS ||
-        RegQueryValueExW(key_, nullptr, nullptr, &type, nullptr, &size) != ERROR_SUCCESS ||
-        (type != REG_SZ && type != REG_EXPAND_SZ)) {
-      return {};
-    }
-    std::u16string text(size / sizeof(char16_t), u'\0');
-    RegQueryValueExW(key_, nullptr, nullptr, nullptr, reinterpret_cast<LPBYTE>(text.data()), &size);
-    while (!text.empty() && text.back() == u'\0') text.pop_back();
-    return text;
-  }
+  HKEY Get() const { return key_; }
 
  private:
   HKEY key_ = nullptr;
-  LSTATUS status_;
 };
+
+// The default value of a key; empty without one that is a text.
+std::u16string TextOf(HKEY key) {
+  std::vector<BYTE> data;
+  DWORD size = 0;
+  DWORD type = REG_NONE;
+  LSTATUS status = RegQueryValueExW(key, nullptr, nullptr, &type, nullptr, &size);
+  // Another process may write a longer one meanwhile.
+  while (status == ERROR_MORE_DATA || (status == ERROR_SUCCESS && data.size() < size)) {
+    data.resize(size);
+    status = RegQueryValueExW(key, nullptr, nullptr, &type, data.data(), &size);
+  }
+  if (status != ERROR_FILE_NOT_FOUND) CheckAnswer(status);
+  if (status != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return {};
+  std::u16string text(size / sizeof(char16_t), u'\0');  // half a unit at the end is no text
+  if (!text.empty()) std::memcpy(text.data(), data.data(), text.size() * sizeof(char16_t));
+  return text.substr(0, text.find(u'\0'));
+}
+
+// The default value of a key of the classes: of the user's own, before that of the machine.
+std::u16string ClassText(const std::u16string& path) {
+  const OpenKey own(HKEY_CURRENT_USER, u"Software\\Classes\\" + path);
+  if (own.Get()) return TextOf(own.Get());
+  const OpenKey of_all(HKEY_CLASSES_ROOT, path);
+  return of_all.Get() ? TextOf(of_all.Get()) : std::u16string();
+}
+
+// The code of what stops a lookup.
+HRESULT CurrentCode() noexcept {
+  try {
+    throw;
+  } catch (const NoAnswer& reason) {
+    return reason.code;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
 
 std::u16string ClassKey(REFCLSID clsid) {
   OLECHAR text[40];
@@ -57,29 +87,29 @@ HRESULT CLSIDFromProgID(LPCOLESTR prog_id, LPCLSID clsid) try {
   if (!prog_id || !clsid) return E_INVALIDARG;
   *clsid = CLSID_NULL;
   std::u16string name = prog_id;
-  std::u16string text = OpenKey(name + u"\\CLSID").Text();
+  std::u16string text = ClassText(name + u"\\CLSID");
   if (text.empty()) {
-    name = OpenKey(name + u"\\CurVer").Text();
-    if (!name.empty()) text = OpenKey(name + u"\\CLSID").Text();
+    name = ClassText(name + u"\\CurVer");
+    if (!name.empty()) text = ClassText(name + u"\\CLSID");
   }
   if (text.empty() || text.front() != u'{') return CO_E_CLASSSTRING;
   return CLSIDFromString(text.c_str(), clsid);
-} catch (const std::bad_alloc&) {
-  return E_OUTOFMEMORY;
+} catch (...) {
+  return CurrentCode();
 }
 
 HRESULT ProgIDFromCLSID(REFCLSID clsid, LPOLESTR* prog_id) try {
   if (!prog_id) return E_INVALIDARG;
   *prog_id = nullptr;
-  const std::u16string text = OpenKey(ClassKey(clsid) + u"\\ProgID").Text();
+  const std::u16string text = ClassText(ClassKey(clsid) + u"\\ProgID");
   if (text.empty()) return REGDB_E_CLASSNOTREG;
   const std::size_t size = (text.size() + 1) * sizeof(char16_t);
   *prog_id = static_cast<LPOLESTR>(CoTaskMemAlloc(size));
   if (!*prog_id) return E_OUTOFMEMORY;
   std::memcpy(*prog_id, text.c_str(), size);
   return S_OK;
-} catch (const std::bad_alloc&) {
-  return E_OUTOFMEMORY;
+} catch (...) {
+  return CurrentCode();
 }
 
 HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID, REFIID riid, LPVOID* object) try {
@@ -87,13 +117,19 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID, REFIID riid, LPV
   *object = nullptr;
   if (!sabcom::IsThreadInitialized()) return CO_E_NOTINITIALIZED;
   if ((context & CLSCTX_INPROC_SERVER) == 0) return REGDB_E_CLASSNOTREG;
-  const OpenKey server(ClassKey(clsid) + u"\\InprocServer32");
-  if (server.Status() == ERROR_BADDB) return REGDB_E_READREGDB;
-  const std::u16string path = server.Text();
+  const std::u16string key = ClassKey(clsid) + u"\\InprocServer32";
+  const std::u16string path = ClassText(key);
   if (path.empty()) return REGDB_E_CLASSNOTREG;
+  if (path.front() != u'/') {
+    sabcom::Explain("The registry has for " + sabcom::ToUtf8(key) + " the library " +
+                    sabcom::ToUtf8(path) +
+                    ". It is not loaded, since without a full path another one of that name could "
+                    "be found. Register the server again.");
+    return CO_E_DLLNOTFOUND;
+  }
   return sabcom::GetClassObject(path, clsid, riid, object);
-} catch (const std::bad_alloc&) {
-  return E_OUTOFMEMORY;
+} catch (...) {
+  return CurrentCode();
 }
 
 HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID riid,

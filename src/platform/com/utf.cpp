@@ -1,22 +1,34 @@
 #include "platform/com/utf.h"
 
-#include <cwctype>
+#include <locale.h>
+#include <wctype.h>
 
 #include "base/text.h"
 
 namespace sabcom {
+namespace {
+
+// Names are compared alike whatever locale the host chooses meanwhile; without this one, only the
+// letters of ASCII are folded.
+locale_t UnicodeLocale() {
+  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return locale;
+}
+
+}  // namespace
 
 std::string ToUtf8(std::u16string_view text) { return sab::ToUtf8(text); }
 
 std::u16string FromUtf8(std::string_view utf8) { return sab::FromUtf8(utf8); }
 
 std::u16string Folded(std::u16string_view name) {
+  const locale_t locale = UnicodeLocale();
   std::u16string folded(name);
   for (char16_t& unit : folded) {
     if (unit >= u'a' && unit <= u'z') {
       unit = static_cast<char16_t>(unit - 32);
-    } else if (unit >= 0x80) {
-      const std::wint_t upper = std::towupper(unit);
+    } else if (unit >= 0x80 && locale) {
+      const wint_t upper = towupper_l(unit, locale);
       if (upper <= 0xFFFF) unit = static_cast<char16_t>(upper);
     }
   }
