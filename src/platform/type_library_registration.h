@@ -16,7 +16,7 @@ enum class RegistrationScope {
 /// Registers the type library, and removes what earlier versions of it have left.
 /// @param module full path of the library that holds it
 HRESULT RegisterTypeLibraryOf(const Text& module, RegistrationScope scope) noexcept;
-/// A type library that is not registered is no failure.
+/// A type library that is not registered, or for another library, is no failure and stays.
 HRESULT UnregisterTypeLibraryOf(const Text& module, RegistrationScope scope) noexcept;
 
 }  // namespace sab

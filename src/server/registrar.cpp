@@ -17,6 +17,9 @@ struct Value {
   std::vector<BYTE> data;
 };
 
+// More than a registry has.
+constexpr int kMostLevels = 512;
+
 enum class KeyMode { kPlain, kNoRemove, kForceRemove, kDelete };
 
 std::vector<BYTE> BytesOf(const Text& text) {
@@ -36,7 +39,7 @@ class Interpreter {
   void Run() {
     while (token_.kind != Kind::kEnd) {
       const HKEY root = ReadRoot();
-      Expect(Kind::kOpen, "{ is expected behind the root key");
+      Expect(Kind::kOpen, "{ is expected after the root key");
       ReadContent({root, {}});
     }
   }
@@ -89,7 +92,7 @@ class Interpreter {
   void ReadValueOf(const RegistryPath& key) {
     Advance();
     const std::string name = TakeName("the name of a value");
-    Expect(Kind::kEquals, "= is expected behind the name of a value");
+    Expect(Kind::kEquals, "= is expected after the name of a value");
     const Value value = ReadValue();
     Apply(key, name, value);
   }
@@ -98,7 +101,7 @@ class Interpreter {
     if (registers_) {
       registry_.SetValue(key, name, value.type, value.data);
     } else {
-      registry_.DeleteValue(key, name);
+      registry_.DeleteValue(key, name, value.type, value.data);
     }
   }
 
@@ -122,6 +125,7 @@ class Interpreter {
     const Token at = token_;
     const std::string name = TakeName("the name of a key");
     if (name.find('\\') != std::string::npos) lexer_.Fail(at, "the name of a key has no backslash");
+    if (++depth_ > kMostLevels) lexer_.Fail(at, "keys are nested too deeply");
     const RegistryPath key{parent.root, parent.key.empty() ? name : parent.key + '\\' + name};
     const bool removes_first =
         mode == KeyMode::kDelete || (registers_ && mode == KeyMode::kForceRemove);
@@ -137,6 +141,7 @@ class Interpreter {
       Advance();
       ReadContent(key);
     }
+    --depth_;
     if (registers_) return;
     if (mode == KeyMode::kForceRemove) registry_.DeleteTree(key);
     if (mode == KeyMode::kPlain) registry_.DeleteKeyIfEmpty(key);
@@ -208,6 +213,7 @@ class Interpreter {
   RegistryTarget& registry_;
   const bool registers_;
   Token token_;
+  int depth_ = 0;
 };
 
 }  // namespace

@@ -3,8 +3,10 @@
 #include <SabXmlParser.h>
 
 #include "base/com_error.h"
+#include "base/com_ptr.h"
 #include "common/error_edge.h"
 #include "platform/module_path.h"
+#include "platform/registry_change.h"
 #include "platform/script_resource.h"
 #include "server/registrar.h"
 
@@ -58,13 +60,19 @@ class ScopedRegistry {
                                                   : &system_) {}
 
   RegistryTarget& Target() { return *target_; }
-  void Close() { system_.Close(); }
 
  private:
   SystemRegistry system_;
   UserClasses user_{system_};
   RegistryTarget* target_;
 };
+
+// Whether a class is registered for another library than this module, such as another copy of it.
+bool IsOfAnother(const ClassEntry& entry, const Text& module, RegistryTarget& registry) {
+  const Text library = registry.DefaultText(
+      {HKEY_CLASSES_ROOT, "CLSID\\" + TextOf(*entry.clsid) + "\\InprocServer32"});
+  return !library.empty() && !IsSamePath(library, module);
+}
 
 ErrorOrigin Origin() { return {"SabXmlParser", &IID_IUnknown}; }
 
@@ -74,6 +82,7 @@ HRESULT RegisterServer(std::span<const ClassEntry> classes, RegistrationScope sc
   return Guard(Origin(), [&]() -> HRESULT {
     const SystemLocale locale;
     const Text module = ModulePath();
+    RegistryChange change;
     ScopedRegistry registry(scope);
     RunRegistrarScript(ModuleScript(), ModuleReplacements(), registry.Target());
     for (const ClassEntry& entry : classes) {
@@ -81,32 +90,46 @@ HRESULT RegisterServer(std::span<const ClassEntry> classes, RegistrationScope sc
       RunRegistrarScript(ScriptOf(entry), ReplacementsFor(entry, ToUtf8(module)),
                          registry.Target());
     }
-    registry.Close();
+    change.Keep();
     return RegisterTypeLibraryOf(module, scope);
   });
 }
 
 HRESULT UnregisterServer(std::span<const ClassEntry> classes, RegistrationScope scope) noexcept {
   HRESULT first_failure = S_OK;
-  const auto attempt = [&first_failure](const auto& step) {
+  ComPtr<IErrorInfo> reason;  // each step clears the error object
+  const auto attempt = [&](const auto& step) {
     const HRESULT result = Guard(Origin(), step);
-    if (SUCCEEDED(first_failure) && FAILED(result)) first_failure = result;
+    if (FAILED(first_failure) || SUCCEEDED(result)) return;
+    first_failure = result;
+    GetErrorInfo(0, reason.Put());
   };
   attempt([&] {
     const SystemLocale locale;
     const Text module = ModulePath();
+    RegistryChange change;
     ScopedRegistry registry(scope);
+    bool is_shared = false;
     for (const ClassEntry& entry : classes) {
       if (entry.registration == Registration::kNone) continue;
       attempt([&] {
+        if (IsOfAnother(entry, module, registry.Target())) {
+          is_shared = true;
+          return;
+        }
         UndoRegistrarScript(ScriptOf(entry), ReplacementsFor(entry, ToUtf8(module)),
                             registry.Target());
       });
     }
     attempt([&] { return UnregisterTypeLibraryOf(module, scope); });
-    attempt([&] { UndoRegistrarScript(ModuleScript(), ModuleReplacements(), registry.Target()); });
-    registry.Close();
+    attempt([&] {
+      // The other copy's classes belong to the same application.
+      if (is_shared) return;
+      UndoRegistrarScript(ModuleScript(), ModuleReplacements(), registry.Target());
+    });
+    if (SUCCEEDED(first_failure)) change.Keep();
   });
+  if (FAILED(first_failure)) SetErrorInfo(0, reason.Get());
   return first_failure;
 }
 

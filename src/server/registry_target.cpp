@@ -1,6 +1,7 @@
 #include "server/registry_target.h"
 
-#include <utility>
+#include <cstring>
+#include <optional>
 
 #include "base/bstr.h"
 #include "base/com_error.h"
@@ -14,14 +15,18 @@ std::string Explanation(LSTATUS status) {
   ComPtr<IErrorInfo> info;
   Bstr description;
   if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(description.Put());
-  return description.IsEmpty() ? "error " + std::to_string(status) : ToUtf8(description.View());
+  return description.IsEmpty() ? "error " + std::to_string(status) + "."
+                               : ToUtf8(description.View());
 }
 
 void CheckStatus(LSTATUS status, const RegistryPath& path, const char* action) {
   if (status == ERROR_SUCCESS) return;
-  throw ComError(HRESULT_FROM_WIN32(static_cast<DWORD>(status)),
-                 std::string("The registry key ") + path.key + " could not be " + action + ": " +
-                     Explanation(status) + ". Registering needs the right to write the registry.");
+  throw ComError(
+      HRESULT_FROM_WIN32(static_cast<DWORD>(status)),
+      std::string("The registry key ") + path.key + " could not be " + action + ": " +
+          Explanation(status) +
+          (status == ERROR_ACCESS_DENIED ? " Registering needs the right to write the registry."
+                                         : ""));
 }
 
 class OpenKey {
@@ -50,24 +55,27 @@ bool IsAbsent(LSTATUS status) {
 // Where a value without a name has none, the system wants null.
 const OLECHAR* NameOrNull(const Text& name) { return name.empty() ? nullptr : name.c_str(); }
 
-}  // namespace
+struct RegistryValue {
+  DWORD type = REG_NONE;
+  std::vector<BYTE> data;
+};
 
-SystemRegistry::SystemRegistry() {
-  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, OLESTR("CLSID"), 0, KEY_READ, &kept_open_) !=
-      ERROR_SUCCESS) {
-    kept_open_ = nullptr;
+std::optional<RegistryValue> ReadValue(HKEY key, const OLECHAR* name, const RegistryPath& path) {
+  RegistryValue value;
+  DWORD size = 0;
+  LSTATUS status = RegQueryValueExW(key, name, nullptr, &value.type, nullptr, &size);
+  // Another process may write a longer one meanwhile.
+  while (status == ERROR_MORE_DATA || (status == ERROR_SUCCESS && value.data.size() < size)) {
+    value.data.resize(size);
+    status = RegQueryValueExW(key, name, nullptr, &value.type, value.data.data(), &size);
   }
+  if (IsAbsent(status)) return std::nullopt;
+  CheckStatus(status, path, "read");
+  value.data.resize(size);
+  return value;
 }
 
-SystemRegistry::~SystemRegistry() {
-  if (kept_open_) RegCloseKey(kept_open_);
-}
-
-void SystemRegistry::Close() {
-  if (!kept_open_) return;
-  CheckStatus(RegCloseKey(std::exchange(kept_open_, nullptr)), {HKEY_CLASSES_ROOT, "CLSID"},
-              "written");
-}
+}  // namespace
 
 void SystemRegistry::CreateKey(const RegistryPath& path) {
   HKEY key = nullptr;
@@ -86,12 +94,27 @@ void SystemRegistry::SetValue(const RegistryPath& path, const std::string& name,
               path, "written");
 }
 
-void SystemRegistry::DeleteValue(const RegistryPath& path, const std::string& name) {
-  const OpenKey key(path, KEY_SET_VALUE);
+void SystemRegistry::DeleteValue(const RegistryPath& path, const std::string& name, DWORD type,
+                                 const std::vector<BYTE>& data) {
+  const OpenKey key(path, KEY_QUERY_VALUE | KEY_SET_VALUE);
   if (IsAbsent(key.Status())) return;
   CheckStatus(key.Status(), path, "opened");
-  const LSTATUS status = RegDeleteValueW(key.Get(), NameOrNull(FromUtf8(name)));
+  const Text wide = FromUtf8(name);
+  const std::optional<RegistryValue> found = ReadValue(key.Get(), NameOrNull(wide), path);
+  if (!found || found->type != type || found->data != data) return;
+  const LSTATUS status = RegDeleteValueW(key.Get(), NameOrNull(wide));
   if (!IsAbsent(status)) CheckStatus(status, path, "written");
+}
+
+Text SystemRegistry::DefaultText(const RegistryPath& path) {
+  const OpenKey key(path, KEY_QUERY_VALUE);
+  if (IsAbsent(key.Status())) return {};
+  CheckStatus(key.Status(), path, "opened");
+  const std::optional<RegistryValue> found = ReadValue(key.Get(), nullptr, path);
+  if (!found || found->type != REG_SZ) return {};
+  Text text(found->data.size() / sizeof(OLECHAR), 0);
+  if (!text.empty()) std::memcpy(text.data(), found->data.data(), text.size() * sizeof(OLECHAR));
+  return text.substr(0, text.find(OLECHAR{0}));
 }
 
 void SystemRegistry::DeleteTree(const RegistryPath& path) {

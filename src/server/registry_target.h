@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text.h"
+
 namespace sab {
 
 /// A place in the registry: a root and the names below it. Texts are UTF-8.
@@ -23,34 +25,28 @@ class RegistryTarget {
   /// @param data as the registry holds it, texts with their zero
   virtual void SetValue(const RegistryPath& path, const std::string& name, DWORD type,
                         const std::vector<BYTE>& data) = 0;
-  // Removing what is not there is no failure.
-  virtual void DeleteValue(const RegistryPath& path, const std::string& name) = 0;
+  // Removing what does not exist is no failure.
+  /// Removes a value that is still what was written; any other is not ours.
+  virtual void DeleteValue(const RegistryPath& path, const std::string& name, DWORD type,
+                           const std::vector<BYTE>& data) = 0;
   virtual void DeleteTree(const RegistryPath& path) = 0;
   /// Removes the key if it has neither values nor subkeys.
   virtual void DeleteKeyIfEmpty(const RegistryPath& path) = 0;
+  /// The default value of a key where it is a text; empty otherwise.
+  virtual Text DefaultText(const RegistryPath& path) = 0;
 };
 
 /// The system's registry. Failures are raised as ComError that names the key.
 class SystemRegistry final : public RegistryTarget {
  public:
-  /// Keeps a key open, so that a registry that is a file is written once.
-  SystemRegistry();
-  SystemRegistry(const SystemRegistry&) = delete;
-  SystemRegistry& operator=(const SystemRegistry&) = delete;
-  ~SystemRegistry() override;
-
-  /// Ends the writing; raises ComError when it cannot be brought to where it is kept.
-  void Close();
-
   void CreateKey(const RegistryPath& path) override;
   void SetValue(const RegistryPath& path, const std::string& name, DWORD type,
                 const std::vector<BYTE>& data) override;
-  void DeleteValue(const RegistryPath& path, const std::string& name) override;
+  void DeleteValue(const RegistryPath& path, const std::string& name, DWORD type,
+                   const std::vector<BYTE>& data) override;
   void DeleteTree(const RegistryPath& path) override;
   void DeleteKeyIfEmpty(const RegistryPath& path) override;
-
- private:
-  HKEY kept_open_ = nullptr;
+  Text DefaultText(const RegistryPath& path) override;
 };
 
 /// The classes of the current user, in place of those of the machine: what is written below
@@ -65,13 +61,15 @@ class UserClasses final : public RegistryTarget {
                 const std::vector<BYTE>& data) override {
     registry_.SetValue(Moved(path), name, type, data);
   }
-  void DeleteValue(const RegistryPath& path, const std::string& name) override {
-    registry_.DeleteValue(Moved(path), name);
+  void DeleteValue(const RegistryPath& path, const std::string& name, DWORD type,
+                   const std::vector<BYTE>& data) override {
+    registry_.DeleteValue(Moved(path), name, type, data);
   }
   void DeleteTree(const RegistryPath& path) override { registry_.DeleteTree(Moved(path)); }
   void DeleteKeyIfEmpty(const RegistryPath& path) override {
     registry_.DeleteKeyIfEmpty(Moved(path));
   }
+  Text DefaultText(const RegistryPath& path) override { return registry_.DefaultText(Moved(path)); }
 
  private:
   static RegistryPath Moved(const RegistryPath& path);

@@ -19,6 +19,11 @@ class Registry final : public RegistryTarget {
   }
   void SetValue(const RegistryPath& path, const std::string& name, DWORD type,
                 const std::vector<BYTE>& data) override {
+    const std::string text = TextOf(type, data);
+    Note("set " + path.key + "@" + name + " " + std::to_string(type) + ":" + text);
+    keys[path.key][name] = text;
+  }
+  static std::string TextOf(DWORD type, const std::vector<BYTE>& data) {
     std::string text;
     if (type == REG_SZ || type == REG_MULTI_SZ) {
       Text wide(data.size() / sizeof(OLECHAR), 0);
@@ -27,13 +32,15 @@ class Registry final : public RegistryTarget {
     } else {
       for (const BYTE byte : data) text += std::to_string(byte) + " ";
     }
-    Note("set " + path.key + "@" + name + " " + std::to_string(type) + ":" + text);
-    keys[path.key][name] = text;
+    return text;
   }
-  void DeleteValue(const RegistryPath& path, const std::string& name) override {
+  void DeleteValue(const RegistryPath& path, const std::string& name, DWORD type,
+                   const std::vector<BYTE>& data) override {
     Note("unset " + path.key + "@" + name);
-    if (keys.contains(path.key)) keys[path.key].erase(name);
+    if (keys.contains(path.key) && keys[path.key][name] == TextOf(type, data))
+      keys[path.key].erase(name);
   }
+  Text DefaultText(const RegistryPath&) override { return {}; }
   void DeleteTree(const RegistryPath& path) override {
     Note("remove " + path.key);
     std::erase_if(keys, [&](const auto& entry) {

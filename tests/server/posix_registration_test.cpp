@@ -5,6 +5,7 @@
 #include "server/created_object.h"
 #include "server/registration.h"
 #include "server/registry_text.h"
+#include "support/scratch_registry.h"
 #include "support/server_library.h"
 
 namespace sab::testing {
@@ -59,6 +60,30 @@ TEST(TypeInformation, KeepsTheLibraryLoaded) {
 }
 
 // Three classes, of which the second cannot be registered.
+// What another copy, or anybody else, has written under our keys is not ours to remove.
+TEST(Registration, UnregisteringRemovesOnlyWhatThisCopyRegistered) {
+  const ScratchRegistry registry;
+  const std::string prog_id = "SabXmlParser.VeAppParser";
+  const std::string ours = "/libSabXmlParser.so";
+  ASSERT_EQ(S_OK, Server().Register());
+  const std::string file = registry.folder.Read("registry.reg");
+  std::string of_another = file;
+  for (std::size_t at = 0; (at = of_another.find(ours, at)) != std::string::npos;) {
+    of_another.replace(at, ours.size(), "/gone/another.so");
+  }
+  registry.folder.Write("registry.reg", of_another);
+  EXPECT_EQ(S_OK, Server().Unregister());
+  EXPECT_EQ(of_another, registry.folder.Read("registry.reg"));
+
+  std::string changed = file;
+  changed.replace(changed.rfind("=\"VeAppParser Class\""), 20, "=\"Their own words\"\n");
+  registry.folder.Write("registry.reg", changed);
+  EXPECT_EQ(S_OK, Server().Unregister());
+  EXPECT_EQ("(none)", RegistryText(prog_id + ".1\\CLSID"));
+  EXPECT_EQ("(none)", RegistryText("SabXmlParser.VeTmplParser"));
+  EXPECT_NE(std::string::npos, registry.folder.Read("registry.reg").find("Their own words"));
+}
+
 TEST(Registration, StopsAtTheFirstFailureAndRestoresTheLocale) {
   ClassEntry rows[] = {ClassTable()[0], ClassTable()[1], ClassTable()[2]};
   constexpr CLSID kClassIds[] = {
@@ -78,11 +103,8 @@ TEST(Registration, StopsAtTheFirstFailureAndRestoresTheLocale) {
   EXPECT_NE(std::string::npos, description.find("class_with_progid.rgs:3:")) << description;
   EXPECT_EQ(kOfTheCaller, GetThreadLocale());
   SetThreadLocale(before);
-  EXPECT_NE("(none)", OfTheUser("SabTest.First"));
-  EXPECT_EQ("(none)", OfTheUser("SabTest.Third"));
-
-  EXPECT_EQ(S_OK, UnregisterServer(std::span(rows, 1), RegistrationScope::kUser));
   EXPECT_EQ("(none)", OfTheUser("SabTest.First"));
+  EXPECT_EQ("(none)", OfTheUser("SabTest.Third"));
 }
 
 }  // namespace

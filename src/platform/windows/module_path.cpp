@@ -25,4 +25,8 @@ Text ModulePath() {
   }
 }
 
+bool IsSamePath(const Text& a, const Text& b) {
+  return CompareStringOrdinal(a.c_str(), -1, b.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
 }  // namespace sab

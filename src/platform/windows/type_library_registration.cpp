@@ -6,6 +6,7 @@
 
 #include "base/bstr.h"
 #include "base/com_ptr.h"
+#include "platform/module_path.h"
 
 namespace sab {
 namespace {
@@ -114,6 +115,14 @@ HRESULT UnregisterTypeLibraryOf(const Text& module, RegistrationScope scope) noe
   // Systems differ in the code for a type library that is not registered, so that is asked first.
   for (const std::wstring& version : RegisteredVersions(own.guid)) {
     if (version != VersionOf(own)) continue;
+    BSTR path = nullptr;
+    const HRESULT found =
+        QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, &path);
+    // The system counts a final zero as part of the path.
+    const bool is_of_another =
+        SUCCEEDED(found) && path && !IsSamePath(Text(static_cast<const OLECHAR*>(path)), module);
+    SysFreeString(path);
+    if (is_of_another) return S_OK;
     return UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind);
   }
   return S_OK;
