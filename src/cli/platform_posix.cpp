@@ -148,8 +148,11 @@ void* FunctionOf(void* library, const char* name) { return dlsym(library, name);
 RegistryChange TryOnScratchRegistry(const std::function<void()>& change) {
   const ScratchFolder scratch;
   const std::string copy = scratch.Path() + "/registry.reg";
-  std::error_code missing;
-  std::filesystem::copy_file(RegistryPath(), copy, missing);
+  std::error_code error;
+  std::filesystem::copy_file(RegistryPath(), copy, error);
+  if (error && error != std::errc::no_such_file_or_directory) {
+    throw Failure(RegistryPath() + ": cannot copy the registry: " + error.message());
+  }
   UseRegistryFile(copy);
   RegistryChange result;
   result.before = RegistryLines();

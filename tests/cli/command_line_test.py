@@ -337,6 +337,20 @@ class Registration(unittest.TestCase):
         self.assertEqual(output.replace("+ ", "- "), removed)
         self.assertEqual(before, registry.read_bytes())
 
+    @native_only
+    def test_unregisters_only_the_named_copy(self):
+        option = ["--registry", str(scratch / "copies.reg")]
+        copy = shutil.copy(LIBRARY, scratch / "alone")
+        run("register", "--server", LIBRARY, *option)
+        first = run("unregister", "--server", copy, *option)[1].splitlines()
+        self.assertEqual(f"{copy} is not registered", first[0])
+        self.assertIn(" stays registered", first[1])
+        self.assertIn("no longer", run("unregister", "--server", LIBRARY, *option)[1])
+        for command in ["register"], ["register", "--dry-run"], ["unregister"]:
+            result, _, errors = run(*command, "--registry", str(scratch))
+            self.assertEqual(1, result)
+            self.assertIn(f"{scratch}: cannot ", errors)
+
     @unittest.skipUnless(ON_WINDOWS, "Windows only")
     def test_dry_run_needs_a_file(self):
         result, _, errors = run("register", "--dry-run")
