@@ -31,6 +31,12 @@ struct MemberOf<HRESULT (STDMETHODCALLTYPE Class_::*)(Argument_)> {
   using Class = Class_;
   using Value = Argument_;
 };
+template <class Class_, class Argument_>
+struct MemberOf<void (Class_::*)(Argument_)> {
+  static constexpr bool kIsMethod = true;
+  using Class = Class_;
+  using Value = Argument_;
+};
 template <class Class_, class Value_>
 struct MemberOf<Value_ Class_::*> {
   static constexpr bool kIsMethod = false;
@@ -63,6 +69,8 @@ void Put(Reading& reading, void* owner) {
   } else if constexpr (!Member<kMember>::kIsMethod) {
     static_assert(Fits<kType, Value>(), "the member cannot keep what the format says");
     Store<kType>(object.*kMember, reading.text);
+  } else if constexpr (std::is_same_v<Value, TextView>) {
+    (object.*kMember)(reading.text);
   } else if constexpr (std::is_same_v<Value, BSTR>) {
     static_assert(IsText(kType), "the setter takes a text, and the format has none");
     CheckPut((object.*kMember)(reading.value.Set(reading.text)), kName.View());
@@ -168,6 +176,10 @@ constexpr const BoundContent* ContentPointer() {
 template <const auto& kFormat, class... Bindings>
 struct Bound : binding::Table<kFormat, kNoPath, Bindings...> {};
 
+/// The name of an element that code asks for, which its format must have.
+template <const auto& kFormat, Name kName>
+inline constexpr std::string_view kElement = binding::RuleOf<kFormat, kName>().name;
+
 /// A text: kept in a member, put by a setter, or appended to a StringList.
 template <Name kName_, auto kMember>
 struct Bind {
@@ -244,6 +256,26 @@ struct Each {
     rule.is_item = std::ranges::any_of(parts, &formats::Rule::IsForItem);
     rule.open = &Maker::Make;
     rule.append = &binding::AppendTo<kList>;
+    return rule;
+  }
+};
+
+/// An element that its owner reads itself.
+///
+/// @tparam kRead void (Class::*)(const ConfigElement&)
+template <Name kName_, auto kRead>
+struct Call {
+  static constexpr auto kName = kName_;
+
+  template <const auto& kFormat, auto kPath>
+  static constexpr BoundRule Rule() {
+    BoundRule rule;
+    rule.name = kElement<kFormat, Join(kPath, kName)>;
+    rule.is_list = true;
+    rule.open = [](Reading&, void* owner, const ConfigElement& element) {
+      (binding::In<kRead>(owner).*kRead)(element);
+      return ComPtr<IDispatch>();
+    };
     return rule;
   }
 };

@@ -50,16 +50,19 @@ void ReadContainer(DocumentReader& file, const BoundPath& container, Reading& re
 
 DocumentReader::DocumentReader(const formats::Document& document, TextView file)
     : form_(document), file_(ToUtf8(file)) {
-  if (file.empty())
-    throw ComError(kDocumentNotLoaded, "No file is named: put ConfigurationPath first.");
+  if (file.empty()) {
+    throw ComError(kDocumentNotLoaded, form_.method == "Load"
+                                           ? "No file is named: give Load a path."
+                                           : "No file is named: put ConfigurationPath first.");
+  }
   if (!document_.Load(file)) throw ComError(kDocumentNotLoaded, document_.Failure().Describe());
 }
 
 ConfigElement DocumentReader::Root() {
   const ConfigElement root = document_.Select(form_.root);
   if (!root) {
-    const std::string name(form_.root);
-    Fail(form_.result, name, "is not the document element: it must be <" + name + ">, spelt so");
+    Fail(form_.result, "the document element",
+         "must be <" + std::string(form_.root) + ">, spelt so");
   }
   return root;
 }

@@ -39,7 +39,7 @@ constexpr bool IsTruth(Type type) { return type >= Type::kOne && type <= Type::k
 constexpr Type ElementOf(Type type) {
   return type == Type::kTextList     ? Type::kText
          : type == Type::kInt32List  ? Type::kInt32
-         : type == Type::kColourList ? Type::kColour
+         : type == Type::kUInt32List ? Type::kUInt32
                                      : Type::kNone;
 }
 
@@ -72,7 +72,7 @@ constexpr bool Fits() {
       return std::is_same_v<Value, std::vector<Bstr>>;
     case Type::kInt32List:
       return std::is_same_v<Value, std::vector<INT>>;
-    case Type::kColourList:
+    case Type::kUInt32List:
       return std::is_same_v<Value, std::vector<ULONG>>;
     default:
       return IsTruth(kType) ? std::is_same_v<Value, VARIANT_BOOL> : IsText(kType);
@@ -105,10 +105,9 @@ auto Parsed(TextView text) {
 }
 
 /// Keeps the text of an element in a value.
-template <Type kType>
-void Store(Bstr& value, TextView text) {
-  value.Assign(text);
-}
+template <Type kType, class Value>
+requires requires(Value& value, TextView text) { value.Assign(text); }
+void Store(Value& value, TextView text) { value.Assign(text); }
 template <Type kType>
 void Store(WideShort& value, TextView text) {
   value.value = Parsed<kType>(text);
@@ -127,6 +126,29 @@ void Store(std::vector<Element>& list, TextView text) {
     if (!piece.empty()) Store<ElementOf(kType)>(parsed.emplace_back(), piece);
   }
   list = std::move(parsed);
+}
+
+/// The text that stands for a value in a file, whatever its type.
+inline Text Format(const Bstr& value) { return Text(value.View()); }
+/// Numbers of 32 bits are written with a sign, whatever their type; flags as the number they hold.
+template <WholeNumber Value>
+Text Format(Value value) {
+  return FormatInt(static_cast<std::int32_t>(value));
+}
+inline Text Format(WideShort value) { return FormatInt(value.value); }
+template <std::floating_point Value>
+Text Format(Value value) {
+  constexpr int kDecimals = 6;
+  return FormatFixed(static_cast<double>(value), kDecimals);
+}
+template <class Element>
+Text Format(const std::vector<Element>& list) {
+  Text text;
+  for (const Element& element : list) {
+    text += Format(element);
+    text.push_back(kListSeparator);
+  }
+  return text;
 }
 
 }  // namespace sab

@@ -96,9 +96,9 @@ void OpenSettings(sab::ConfigDocument& document, const std::string& file,
 
 // --- Entries ---
 
-sab::SettingType SettingsEntry::Type() const {
-  if (is_structure) return sab::SettingType::kStructure;
-  return row ? row->type : sab::SettingType::kText;
+sab::Type SettingsEntry::Type() const {
+  if (is_structure) return sab::Type::kNone;
+  return row ? row->type : sab::Type::kText;
 }
 
 std::string SettingsEntry::Shown() const {
@@ -135,9 +135,9 @@ SettingsEntry SettingsBlock::EntryOf(const sab::SettingsRow& row) {
   entry.key = row.key;
   entry.row = &row;
   entry.copies = Select(node_path_ + "/" + entry.key);
-  entry.is_structure = row.type == sab::SettingType::kStructure;
+  entry.is_structure = row.type == sab::Type::kNone;
   if (entry.is_structure) return entry;
-  sab::Text text = sab::FromUtf8(row.text_when_missing);
+  sab::Text text = sab::FromUtf8(row.rule->when_missing);
   if (!entry.copies.empty()) entry.copies.front().ReadText(text);
   const bool is_loaded = row.IsLoaded() && !(entry.copies.empty() && text.empty());
   if (is_loaded) row.parse(values_.get(), text);

@@ -49,7 +49,7 @@ struct SettingsEntry {
   Json AsJson() const;
   /// One copy as it stands there, for people.
   std::string ShownCopy(std::size_t index) const;
-  sab::SettingType Type() const;
+  sab::Type Type() const;
 };
 
 /// The elements of one group in a file.

@@ -43,7 +43,7 @@ void ListKeys(const SettingsChoice& choice) {
   columns.Add({"KEY", "TYPE", "DEFAULT", ""});
   const sab::SettingsFields fields = choice.table->make_fields();
   for (const sab::SettingsRow& row : choice.table->rows()) {
-    columns.Add({std::string(row.key), sab::WordsFor(row.type), DefaultOf(row, fields.get()),
+    columns.Add({std::string(row.key), sab::WordsForSetting(row.type), DefaultOf(row, fields.get()),
                  AboutKey(row)});
   }
   columns.Print(std::cout, "  ");
@@ -62,7 +62,7 @@ Json GroupAsJson(const SettingsChoice& choice) {
     const Json value = row.format ? SettingAsJson(row.type, row.format(fields.get())) : Json();
     keys.push_back({{"key", row.key},
                     {"member", row.property},
-                    {"type", sab::WordsFor(row.type)},
+                    {"type", sab::WordsForSetting(row.type)},
                     {"default", value},
                     {"note", sab::NoteOn(row)}});
   }
@@ -97,7 +97,7 @@ Json EntryAsJson(const SettingsEntry& entry) {
     if (const unsigned line = copy.Position().line; line != 0) place["line"] = line;
     copies.push_back(std::move(place));
   }
-  return {{"type", sab::WordsFor(entry.Type())},
+  return {{"type", sab::WordsForSetting(entry.Type())},
           {"value", entry.AsJson()},
           {"copies", std::move(copies)}};
 }
@@ -192,7 +192,7 @@ void DumpSettings(const SettingsOptions& options) {
   }
   Columns columns;
   for (const SettingsEntry& entry : entries) {
-    columns.Add({entry.key, entry.Shown(), sab::WordsFor(entry.Type()), PlaceOf(entry)});
+    columns.Add({entry.key, entry.Shown(), sab::WordsForSetting(entry.Type()), PlaceOf(entry)});
   }
   columns.Print(std::cout);
 }

@@ -13,25 +13,9 @@
 namespace sabxml::cli {
 namespace {
 
-using sab::SettingType;
+using sab::Type;
 
-bool IsFlag(SettingType type) {
-  return type == SettingType::kFlag || type == SettingType::kStrictFlag;
-}
-
-// The type of a list's elements; nothing for what is no list.
-std::optional<SettingType> ElementType(SettingType type) {
-  switch (type) {
-    case SettingType::kTextList:
-      return SettingType::kText;
-    case SettingType::kIntList:
-      return SettingType::kInt;
-    case SettingType::kUnsignedList:
-      return SettingType::kUnsigned;
-    default:
-      return std::nullopt;
-  }
-}
+bool IsFlag(Type type) { return type == Type::kFlag || type == Type::kMinusOne; }
 
 std::vector<std::string> PiecesOf(std::string_view list) {
   std::vector<std::string> pieces;
@@ -59,14 +43,14 @@ constexpr Range RangeOf() {
 }
 
 // What a person may write: what a host gets whole. A number without a sign also as the file has it.
-Range RangeFor(SettingType type) {
+Range RangeFor(Type type) {
   switch (type) {
-    case SettingType::kShort:
-    case SettingType::kWideShort:
+    case Type::kInt16:
+    case Type::kWideInt16:
       return RangeOf<std::int16_t>();
-    case SettingType::kUnsignedShort:
+    case Type::kUInt16:
       return RangeOf<std::uint16_t>();
-    case SettingType::kUnsigned:
+    case Type::kUInt32:
       return {RangeOf<std::int32_t>().lowest, RangeOf<std::uint32_t>().highest};
     default:
       return RangeOf<std::int32_t>();
@@ -88,17 +72,17 @@ std::optional<std::int64_t> WholeNumber(std::string_view text, bool may_be_hexad
   return number;
 }
 
-sab::Text CheckedNumber(std::string_view key, SettingType type, std::string_view text) {
+sab::Text CheckedNumber(std::string_view key, Type type, std::string_view text) {
   const Range range = RangeFor(type);
-  const auto number = WholeNumber(text, type == SettingType::kUnsigned);
+  const auto number = WholeNumber(text, type == Type::kUInt32);
   if (!number || *number < range.lowest || *number > range.highest) {
-    const std::int64_t lowest = type == SettingType::kUnsigned ? 0 : range.lowest;
+    const std::int64_t lowest = type == Type::kUInt32 ? 0 : range.lowest;
     Refuse(key, text,
            "a whole number from " + std::to_string(lowest) + " to " +
                std::to_string(range.highest) + " is wanted");
   }
-  return type == SettingType::kUnsigned ? sab::FormatInt(static_cast<std::int32_t>(*number))
-                                        : sab::FormatInt(*number);
+  return type == Type::kUInt32 ? sab::FormatInt(static_cast<std::int32_t>(*number))
+                               : sab::FormatInt(*number);
 }
 
 template <class Number>
@@ -114,7 +98,7 @@ sab::Text CheckedDecimal(std::string_view key, std::string_view text) {
            std::is_same_v<Number, float> ? "a number of single precision is wanted, 0.25 or -1e6"
                                          : "a number is wanted, 0.25 or -1e6");
   }
-  return sab::FormatSetting(static_cast<Number>(number));
+  return sab::Format(static_cast<Number>(number));
 }
 
 sab::Text CheckedFlag(std::string_view key, std::string_view text) {
@@ -127,19 +111,19 @@ sab::Text CheckedFlag(std::string_view key, std::string_view text) {
 
 bool IsTrimmed(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-sab::Text CheckedSetting(std::string_view key, SettingType type, const std::string& text) {
+sab::Text CheckedSetting(std::string_view key, Type type, const std::string& text) {
   switch (type) {
-    case SettingType::kText:
+    case Type::kText:
       return CheckedText(std::string(key), text);
-    case SettingType::kFlag:
-    case SettingType::kStrictFlag:
+    case Type::kFlag:
+    case Type::kMinusOne:
       return CheckedFlag(key, text);
-    case SettingType::kIntOrMax:
+    case Type::kInt32OrMax:
       if (text == "INT_MAX") return sab::FromUtf8(text);
       break;
-    case SettingType::kFloat:
+    case Type::kFloat:
       return CheckedDecimal<float>(key, text);
-    case SettingType::kDouble:
+    case Type::kDouble:
       return CheckedDecimal<double>(key, text);
     default:
       break;
@@ -183,13 +167,13 @@ Decimal DecimalOf(std::string_view text) {
 
 }  // namespace
 
-sab::Text LoadedSetting(SettingType type, sab::TextView saved, sab::TextView loaded) {
+sab::Text LoadedSetting(Type type, sab::TextView saved, sab::TextView loaded) {
   switch (type) {
-    case SettingType::kWideShort:
+    case Type::kWideInt16:
       return sab::FormatInt(static_cast<std::int16_t>(sab::ParseInt(saved)));
-    case SettingType::kFloat:
+    case Type::kFloat:
       return WithAllDecimals<float>(saved, loaded);
-    case SettingType::kDouble:
+    case Type::kDouble:
       return WithAllDecimals<double>(saved, loaded);
     default:
       return sab::Text(saved);
@@ -198,35 +182,35 @@ sab::Text LoadedSetting(SettingType type, sab::TextView saved, sab::TextView loa
 
 bool IsSameDecimal(std::string_view a, std::string_view b) { return DecimalOf(a) == DecimalOf(b); }
 
-std::string ShownSetting(SettingType type, sab::TextView file_text) {
-  if (const auto element = ElementType(type); element == SettingType::kUnsigned) {
+std::string ShownSetting(Type type, sab::TextView file_text) {
+  if (const Type element = sab::ElementOf(type); element == Type::kUInt32) {
     std::string shown;
     for (const std::string& piece : PiecesOf(sab::ToUtf8(file_text)))
-      shown += ShownSetting(*element, sab::FromUtf8(piece)) + ";";
+      shown += ShownSetting(element, sab::FromUtf8(piece)) + ";";
     return shown;
   }
-  if (type == SettingType::kUnsigned)
+  if (type == Type::kUInt32)
     return std::to_string(static_cast<std::uint32_t>(sab::ParseInt(file_text)));
   const std::string text = sab::ToUtf8(file_text);
   if (IsFlag(type) && (text == "-1" || text == "0")) return text == "0" ? "false" : "true";
   return OnOneLine(text);
 }
 
-Json SettingAsJson(SettingType type, sab::TextView file_text) {
-  if (const auto element = ElementType(type)) {
+Json SettingAsJson(Type type, sab::TextView file_text) {
+  if (const Type element = sab::ElementOf(type); element != Type::kNone) {
     Json list = Json::array();
     for (const std::string& piece : PiecesOf(sab::ToUtf8(file_text)))
-      list.push_back(SettingAsJson(*element, sab::FromUtf8(piece)));
+      list.push_back(SettingAsJson(element, sab::FromUtf8(piece)));
     return list;
   }
   switch (type) {
-    case SettingType::kText:
-    case SettingType::kStructure:
+    case Type::kText:
+    case Type::kNone:
       return sab::ToUtf8(file_text);
-    case SettingType::kUnsigned:
+    case Type::kUInt32:
       return static_cast<std::uint32_t>(sab::ParseInt(file_text));
-    case SettingType::kFloat:
-    case SettingType::kDouble:
+    case Type::kFloat:
+    case Type::kDouble:
       return sab::ParseDouble(file_text);
     default: {
       const std::int32_t number = sab::ParseIntOrMax(file_text);
@@ -250,20 +234,20 @@ sab::Text CheckedText(const std::string& key, const std::string& utf8) {
 }
 
 sab::Text CheckedSetting(const sab::SettingsRow& row, const std::string& utf8) {
-  if (row.type == SettingType::kStructure) {
+  if (row.type == Type::kNone) {
     Refuse(
         row.key, utf8,
         "the key is a structure of elements, which can be shown and not set; the host writes it");
   }
-  const auto element = ElementType(row.type);
-  if (!element) return CheckedSetting(row.key, row.type, utf8);
+  const Type element = sab::ElementOf(row.type);
+  if (element == Type::kNone) return CheckedSetting(row.key, row.type, utf8);
   sab::Text list;
   for (const std::string& piece : PiecesOf(utf8)) {
     if (piece.empty()) {
       Refuse(row.key, utf8,
              "a list has one semicolon between its elements, and none of them is empty");
     }
-    list += CheckedSetting(row.key, *element, piece);
+    list += CheckedSetting(row.key, element, piece);
     list.push_back(sab::kListSeparator);
   }
   return list;

@@ -15,17 +15,17 @@ namespace sabxml::cli {
 /// short, and all decimals of a number.
 /// @param saved what a save writes
 /// @param loaded the text that was loaded
-sab::Text LoadedSetting(sab::SettingType type, sab::TextView saved, sab::TextView loaded);
+sab::Text LoadedSetting(sab::Type type, sab::TextView saved, sab::TextView loaded);
 
 /// Whether two decimal numbers are the same in every digit: 1e3 and 1000.0, but not 0.1234567 and
 /// 0.123457.
 bool IsSameDecimal(std::string_view a, std::string_view b);
 
 /// For people: flags as true and false, numbers without a sign as such, the rest as in the file.
-std::string ShownSetting(sab::SettingType type, sab::TextView file_text);
+std::string ShownSetting(sab::Type type, sab::TextView file_text);
 
 /// As JSON has it: numbers, truth values, arrays.
-Json SettingAsJson(sab::SettingType type, sab::TextView file_text);
+Json SettingAsJson(sab::Type type, sab::TextView file_text);
 
 /// The text for a file. Raises Failure, saying what is wanted, for a text that is not of the key's
 /// type, that does not fit into its width, or that would be another after a load.

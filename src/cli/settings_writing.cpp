@@ -146,8 +146,7 @@ void SetSettings(const SettingsOptions& options) {
   }
   Finish(block, options, is_changed, TextOf(columns));
   for (const auto& [entry, text, given] : changes) {
-    const bool is_decimal =
-        entry.Type() == sab::SettingType::kFloat || entry.Type() == sab::SettingType::kDouble;
+    const bool is_decimal = entry.Type() == sab::Type::kFloat || entry.Type() == sab::Type::kDouble;
     const std::string written = sab::ToUtf8(text);
     if (is_decimal && !IsSameDecimal(given, written)) {
       Warn(entry.key + "=" + given + " loses digits: it is written as " + written);

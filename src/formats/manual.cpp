@@ -157,8 +157,8 @@ std::string_view WordsFor(Type type) {
       return "list of text";
     case Type::kInt32List:
       return "list of int";
-    case Type::kColourList:
-      return "list of colours";
+    case Type::kUInt32List:
+      return "list of unsigned";
   }
   return "";
 }

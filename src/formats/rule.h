@@ -47,8 +47,15 @@ enum class Type : unsigned char {
   // Lists: a semicolon after each element.
   kTextList,
   kInt32List,
-  kColourList,
+  kUInt32List,
 };
+
+/// What a file holds, without what it means to people.
+constexpr Type Basic(Type type) {
+  if (type >= Type::kText && type <= Type::kKey) return Type::kText;
+  if (type == Type::kColour) return Type::kUInt32;
+  return type == Type::kNonZero ? Type::kFlag : type;
+}
 
 /// Which of several elements of one name counts.
 enum class Count : unsigned char {

@@ -28,7 +28,7 @@ inline constexpr auto kSelectSettings = FirstCounts({
     Flag("SelectAllColor", "Whether all colours are selected").Of("SelectAll_Color"),
     Value<Type::kTextList>("IncludeTypes", "Types that are selected").Of("AddIncludeType"),
     Value<Type::kTextList>("ExcludeTypes", "Types that are not selected").Of("AddExculdeType"),
-    Value<Type::kColourList>("ExceptiveColors", "Colours that are not selected")
+    Value<Type::kUInt32List>("ExceptiveColors", "Colours that are not selected")
         .Of("AddExceptiveColor"),
     Value<Type::kInt32List>("IncludeTypeIDs", "Numbers of types that are selected")
         .Of("AddIncludeTypeID"),

@@ -21,9 +21,7 @@ inline constexpr auto kTemplateAttributes = FirstCounts({
 });
 
 inline constexpr auto kDefaultEnvironment = FirstCounts({
-    Text("Identify", "Default environment of a document")
-        .Filled()
-        .RefersTo(Subject::kEnvironment),
+    Text("Identify", "Default environment of a document").Filled().RefersTo(Subject::kEnvironment),
 });
 inline constexpr auto kDefaultModule = FirstCounts({
     Text("Identify", "Default module of a document; it may be empty, but not missing")

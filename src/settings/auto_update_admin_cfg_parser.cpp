@@ -1,16 +1,16 @@
 #include "settings/auto_update_admin_cfg_parser.h"
 
+#include "formats/settings_update.h"
+
 namespace sab {
 
 using F = AutoUpdateAdminCfgFields;
 
 std::span<const SettingsRow> AutoUpdateAdminCfgFields::Rows() {
-  static constexpr SettingsRow kRows[] = {
-      StrictFlag<&F::DisableHttp>("DisableHttp").OnlyLoaded(),
-      StrictFlag<&F::ReadOnly>("ReadOnly").OnlyLoaded(),
-      IntOrMax<&F::Interval>("Interval").OnlyLoaded(),
-      Setting<&F::Server>("Server").OnlyLoaded(),
-  };
+  static constexpr auto kRows =
+      BindSettings<formats::kUpdateSettings, Bind<"DisableHttp", &F::DisableHttp>,
+                   Bind<"ReadOnly", &F::ReadOnly>, Bind<"Interval", &F::Interval>,
+                   Bind<"Server", &F::Server>>();
   return kRows;
 }
 

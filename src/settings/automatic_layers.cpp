@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "binding/bind.h"
+#include "formats/settings_system.h"
 #include "platform/resource_strings.h"
 
 namespace sab {
@@ -51,9 +53,9 @@ constexpr InitialPair kFromStyleDftDb[] = {
     // clang-format on
 };
 
-constexpr std::string_view kRule = "AutoLayerRule";
-constexpr std::string_view kKey = "Key";
-constexpr std::string_view kValue = "Value";
+constexpr std::string_view kRule = kElement<formats::kAutomaticLayers, "AutoLayerRule">;
+constexpr std::string_view kKey = kElement<formats::kAutomaticLayer, "Key">;
+constexpr std::string_view kValue = kElement<formats::kAutomaticLayer, "Value">;
 
 // "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}" and its end.
 constexpr int kIdentifierLength = 39;

@@ -1,51 +1,37 @@
 #include "settings/display_cfg_parser.h"
 
+#include "formats/settings_display.h"
+
 namespace sab {
 
 using F = DisplayCfgFields;
 
 std::span<const SettingsRow> DisplayCfgFields::Rows() {
-  static constexpr SettingsRow kRows[] = {
-      Setting<&F::ObscuredColor>("ObscuredColor"),
-      Setting<&F::ZoomFactor>("ZoomFactor"),
-      Flag<&F::DragMode>("DragMode"),
-      Setting<&F::PtMode>("PtMode"),
-      Setting<&F::PtSize>("PtSize"),
-      Setting<&F::CursorSize>("CursorSize"),
-      Flag<&F::BigCursor>("BigCursor"),
-      Flag<&F::ShowViewFrm>("ShowViewFrm"),
-      Setting<&F::CurCoordColor>("CurCoordColor"),
-      Setting<&F::ModelBkColor>("ModelBkColor"),
-      Setting<&F::LayoutBkColor>("LayoutBkColor"),
-      Setting<&F::InCurCoordColor>("InCurCoordColor"),
-      Setting<&F::HighLightColor>("HighLightColor"),
-      Flag<&F::HighLightUseBkColor>("HighLightUseBkColor"),
-      Setting<&F::CursorColor>("CursorColor"),
-      Setting<&F::MinTxtShowSize>("MinTxtShowSize"),
-      Setting<&F::UCSDisplayCtrl>("UCSDispCtrl").Of("UCSDisplayCtrl"),
-      Setting<&F::UCSDisplayColor>("UCSDispColor").Of("UCSDisplayColor"),
-      Setting<&F::LineWidthDisplayScale>("LineWidthDispScale").Of("LineWidthDisplayScale"),
-      Setting<&F::LineWidthConvertScale>("LWMmToPixels").Of("LineWidthConvertScale"),
-      Flag<&F::IsDisplayByLineWidth>("DisplayByLineWidth").Of("IsDisplayByLineWidth"),
-      Setting<&F::GlobalLnTypeScale>("GlobalLnTypeScale"),
-      Setting<&F::RubberLnColor>("RubberLnColor"),
-      Setting<&F::UCSIconStyle>("UCSIconStyle"),
-      Setting<&F::UCSIconSize>("UCSIconSize"),
-      Setting<&F::UCSIconLnWidth>("UCSIconWidth").Of("UCSIconLnWidth"),
-      Flag<&F::UserInputMark>("UserInputMark"),
-      Setting<&F::HatchLineDensity>("HatchLineDensity"),
-      Flag<&F::AccelerateWhileZoom>("AccelerateWhileZoom"),
-      Flag<&F::UndoDisplayOpt>("UndoDisplayOpt"),
-      Flag<&F::SaveDisplayOpt>("SaveDisplayOpt"),
-      Setting<&F::DefLineWidthDisplayScale>("DefLineWidthDispScale").Of("DefLineWidthDisplayScale"),
-      Setting<&F::DefLineWidthConvertScale>("DefLWMmToPixels").Of("DefLineWidthConvertScale"),
-      Setting<&F::XRefFadeVal>("XRefFadeVal"),
-      Setting<&F::RefEditFadeVal>("RefEditFadeVal"),
-      Setting<&F::LayLockFadeVal>("LayLockFadeVal"),
-      Flag<&F::XRefFadeCtl>("XRefFadeCtl"),
-      Flag<&F::RefEditFadeCtl>("RefEditFadeCtl"),
-      Flag<&F::LayLockFadeCtl>("LayLockFadeCtl"),
-  };
+  static constexpr auto kRows = BindSettings<
+      formats::kDisplaySettings, Bind<"ObscuredColor", &F::ObscuredColor>,
+      Bind<"ZoomFactor", &F::ZoomFactor>, Bind<"DragMode", &F::DragMode>,
+      Bind<"PtMode", &F::PtMode>, Bind<"PtSize", &F::PtSize>, Bind<"CursorSize", &F::CursorSize>,
+      Bind<"BigCursor", &F::BigCursor>, Bind<"ShowViewFrm", &F::ShowViewFrm>,
+      Bind<"CurCoordColor", &F::CurCoordColor>, Bind<"ModelBkColor", &F::ModelBkColor>,
+      Bind<"LayoutBkColor", &F::LayoutBkColor>, Bind<"InCurCoordColor", &F::InCurCoordColor>,
+      Bind<"HighLightColor", &F::HighLightColor>,
+      Bind<"HighLightUseBkColor", &F::HighLightUseBkColor>, Bind<"CursorColor", &F::CursorColor>,
+      Bind<"MinTxtShowSize", &F::MinTxtShowSize>, Bind<"UCSDispCtrl", &F::UCSDisplayCtrl>,
+      Bind<"UCSDispColor", &F::UCSDisplayColor>,
+      Bind<"LineWidthDispScale", &F::LineWidthDisplayScale>,
+      Bind<"LWMmToPixels", &F::LineWidthConvertScale>,
+      Bind<"DisplayByLineWidth", &F::IsDisplayByLineWidth>,
+      Bind<"GlobalLnTypeScale", &F::GlobalLnTypeScale>, Bind<"RubberLnColor", &F::RubberLnColor>,
+      Bind<"UCSIconStyle", &F::UCSIconStyle>, Bind<"UCSIconSize", &F::UCSIconSize>,
+      Bind<"UCSIconWidth", &F::UCSIconLnWidth>, Bind<"UserInputMark", &F::UserInputMark>,
+      Bind<"HatchLineDensity", &F::HatchLineDensity>,
+      Bind<"AccelerateWhileZoom", &F::AccelerateWhileZoom>,
+      Bind<"UndoDisplayOpt", &F::UndoDisplayOpt>, Bind<"SaveDisplayOpt", &F::SaveDisplayOpt>,
+      Bind<"DefLineWidthDispScale", &F::DefLineWidthDisplayScale>,
+      Bind<"DefLWMmToPixels", &F::DefLineWidthConvertScale>, Bind<"XRefFadeVal", &F::XRefFadeVal>,
+      Bind<"RefEditFadeVal", &F::RefEditFadeVal>, Bind<"LayLockFadeVal", &F::LayLockFadeVal>,
+      Bind<"XRefFadeCtl", &F::XRefFadeCtl>, Bind<"RefEditFadeCtl", &F::RefEditFadeCtl>,
+      Bind<"LayLockFadeCtl", &F::LayLockFadeCtl>>();
   return kRows;
 }
 

@@ -1,15 +1,16 @@
 #include "settings/file_path_cfg_parser.h"
 
+#include "formats/browse_history.h"
+#include "formats/settings_file_path.h"
 #include "platform/neighbour_file.h"
 #include "settings/indexes.h"
 
 namespace sab {
 namespace {
 
-// "Historys" is how the files spell it.
-constexpr char kRoot[] = "BrowseFileHistorys";
-constexpr char kList[] = "DCHistory";
-constexpr char kEntry[] = "History";
+constexpr std::string_view kRoot = formats::kBrowseHistoryDocument.root;
+constexpr std::string_view kList = kElement<formats::kBrowseHistory, "DCHistory">;
+constexpr std::string_view kEntry = kElement<formats::kBrowseEntries, "History">;
 
 Text HistoryFile(TextView configuration_file) {
   return NeighbourFile(configuration_file, OLESTR("BrowseHistory.xml"));
@@ -20,17 +21,12 @@ Text HistoryFile(TextView configuration_file) {
 using F = FilePathCfgFields;
 
 std::span<const SettingsRow> FilePathCfgFields::Rows() {
-  static constexpr SettingsRow kRows[] = {
-      Setting<&F::AutoSaveFilePath>("AutoSaveFilePath"),
-      Setting<&F::ShapeFilePath>("ShapeFilePath"),
-      Setting<&F::FormulaCurPath>("FormulaCurPath"),
-      Setting<&F::TmplFilePath>("TmplFilePath"),
-      Setting<&F::LibraryPath>("LibraryPath"),
-      Setting<&F::LogFilePath>("LogFilePath"),
-      Setting<&F::DCFavorite>("DesignCenterFavorite").Of("DCFavorite"),
-      Setting<&F::XRefPaths>("XRefPath").Of("XRefPaths"),
-      Setting<&F::FileSavePath>("FileSavePath"),
-  };
+  static constexpr auto kRows = BindSettings<
+      formats::kFilePathSettings, Bind<"AutoSaveFilePath", &F::AutoSaveFilePath>,
+      Bind<"ShapeFilePath", &F::ShapeFilePath>, Bind<"FormulaCurPath", &F::FormulaCurPath>,
+      Bind<"TmplFilePath", &F::TmplFilePath>, Bind<"LibraryPath", &F::LibraryPath>,
+      Bind<"LogFilePath", &F::LogFilePath>, Bind<"DesignCenterFavorite", &F::DCFavorite>,
+      Bind<"XRefPath", &F::XRefPaths>, Bind<"FileSavePath", &F::FileSavePath>>();
   return kRows;
 }
 
@@ -61,7 +57,7 @@ void CVeFilePathCfgParser::SaveHistory(TextView file) const {
 void CVeFilePathCfgParser::LoadHistory(TextView file) {
   ConfigDocument document;
   if (!document.Load(file)) return;
-  const ConfigElement list = document.Select(std::string(kRoot) + '/' + kList);
+  const ConfigElement list = document.Select(std::string(kRoot).append("/").append(kList));
   if (!list) return;
   std::vector<Bstr> loaded;
   Text text;

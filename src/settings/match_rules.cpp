@@ -2,14 +2,16 @@
 
 #include <algorithm>
 
+#include "binding/bind.h"
+#include "formats/settings_system.h"
 #include "platform/text_comparison.h"
 
 namespace sab {
 namespace {
 
-constexpr std::string_view kRule = "MatchRule";
-constexpr std::string_view kKey = "Key";
-constexpr std::string_view kValue = "Value";
+constexpr std::string_view kRule = kElement<formats::kMatchRules, "MatchRule">;
+constexpr std::string_view kKey = kElement<formats::kMatchRule, "Key">;
+constexpr std::string_view kValue = kElement<formats::kMatchRule, "Value">;
 
 auto FindEntry(std::vector<MatchRules::Entry>& entries, TextView key) {
   return std::find_if(entries.begin(), entries.end(),

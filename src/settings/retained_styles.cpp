@@ -1,26 +1,18 @@
 #include "settings/retained_styles.h"
 
+#include "binding/bind.h"
+#include "formats/settings_system.h"
+
 #include <algorithm>
 
 namespace sab {
 namespace {
 
-// By type; "GeoMetricalSteyle" and "itemNo.Style" are how the files spell them.
-constexpr std::array<std::string_view, RetainedStyles::kTypes> kElements = {
-    "Layer",
-    "LineType",
-    "TextStyle",
-    "DimStyle",
-    "LeadLineStyle",
-    "GeoMetricalSteyle",
-    "SurfaceFinishStyle",
-    "WeldingSymbolStyle",
-    "DatumSymbolStyle",
-    "SectionLineStyle",
-    "itemNo.Style",
-    "BomStyle",
-};
-constexpr std::string_view kValue = "Value";
+// By type.
+constexpr const auto& kElements = formats::kRetainedStyles;
+static_assert(kElements.size() == RetainedStyles::kTypes);
+
+constexpr std::string_view kValue = kElement<formats::kRetainedStyleNames, "Value">;
 
 }  // namespace
 
@@ -48,7 +40,7 @@ void RetainedStyles::Read(const ConfigElement& element, Text& scratch) {
   std::array<bool, kTypes> is_read{};
   for (const ConfigElement child : element.Children()) {
     for (std::size_t i = 0; i < kElements.size(); ++i) {
-      if (is_read[i] || !child.Is(kElements[i])) continue;
+      if (is_read[i] || !child.Is(kElements[i].name)) continue;
       std::vector<Bstr> names;
       for (const ConfigElement value : child.Children()) {
         if (value.Is(kValue)) names.emplace_back(value.ReadText(scratch));
@@ -61,7 +53,7 @@ void RetainedStyles::Read(const ConfigElement& element, Text& scratch) {
 
 void RetainedStyles::Write(AppendedElement element) const {
   for (std::size_t i = 0; i < kElements.size(); ++i) {
-    AppendedElement list = element.Append(kElements[i]);
+    AppendedElement list = element.Append(kElements[i].name);
     for (const Bstr& name : lists_[i].names) list.Append(kValue, name.View());
   }
 }

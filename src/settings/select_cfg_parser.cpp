@@ -1,41 +1,32 @@
 #include "settings/select_cfg_parser.h"
 
+#include "formats/settings_select.h"
+
 namespace sab {
 
 using F = SelectCfgFields;
 
 std::span<const SettingsRow> SelectCfgFields::Rows() {
-  // "Exculde" is how the interface spells it.
-  static constexpr SettingsRow kRows[] = {
-      Setting<&F::GripColor>("GripColor"),
-      Setting<&F::PickBoxSize>("PickBoxSize"),
-      Setting<&F::PickBoxColor>("PickBoxColor"),
-      Setting<&F::GripSize>("GripSize"),
-      Setting<&F::GripObjLimit>("GripObjLimit"),
-      Setting<&F::RKeyActionMode>("RKeyActionMode"),
-      Setting<&F::SpaceKeyActiveCmd>("SpaceKeyActiveCmd"),
-      Setting<&F::CmdInteractionMode>("CmdInteractionMode"),
-      Setting<&F::CmdContinueMode>("CmdContinueMode"),
-      Setting<&F::RKeyCmdMode>("RKeyCmdMode"),
-      Setting<&F::RKeyEditMode>("RKeyEditMode"),
-      Setting<&F::RKeyAnnotateMode>("RKeyAnnotateMode"),
-      Setting<&F::SpaceKeyAcceMenuMode>("SpaceKeyAcceMenuMode"),
-      Setting<&F::AcceleratorEffect>("AcceleratorEffect"),
-      Setting<&F::StretchGripParseMode>("StretchGripParseMode"),
-      Setting<&F::SelectionPreview>("SelectionPreview"),
-      Flag<&F::selects_all_layers>("SelectAllLayer").Of("SelectAll_Layer"),
-      Flag<&F::selects_all_line_types>("SelectAllLnType").Of("SelectAll_LnType"),
-      Flag<&F::selects_all_colors>("SelectAllColor").Of("SelectAll_Color"),
-      Setting<&F::included_types>("IncludeTypes").Of("AddIncludeType"),
-      Setting<&F::excluded_types>("ExcludeTypes").Of("AddExculdeType"),
-      Setting<&F::excepted_colors>("ExceptiveColors").Of("AddExceptiveColor"),
-      Setting<&F::included_type_ids>("IncludeTypeIDs").Of("AddIncludeTypeID"),
-      Setting<&F::excluded_type_ids>("ExcludeTypeIDs").Of("AddExculdeTypeID"),
-      Setting<&F::SndRKeyEditMode>("SndRKeyEditMode"),
-      Flag<&F::notes_change_of_local_data>("PopupNoteWhenModifyLocalData"),
-      Setting<&F::WheelZoomMode>("WheelZoomMode"),
-      Setting<&F::IsGraphicDim>("GraphicDim").Of("IsGraphicDim"),
-  };
+  static constexpr auto kRows = BindSettings<
+      formats::kSelectSettings, Bind<"GripColor", &F::GripColor>,
+      Bind<"PickBoxSize", &F::PickBoxSize>, Bind<"PickBoxColor", &F::PickBoxColor>,
+      Bind<"GripSize", &F::GripSize>, Bind<"GripObjLimit", &F::GripObjLimit>,
+      Bind<"RKeyActionMode", &F::RKeyActionMode>, Bind<"SpaceKeyActiveCmd", &F::SpaceKeyActiveCmd>,
+      Bind<"CmdInteractionMode", &F::CmdInteractionMode>,
+      Bind<"CmdContinueMode", &F::CmdContinueMode>, Bind<"RKeyCmdMode", &F::RKeyCmdMode>,
+      Bind<"RKeyEditMode", &F::RKeyEditMode>, Bind<"RKeyAnnotateMode", &F::RKeyAnnotateMode>,
+      Bind<"SpaceKeyAcceMenuMode", &F::SpaceKeyAcceMenuMode>,
+      Bind<"AcceleratorEffect", &F::AcceleratorEffect>,
+      Bind<"StretchGripParseMode", &F::StretchGripParseMode>,
+      Bind<"SelectionPreview", &F::SelectionPreview>,
+      Bind<"SelectAllLayer", &F::selects_all_layers>,
+      Bind<"SelectAllLnType", &F::selects_all_line_types>,
+      Bind<"SelectAllColor", &F::selects_all_colors>, Bind<"IncludeTypes", &F::included_types>,
+      Bind<"ExcludeTypes", &F::excluded_types>, Bind<"ExceptiveColors", &F::excepted_colors>,
+      Bind<"IncludeTypeIDs", &F::included_type_ids>, Bind<"ExcludeTypeIDs", &F::excluded_type_ids>,
+      Bind<"SndRKeyEditMode", &F::SndRKeyEditMode>,
+      Bind<"PopupNoteWhenModifyLocalData", &F::notes_change_of_local_data>,
+      Bind<"WheelZoomMode", &F::WheelZoomMode>, Bind<"GraphicDim", &F::IsGraphicDim>>();
   return kRows;
 }
 

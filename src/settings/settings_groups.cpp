@@ -1,5 +1,11 @@
 #include "settings/settings_groups.h"
 
+#include "formats/settings_display.h"
+#include "formats/settings_file_path.h"
+#include "formats/settings_select.h"
+#include "formats/settings_system.h"
+#include "formats/settings_text.h"
+#include "formats/settings_update.h"
 #include "settings/auto_update_admin_cfg_parser.h"
 #include "settings/display_cfg_parser.h"
 #include "settings/file_path_cfg_parser.h"
@@ -16,38 +22,21 @@ SettingsFields MakeFields() {
 }
 
 template <class Fields>
-constexpr SettingsGroup Group(std::string_view class_name, std::string_view about) {
-  return {class_name, about, &Fields::Rows, &MakeFields<Fields>};
+constexpr SettingsGroup Group(const formats::SettingsGroup& form) {
+  return {form.class_name, form.about, &Fields::Rows, &MakeFields<Fields>};
 }
 
 constexpr SettingsGroup kGroups[] = {
-    Group<SysParameterCfgFields>("VeSysParameterCfgParser", "system parameters"),
-    Group<DisplayCfgFields>("VeDisplayCfgParser", "screen display"),
-    Group<FilePathCfgFields>("VeFilePathCfgParser", "folders"),
-    Group<SelectCfgFields>("VeSelectCfgParser", "selecting objects"),
-    Group<TxtFields>("VeTxtParser", "text"),
-    Group<AutoUpdateAdminCfgFields>("VeAutoUpdateAdminCfgParser",
-                                    "administration of the automatic update"),
-};
-
-constexpr std::string_view kNamedValueClasses[] = {
-    "VeDWGInterfaceCfgParser", "VeFileAttributeCfgParser", "VeProductCfgParser",
-    "VeSmartPosCfgParser",     "VeSmartPosParaParser",     "VeProjectionCfgParser",
-    "VeBomcfgParser",          "VeFileBaleCfgParser",      "VeStdMgrCfgParser",
-    "VeCustomPTParser",
+    Group<SysParameterCfgFields>(formats::kSystemGroup),
+    Group<DisplayCfgFields>(formats::kDisplayGroup),
+    Group<FilePathCfgFields>(formats::kFilePathGroup),
+    Group<SelectCfgFields>(formats::kSelectGroup),
+    Group<TxtFields>(formats::kTextGroup),
+    Group<AutoUpdateAdminCfgFields>(formats::kUpdateGroup),
 };
 
 }  // namespace
 
 std::span<const SettingsGroup> SettingsGroups() { return kGroups; }
-
-std::span<const std::string_view> NamedValueClasses() { return kNamedValueClasses; }
-
-const SettingsGroup* FindSettingsGroup(std::string_view class_name) {
-  for (const SettingsGroup& group : kGroups) {
-    if (group.class_name == class_name) return &group;
-  }
-  return nullptr;
-}
 
 }  // namespace sab

@@ -3,6 +3,7 @@
 #include <memory>
 #include <span>
 
+#include "formats/documents.h"
 #include "settings/settings_table.h"
 
 namespace sab {
@@ -20,10 +21,6 @@ struct SettingsGroup {
 
 /// The groups whose keys are fixed.
 std::span<const SettingsGroup> SettingsGroups();
-/// The classes of the groups that keep whatever their files have.
-std::span<const std::string_view> NamedValueClasses();
-
-/// One of the groups with fixed keys; null for another class.
-const SettingsGroup* FindSettingsGroup(std::string_view class_name);
+using formats::NamedValueClasses;
 
 }  // namespace sab

@@ -1,5 +1,7 @@
 #include "settings/settings_manual.h"
 
+#include "formats/documents.h"
+#include "formats/manual.h"
 #include "settings/settings_groups.h"
 
 namespace sab {
@@ -36,58 +38,27 @@ constexpr char kTypes[] =
 
 void PrintGroup(const SettingsGroup& group, std::string& out) {
   out += "\n## " + std::string(group.class_name) + ": " + std::string(group.about) + "\n\n";
-  out += "| key | member | type | default | |\n|---|---|---|---|---|\n";
+  out += "| key | member | meaning | type | default | |\n|---|---|---|---|---|---|\n";
   const SettingsFields fields = group.make_fields();
   for (const SettingsRow& row : group.rows()) {
     const std::string value = row.format ? ToUtf8(row.format(fields.get())) : "";
     out += "| `" + std::string(row.key) + "` | `" + std::string(row.property) + "` | " +
-           WordsFor(row.type) + " | " + value + " | " + NoteOn(row) + " |\n";
+           std::string(row.rule->help) + " | " + WordsForSetting(row.type) + " | " + value + " | " +
+           NoteOn(row) + " |\n";
   }
 }
 
 }  // namespace
 
-const char* WordsFor(SettingType type) {
-  switch (type) {
-    case SettingType::kText:
-      return "text";
-    case SettingType::kFlag:
-      return "flag";
-    case SettingType::kStrictFlag:
-      return "strict flag";
-    case SettingType::kShort:
-      return "short";
-    case SettingType::kUnsignedShort:
-      return "unsigned short";
-    case SettingType::kWideShort:
-      return "wide short";
-    case SettingType::kInt:
-      return "int";
-    case SettingType::kIntOrMax:
-      return "int or INT_MAX";
-    case SettingType::kUnsigned:
-      return "unsigned";
-    case SettingType::kFloat:
-      return "float";
-    case SettingType::kDouble:
-      return "double";
-    case SettingType::kTextList:
-      return "list of text";
-    case SettingType::kIntList:
-      return "list of int";
-    case SettingType::kUnsignedList:
-      return "list of unsigned";
-    case SettingType::kStructure:
-      return "structure";
-  }
-  return "";
+std::string WordsForSetting(Type type) {
+  return type == Type::kNone ? "structure" : std::string(formats::WordsFor(type));
 }
 
 std::string NoteOn(const SettingsRow& row) {
-  if (row.use == SettingUse::kOnlyLoaded) return "only loaded";
-  if (row.use == SettingUse::kOnlySaved) return "only saved";
-  if (row.text_when_missing.empty()) return "";
-  return std::string(row.text_when_missing) + " when missing";
+  if (!row.IsSaved()) return "only loaded";
+  if (!row.IsLoaded()) return "only saved";
+  const std::string_view text = row.rule->when_missing;
+  return text.empty() ? "" : std::string(text) + " when missing";
 }
 
 std::string SettingsManual() {
@@ -98,7 +69,7 @@ std::string SettingsManual() {
       "\n## Groups without keys of their own\n\n"
       "These keep every element under the node that has no elements inside, the first of a name,\n"
       "in the order of the file, as named values:\n\n";
-  for (const std::string_view name : NamedValueClasses()) {
+  for (const std::string_view name : formats::NamedValueClasses()) {
     out += "- `" + std::string(name) + "`\n";
   }
   return out;

@@ -11,7 +11,7 @@ namespace sab {
 std::string SettingsManual();
 
 /// A type as the reference names it: "unsigned short".
-const char* WordsFor(SettingType type);
+std::string WordsForSetting(Type type);
 
 /// What is special about a key: "only loaded"; mostly empty.
 std::string NoteOn(const SettingsRow& row);

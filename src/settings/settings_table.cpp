@@ -22,9 +22,9 @@ void LoadSettings(std::span<const SettingsRow> rows, void* fields, ConfigDocumen
       } else {
         row.parse(fields, element.ReadText(scratch));
       }
-    } else if (!row.text_when_missing.empty()) {
+    } else if (!row.rule->when_missing.empty()) {
       scratch.clear();
-      AppendAscii(scratch, row.text_when_missing);
+      AppendAscii(scratch, row.rule->when_missing);
       row.parse(fields, scratch);
     }
   }

@@ -1,5 +1,6 @@
 #include "settings/sys_parameter_cfg_parser.h"
 
+#include "formats/settings_system.h"
 #include "settings/indexes.h"
 
 namespace sab {
@@ -24,57 +25,33 @@ HRESULT HandOut(const Bstr& first, BSTR* first_out, const Bstr& second, BSTR* se
 using F = SysParameterCfgFields;
 
 std::span<const SettingsRow> SysParameterCfgFields::Rows() {
-  static constexpr SettingsRow kRows[] = {
-      Setting<&F::TempPrefix>("TempPrefix").OnlySaved(),
-      Setting<&F::CmdInputHistoryMax>("CmdInputHistoryMax").OnlySaved(),
-      Setting<&F::MaxReal>("MaxReal"),
-      Setting<&F::FilePolicy>("FilePolicy"),
-      Setting<&F::FilePathNamePolicy>("FilePathNamePolicy"),
-      Setting<&F::DefSaveFormat>("DefSaveFormat"),
-      Flag<&F::GenBakupFile>("GenBakupFile"),
-      Flag<&F::UpdateView>("UpdateView"),
-      Setting<&F::DefChsFont>("DefChsFont"),
-      Setting<&F::DefWestFont>("DefWestFont"),
-      Setting<&F::DefFileName>("DefFileName"),
-      Setting<&F::SaveStep>("SaveStep"),
-      Setting<&F::UndoRedoTimes>("UndoRedoTimes").OnlySaved(),
-      Flag<&F::MergeStyle>("MergeStyle"),
-      Flag<&F::MergeBlock>("MergeBlock"),
-      Flag<&F::MergeScale>("MergeScale"),
-      Flag<&F::AutoLayer>("AutoLayer"),
-      Flag<&F::AutoNameBlock>("AutoNameBlock"),
-      Setting<&F::SymbolOfDetailView>("SymbolOfDetailView"),
-      Flag<&F::IsHideNewEntity>("HideNewEntity").Of("IsHideNewEntity"),
-      FlagUnlessZero<&F::merges_same_style>("MergeSameStyle")
-          .Of("SetIsMergeSameStyle")
-          .WhenMissing("-1"),
-      Structure<&F::retained_styles>("RetainStyle").Of("SetRetainStyleInfo"),
-      Structure<&F::match_rules>("AllMatchRule").Of("InsertMatchRule"),
-      Flag<&F::ShowCfgStyleAtStart>("ShowCfgStyleAtStart"),
-      Setting<&F::OLEExport>("OLEExport"),
-      Flag<&F::UseDefTitleTpl>("UseDefTitleTpl"),
-      Flag<&F::UseDefDKLTpl>("UseDefDKLTpl"),
-      Flag<&F::UseDefBKLTpl>("UseDefBKLTpl"),
-      Setting<&F::DefTitleTpl>("DefTitleTpl"),
-      Setting<&F::DefDKLTpl>("DefDKLTpl"),
-      Setting<&F::DefBKLTpl>("DefBKLTpl"),
-      Setting<&F::ParaTableNameStrategy>("ParaTableNameStrategy"),
-      Setting<&F::DefTitleName>("DefTitleName"),
-      Setting<&F::DefDKLName>("DefDKLName"),
-      Setting<&F::DefBKLName>("DefBKLName"),
-      Structure<&F::automatic_layers>("AllAutoLayerRule").Of("AddAutoLayerPair"),
-      Flag<&F::IsOleExpByOpClr>("IsOleExpByOpClr"),
-      Flag<&F::IsChangeImage>("IsChangeImage"),
-      Flag<&F::IsCheckDimDispData>("IsCheckDimDispData"),
-      Setting<&F::DefStandard>("DefStandard"),
-      Setting<&F::CurStandard>("CurStandard"),
-      Flag<&F::SymPrevComboCtlProp>("IsSymPrevDlgComBoReadOnly").Of("SymPrevComboCtlProp"),
-      Structure<&F::visual_styles>("ProductVisualStyles").Of("AddVisualStylePair"),
-      Setting<&F::DefVisualStyle>("DefVisualStyleID").Of("DefVisualStyle").OnlyLoaded(),
-      Setting<&F::WeldDialogStyle>("WeldDialogStyle"),
-      Setting<&F::ToleDialogStyle>("ToleDialogStyle"),
-      Flag<&F::PDFOSnapFlag>("PDFOSnapFlag"),
-  };
+  static constexpr auto kRows = BindSettings<
+      formats::kSystemSettings, Bind<"TempPrefix", &F::TempPrefix>,
+      Bind<"CmdInputHistoryMax", &F::CmdInputHistoryMax>, Bind<"MaxReal", &F::MaxReal>,
+      Bind<"FilePolicy", &F::FilePolicy>, Bind<"FilePathNamePolicy", &F::FilePathNamePolicy>,
+      Bind<"DefSaveFormat", &F::DefSaveFormat>, Bind<"GenBakupFile", &F::GenBakupFile>,
+      Bind<"UpdateView", &F::UpdateView>, Bind<"DefChsFont", &F::DefChsFont>,
+      Bind<"DefWestFont", &F::DefWestFont>, Bind<"DefFileName", &F::DefFileName>,
+      Bind<"SaveStep", &F::SaveStep>, Bind<"UndoRedoTimes", &F::UndoRedoTimes>,
+      Bind<"MergeStyle", &F::MergeStyle>, Bind<"MergeBlock", &F::MergeBlock>,
+      Bind<"MergeScale", &F::MergeScale>, Bind<"AutoLayer", &F::AutoLayer>,
+      Bind<"AutoNameBlock", &F::AutoNameBlock>, Bind<"SymbolOfDetailView", &F::SymbolOfDetailView>,
+      Bind<"HideNewEntity", &F::IsHideNewEntity>, Bind<"MergeSameStyle", &F::merges_same_style>,
+      Bind<"RetainStyle", &F::retained_styles>, Bind<"AllMatchRule", &F::match_rules>,
+      Bind<"ShowCfgStyleAtStart", &F::ShowCfgStyleAtStart>, Bind<"OLEExport", &F::OLEExport>,
+      Bind<"UseDefTitleTpl", &F::UseDefTitleTpl>, Bind<"UseDefDKLTpl", &F::UseDefDKLTpl>,
+      Bind<"UseDefBKLTpl", &F::UseDefBKLTpl>, Bind<"DefTitleTpl", &F::DefTitleTpl>,
+      Bind<"DefDKLTpl", &F::DefDKLTpl>, Bind<"DefBKLTpl", &F::DefBKLTpl>,
+      Bind<"ParaTableNameStrategy", &F::ParaTableNameStrategy>,
+      Bind<"DefTitleName", &F::DefTitleName>, Bind<"DefDKLName", &F::DefDKLName>,
+      Bind<"DefBKLName", &F::DefBKLName>, Bind<"AllAutoLayerRule", &F::automatic_layers>,
+      Bind<"IsOleExpByOpClr", &F::IsOleExpByOpClr>, Bind<"IsChangeImage", &F::IsChangeImage>,
+      Bind<"IsCheckDimDispData", &F::IsCheckDimDispData>, Bind<"DefStandard", &F::DefStandard>,
+      Bind<"CurStandard", &F::CurStandard>,
+      Bind<"IsSymPrevDlgComBoReadOnly", &F::SymPrevComboCtlProp>,
+      Bind<"ProductVisualStyles", &F::visual_styles>, Bind<"DefVisualStyleID", &F::DefVisualStyle>,
+      Bind<"WeldDialogStyle", &F::WeldDialogStyle>, Bind<"ToleDialogStyle", &F::ToleDialogStyle>,
+      Bind<"PDFOSnapFlag", &F::PDFOSnapFlag>>();
   return kRows;
 }
 

@@ -1,23 +1,21 @@
 #include "settings/txt_parser.h"
 
+#include "formats/settings_text.h"
+
 namespace sab {
 
 using F = TxtFields;
 
 std::span<const SettingsRow> TxtFields::Rows() {
-  static constexpr SettingsRow kRows[] = {
-      Setting<&F::DefChsFont>("DefChsFont"),
-      Setting<&F::DefWestFont>("DefWestFont"),
-      Setting<&F::TextMirrorMode>("TxtMirrorMode").Of("TextMirrorMode"),
-      Setting<&F::InCodePage>("InCodePage"),
-      Setting<&F::OutCodePage>("OutCodePage"),
-      Flag<&F::IsExplodeByOneself>("ExplodeByOneself").Of("IsExplodeByOneself"),
-      Flag<&F::IsIsUseEditBckClr>("IsUseEditBckClr").Of("IsIsUseEditBckClr"),
-      Setting<&F::TxtEditBckClr>("TxtEditBckClr"),
-      Flag<&F::IsIsUseEditSelClr>("IsUseEditSelClr").Of("IsIsUseEditSelClr"),
-      Setting<&F::TxtEditSelClr>("TxtEditSelClr"),
-      Setting<&F::DefTxtHei>("DefTxtHei"),
-  };
+  static constexpr auto kRows =
+      BindSettings<formats::kTextSettings, Bind<"DefChsFont", &F::DefChsFont>,
+                   Bind<"DefWestFont", &F::DefWestFont>, Bind<"TxtMirrorMode", &F::TextMirrorMode>,
+                   Bind<"InCodePage", &F::InCodePage>, Bind<"OutCodePage", &F::OutCodePage>,
+                   Bind<"ExplodeByOneself", &F::IsExplodeByOneself>,
+                   Bind<"IsUseEditBckClr", &F::IsIsUseEditBckClr>,
+                   Bind<"TxtEditBckClr", &F::TxtEditBckClr>,
+                   Bind<"IsUseEditSelClr", &F::IsIsUseEditSelClr>,
+                   Bind<"TxtEditSelClr", &F::TxtEditSelClr>, Bind<"DefTxtHei", &F::DefTxtHei>>();
   return kRows;
 }
 

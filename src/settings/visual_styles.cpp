@@ -2,12 +2,15 @@
 
 #include <algorithm>
 
+#include "binding/bind.h"
+#include "formats/settings_system.h"
+
 namespace sab {
 namespace {
 
-constexpr std::string_view kStyle = "VisualStyle";
-constexpr std::string_view kId = "StyleID";
-constexpr std::string_view kName = "StyleName";
+constexpr std::string_view kStyle = kElement<formats::kVisualStyles, "VisualStyle">;
+constexpr std::string_view kId = kElement<formats::kVisualStyle, "StyleID">;
+constexpr std::string_view kName = kElement<formats::kVisualStyle, "StyleName">;
 
 }  // namespace
 

@@ -1,66 +1,36 @@
 #include "standards/standard_parser.h"
 
-#include "base/com_error.h"
-#include "common/conversions.h"
+#include "binding/bind.h"
+#include "formats/catalogue.h"
 #include "standards/catalogue_loading.h"
 
 namespace sab {
 namespace {
 
-using Fields = StandardParserFields;
+using F = StandardParserFields;
 
-void Convert(TextView text, Bstr& value) { value.Assign(text); }
-void Convert(TextView text, StandardName& value) { value.state->name.Assign(text); }
-void Convert(TextView text, double& value) { value = ParseDouble(text); }
-void Convert(TextView text, LONG& value) { value = ParseInt(text); }
-void Convert(TextView text, SHORT& value) { value = ParseShort(text); }
-
-struct Attribute {
-  std::string_view element;
-  void (*store)(Fields& fields, TextView text);
-};
-
-template <auto member>
-constexpr Attribute Row(std::string_view element) {
-  return {element, [](Fields& fields, TextView text) { Convert(text, fields.*member); }};
-}
-
-constexpr Attribute kAttributes[] = {
-    Row<&Fields::Name>("Name"),
-    Row<&Fields::DimLink>("DimLink"),
-    Row<&Fields::LeaderLink>("LeaderLink"),
-    Row<&Fields::DimStyleName>("DimStyleName"),
-    Row<&Fields::Perspective>("Perspective"),
-    Row<&Fields::TextStyleName>("TextStyleName"),
-    Row<&Fields::TextHeight>("TextHeight"),
-    Row<&Fields::TextColor>("TextColor"),
-    Row<&Fields::ArrowStyle>("ArrowStyle"),
-    Row<&Fields::ArrowSize>("ArrowSize"),
-    Row<&Fields::LeaderColor>("LeaderColor"),
-    Row<&Fields::SymLoadPos>("ListPoint"),  // the only one that is named otherwise
-    Row<&Fields::SymbolColor>("SymbolColor"),
-    Row<&Fields::ManageObjAttribute>("ManageObjAttribute"),
-};
+using Attributes =
+    Bound<formats::kStandardAttributes, Bind<"Name", &F::Name>, Bind<"DimLink", &F::DimLink>,
+          Bind<"LeaderLink", &F::LeaderLink>, Bind<"DimStyleName", &F::DimStyleName>,
+          Bind<"Perspective", &F::Perspective>, Bind<"TextStyleName", &F::TextStyleName>,
+          Bind<"TextHeight", &F::TextHeight>, Bind<"TextColor", &F::TextColor>,
+          Bind<"ArrowStyle", &F::ArrowStyle>, Bind<"ArrowSize", &F::ArrowSize>,
+          Bind<"LeaderColor", &F::LeaderColor>, Bind<"ListPoint", &F::SymLoadPos>,
+          Bind<"SymbolColor", &F::SymbolColor>, Bind<"ManageObjAttribute", &F::ManageObjAttribute>>;
 
 }  // namespace
 
 HRESULT CVeStandardParser::Load(ULONG_PTR i_bsPrsNode) {
   return Guarded([&] {
     const ConfigElement standard = ElementToLoad(i_bsPrsNode, IsLateBound(), Coclass::kName);
-    if (const ConfigElement attributes = standard.Child("Attributes")) ReadAttributes(attributes);
-    if (const ConfigElement symbols = standard.Child("StandardSymbols")) ReadSymbols(symbols);
-  });
-}
-
-void CVeStandardParser::ReadAttributes(const ConfigElement& attributes) {
-  Text text;
-  for (const ConfigElement child : attributes.Children()) {
-    for (const Attribute& attribute : kAttributes) {
-      if (!child.Is(attribute.element)) continue;
-      attribute.store(fields, child.ReadText(text));
-      break;
+    if (const auto attributes = standard.Child(kElement<formats::kStandard, "Attributes">)) {
+      Reading reading;
+      ReadElements(reading, attributes, Attributes::kContent, &fields);
     }
-  }
+    if (const auto symbols = standard.Child(kElement<formats::kStandard, "StandardSymbols">)) {
+      ReadSymbols(symbols);
+    }
+  });
 }
 
 void CVeStandardParser::ReadSymbols(const ConfigElement& symbols) {

@@ -11,6 +11,8 @@ namespace sab {
 /// The name of a standard, which its symbols know as well.
 struct StandardName {
   ComPtr<Shared<StandardState>> state = Shared<StandardState>::Create();
+
+  void Assign(TextView text) { state->name.Assign(text); }
 };
 inline HRESULT GetField(const StandardName& field, BSTR* out) noexcept {
   return GetField(field.state->name, out);
@@ -54,7 +56,6 @@ class CVeStandardParser
   }
 
  private:
-  void ReadAttributes(const ConfigElement& attributes);
   void ReadSymbols(const ConfigElement& symbols);
 
   OwnedObject<coclass::VeStdSymbolParserColl> symbols_;

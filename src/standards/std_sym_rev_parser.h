@@ -1,10 +1,11 @@
 #pragma once
 
-#include "base/com_error.h"
+#include "binding/bind.h"
 #include "common/collection.h"
 #include "common/conversions.h"
 #include "common/named_values_object.h"
 #include "common/takes_addresses.h"
+#include "formats/catalogue.h"
 #include "standards/attachment.h"
 #include "standards/catalogue_loading.h"
 #include "standards/revision_values.h"
@@ -34,7 +35,7 @@ class IVeStdSymRevParserImpl : public StdSymRevParserBase<Coclass> {
       ReadRevisionValues(revision, this->values_);
       Text text;
       for (const ConfigElement child : revision.Children()) {
-        if (!child.Is("RevName")) continue;
+        if (!child.Is(kElement<formats::kRevision, "RevName">)) continue;
         this->fields.Revision.Assign(child.ReadText(text));
         break;
       }

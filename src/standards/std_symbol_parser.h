@@ -40,7 +40,10 @@ class CVeStdSymbolParser : public TakesAddresses<ComponentBase<coclass::VeStdSym
   }
 
  private:
-  void ReadRevision(const ConfigElement& element, ComponentCreator& creator);
+  struct Elements;
+
+  void SetIdentify(TextView text) { state_->identify.Assign(text); }
+  void ReadRevision(const ConfigElement& element);
 
   ComPtr<Shared<SymbolState>> state_ = Shared<SymbolState>::Create();
   Bstr clsid_;

@@ -90,34 +90,34 @@ TEST_F(SettingsGroupsTest, FreshObjectsSaveTheirDefaultsInTheOrderOfTheTable) {
 }
 
 // A value that every type of setting can hold, different each time.
-std::string RandomText(SettingType type, std::mt19937& random) {
+std::string RandomText(Type type, std::mt19937& random) {
   const auto number = [&random](std::int64_t low, std::int64_t high) {
     return std::to_string(std::uniform_int_distribution<std::int64_t>(low, high)(random));
   };
   switch (type) {
-    case SettingType::kText: {
+    case Type::kText: {
       const char* const pieces[] = {"C:\\drawings", "图", "<&>\"'", "a  b", ";", "😀", "]]>", "é"};
       std::string text = "x";
       for (int i = 0; i < 4; ++i) text += pieces[random() % std::size(pieces)];
       return text + "y";
     }
-    case SettingType::kFlag:
-    case SettingType::kStrictFlag:
+    case Type::kFlag:
+    case Type::kMinusOne:
       return random() % 2 ? "-1" : "0";
-    case SettingType::kShort:
-    case SettingType::kWideShort:
+    case Type::kInt16:
+    case Type::kWideInt16:
       return number(-32768, 32767);
-    case SettingType::kUnsignedShort:
+    case Type::kUInt16:
       return number(0, 65535);
-    case SettingType::kUnsigned:
+    case Type::kUInt32:
       return number(0, 0xFFFFFFFF);
-    case SettingType::kFloat:
+    case Type::kFloat:
       return number(-9999, 9999) + ".500000";
-    case SettingType::kDouble:
+    case Type::kDouble:
       return number(-99999, 99999) + "." + number(100000, 999999);
-    case SettingType::kTextList:
+    case Type::kTextList:
       return random() % 2 ? "LINE" : "文字 <&>";
-    case SettingType::kUnsignedList:
+    case Type::kUInt32List:
       return number(0, 0xFFFFFFFF);
     default:
       return number(INT32_MIN, INT32_MAX);
@@ -134,7 +134,7 @@ TEST_F(SettingsGroupsTest, EveryKeyComesBackAsItWasSaved) {
       const LateObject saved{std::string(group.class_name)};
       const LateObject loaded{std::string(group.class_name)};
       for (const SettingsRow& row : group.rows()) {
-        if (row.type == SettingType::kStructure) continue;
+        if (row.type == Type::kNone) continue;
         const std::string property(row.property);
         const std::string text = RandomText(row.type, random);
         EXPECT_TRUE(saved.Put(property, text) == S_OK || saved.Call(property, {text}) == S_OK)
@@ -145,9 +145,9 @@ TEST_F(SettingsGroupsTest, EveryKeyComesBackAsItWasSaved) {
       const LateObject fresh{std::string(group.class_name)};
       for (const SettingsRow& row : group.rows()) {
         const std::string property(row.property);
-        const bool comes_back = row.use == SettingUse::kLoadedAndSaved;
+        const bool comes_back = row.IsLoaded() && row.IsSaved();
         EXPECT_EQ((comes_back ? saved : fresh).Get(property), loaded.Get(property)) << property;
-        if (row.use == SettingUse::kOnlySaved) loaded.Put(property, saved.Get(property));
+        if (!row.IsLoaded()) loaded.Put(property, saved.Get(property));
       }
       EXPECT_EQ(file, Saved(loaded));
     }
