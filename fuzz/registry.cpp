@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/com/hive_text.h"
+#include "sabcom/hive_text.h"
 
 namespace {
 

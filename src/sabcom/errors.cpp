@@ -1,9 +1,9 @@
-#include "platform/com/errors.h"
+#include "sabcom/errors.h"
 
 #include <new>
 #include <string>
 
-#include "platform/com/utf.h"
+#include "sabcom/utf.h"
 
 namespace sabcom {
 

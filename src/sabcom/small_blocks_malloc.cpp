@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "platform/com/small_blocks.h"
+#include "sabcom/small_blocks.h"
 
 namespace sabcom {
 

@@ -1,8 +1,8 @@
-#include "platform/com/hive.h"
+#include "sabcom/hive.h"
 
 #include <utility>
 
-#include "platform/com/utf.h"
+#include "sabcom/utf.h"
 
 namespace sabcom {
 

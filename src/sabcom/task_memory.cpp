@@ -4,8 +4,8 @@
 #include <cstring>
 #include <limits>
 
-#include "platform/com/allocation_filter.h"
-#include "platform/com/small_blocks.h"
+#include "sabcom/allocation_filter.h"
+#include "sabcom/small_blocks.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/com/small_blocks.h"
+#include "sabcom/small_blocks.h"
 
 #include <pthread.h>
 
@@ -7,7 +7,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/com/slab.h"
+#include "sabcom/slab.h"
 
 namespace sabcom {
 

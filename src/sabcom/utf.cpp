@@ -1,4 +1,4 @@
-#include "platform/com/utf.h"
+#include "sabcom/utf.h"
 
 #include <locale.h>
 #include <wctype.h>

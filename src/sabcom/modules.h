@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "platform/com/threads.h"
+#include "sabcom/threads.h"
 
 namespace sabcom {
 

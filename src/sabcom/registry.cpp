@@ -10,9 +10,9 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/com/errors.h"
-#include "platform/com/hive_file.h"
-#include "platform/com/utf.h"
+#include "sabcom/errors.h"
+#include "sabcom/hive_file.h"
+#include "sabcom/utf.h"
 
 // An open key is a path: the tree may be read again at any time, and a key that somebody
 // else removed is simply no longer found.

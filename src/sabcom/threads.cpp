@@ -1,4 +1,4 @@
-#include "platform/com/threads.h"
+#include "sabcom/threads.h"
 
 #include <sabxml/com.h>
 

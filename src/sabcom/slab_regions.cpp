@@ -4,7 +4,7 @@
 #include <mutex>
 #include <new>
 
-#include "platform/com/slab.h"
+#include "sabcom/slab.h"
 
 namespace sabcom {
 namespace {

@@ -1,12 +1,12 @@
-#include "platform/com/modules.h"
+#include "sabcom/modules.h"
 
 #include <dlfcn.h>
 
 #include <list>
 #include <mutex>
 
-#include "platform/com/errors.h"
-#include "platform/com/utf.h"
+#include "sabcom/errors.h"
+#include "sabcom/utf.h"
 
 namespace sabcom {
 namespace {

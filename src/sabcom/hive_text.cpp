@@ -1,10 +1,10 @@
-#include "platform/com/hive_text.h"
+#include "sabcom/hive_text.h"
 
 #include <charconv>
 #include <cstdio>
 #include <cstring>
 
-#include "platform/com/utf.h"
+#include "sabcom/utf.h"
 
 namespace sabcom {
 namespace {

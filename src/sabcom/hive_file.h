@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/com/hive.h"
-#include "platform/com/hive_storage.h"
+#include "sabcom/hive.h"
+#include "sabcom/hive_storage.h"
 
 namespace sabcom {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/com/errors.h"
-#include "platform/com/modules.h"
-#include "platform/com/utf.h"
+#include "sabcom/errors.h"
+#include "sabcom/modules.h"
+#include "sabcom/utf.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "platform/com/hive_file.h"
+#include "sabcom/hive_file.h"
 
 #include <utility>
 
-#include "platform/com/hive_text.h"
+#include "sabcom/hive_text.h"
 
 namespace sabcom {
 

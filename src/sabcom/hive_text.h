@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/com/hive.h"
+#include "sabcom/hive.h"
 
 namespace sabcom {
 

@@ -1,4 +1,4 @@
-#include "platform/com/hive_storage.h"
+#include "sabcom/hive_storage.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
