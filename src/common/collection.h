@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "automation/script_list.h"
 #include "base/com_error.h"
 #include "common/component.h"
 #include "common/position_list.h"
-#include "common/script_list.h"
 
 namespace sab {
 

@@ -7,11 +7,11 @@
 #include <string_view>
 #include <utility>
 
+#include "automation/dispatch.h"
 #include "base/com_ptr.h"
 #include "base/counted.h"
 #include "base/module_lock.h"
 #include "coclasses.h"
-#include "common/dispatch.h"
 #include "common/error_edge.h"
 #include "common/fields.h"
 #include "common/provide_class_info.h"

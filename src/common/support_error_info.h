@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/dispatch.h"
+#include "automation/dispatch.h"
 #include "common/facet.h"
 
 namespace sab {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/takes_addresses.h"
+#include "automation/takes_addresses.h"
 #include "settings/automatic_layers.h"
 #include "settings/match_rules.h"
 #include "settings/retained_styles.h"

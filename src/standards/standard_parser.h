@@ -1,8 +1,8 @@
 #pragma once
 
+#include "automation/takes_addresses.h"
 #include "common/collection.h"
 #include "common/config_document.h"
-#include "common/takes_addresses.h"
 #include "server/owned_object.h"
 #include "standards/attachment.h"
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "automation/takes_addresses.h"
 #include "binding/bind.h"
 #include "common/collection.h"
 #include "common/conversions.h"
 #include "common/named_values_object.h"
-#include "common/takes_addresses.h"
 #include "formats/catalogue.h"
 #include "standards/attachment.h"
 #include "standards/catalogue_loading.h"

@@ -1,6 +1,6 @@
 // Late binding as clients of any language use it.
 
-#include "common/dispatch.h"
+#include "automation/dispatch.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "automation/table_type_lib.h"
 #include "idl/type_library_text.h"
-#include "platform/posix/table_type_lib.h"
 #include "server/created_object.h"
 
 namespace sab::testing {

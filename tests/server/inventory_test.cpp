@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "common/dispatch_arguments.h"
+#include "automation/dispatch_arguments.h"
 #include "common/error_edge.h"
 #include "dispatch_tables.h"
 #include "server/class_entry.h"

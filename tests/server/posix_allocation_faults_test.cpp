@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "common/dispatch_arguments.h"
+#include "automation/dispatch_arguments.h"
 #include "dispatch_tables.h"
 #include "server/created_object.h"
 #include "support/allocation_faults.h"

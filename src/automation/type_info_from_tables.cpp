@@ -1,6 +1,6 @@
 #include "platform/type_info.h"
 
-#include "table_type_lib.h"
+#include "automation/table_type_lib.h"
 
 namespace sab {
 

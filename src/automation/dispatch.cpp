@@ -1,10 +1,10 @@
-#include "common/dispatch.h"
+#include "automation/dispatch.h"
 
 #include <algorithm>
 
+#include "automation/dispatch_arguments.h"
 #include "base/com_ptr.h"
 #include "base/text.h"
-#include "common/dispatch_arguments.h"
 
 namespace sab {
 namespace {

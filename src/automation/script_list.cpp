@@ -1,4 +1,4 @@
-#include "common/script_list.h"
+#include "automation/script_list.h"
 
 #include <algorithm>
 #include <memory>

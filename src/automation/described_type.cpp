@@ -1,4 +1,4 @@
-#include "described_type.h"
+#include "automation/described_type.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,11 +1,11 @@
-#include "table_type_lib.h"
+#include "automation/table_type_lib.h"
 
 #include <new>
 #include <utility>
 
-#include "described_type.h"
-#include "table_type_comp.h"
-#include "table_type_info.h"
+#include "automation/described_type.h"
+#include "automation/table_type_comp.h"
+#include "automation/table_type_info.h"
 
 namespace sab {
 

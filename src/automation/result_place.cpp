@@ -1,4 +1,4 @@
-#include "common/result_place.h"
+#include "automation/result_place.h"
 
 #include <limits>
 #include <utility>

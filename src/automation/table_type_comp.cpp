@@ -1,10 +1,10 @@
-#include "table_type_comp.h"
+#include "automation/table_type_comp.h"
 
 #include <new>
 
-#include "function_description.h"
-#include "table_type_info.h"
-#include "table_type_lib.h"
+#include "automation/function_description.h"
+#include "automation/table_type_info.h"
+#include "automation/table_type_lib.h"
 
 namespace sab {
 namespace {

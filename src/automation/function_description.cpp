@@ -1,9 +1,9 @@
-#include "function_description.h"
+#include "automation/function_description.h"
 
 #include <memory>
 #include <vector>
 
-#include "described_type.h"
+#include "automation/described_type.h"
 
 namespace sab {
 namespace {

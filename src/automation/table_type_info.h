@@ -1,8 +1,8 @@
 #pragma once
 
+#include "automation/described_type.h"
 #include "base/counted.h"
 #include "base/module_lock.h"
-#include "described_type.h"
 
 namespace sab {
 

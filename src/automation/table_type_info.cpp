@@ -1,4 +1,4 @@
-#include "table_type_info.h"
+#include "automation/table_type_info.h"
 
 #include <algorithm>
 #include <memory>
@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "automation/function_description.h"
+#include "automation/table_type_comp.h"
+#include "automation/table_type_lib.h"
 #include "base/bstr.h"
-#include "function_description.h"
-#include "table_type_comp.h"
-#include "table_type_lib.h"
 
 namespace sab {
 namespace {

@@ -1,6 +1,6 @@
-#include "common/dispatch_arguments.h"
+#include "automation/dispatch_arguments.h"
 
-#include "common/result_place.h"
+#include "automation/result_place.h"
 
 namespace sab {
 namespace {
