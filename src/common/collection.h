@@ -6,8 +6,8 @@
 
 #include "automation/script_list.h"
 #include "base/com_error.h"
-#include "common/component.h"
 #include "common/position_list.h"
+#include "object/component.h"
 
 namespace sab {
 

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "base/com_error.h"
-#include "common/component.h"
 #include "common/named_values.h"
+#include "object/component.h"
 
 namespace sab {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "common/component.h"
 #include "common/string_list.h"
+#include "object/component.h"
 #include "server/owned_object.h"
 
 namespace sab {

@@ -1,6 +1,5 @@
 #include <sabxml/custom_print.h>
 
-#include "common/component.h"
 #include "framework/app_parser.h"
 #include "framework/cmd_parser.h"
 #include "framework/element_objects.h"
@@ -9,6 +8,7 @@
 #include "framework/tmpl_parser.h"
 #include "framework/user_interface/element_objects.h"
 #include "framework/user_interface/ui_parser.h"
+#include "object/component.h"
 #include "server/class_entry.h"
 #include "settings/auto_update_admin_cfg_parser.h"
 #include "settings/display_cfg_parser.h"

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/com_ptr.h"
-#include "common/error_edge.h"
+#include "object/error_edge.h"
 
 struct IVeClassFactoryList;
 

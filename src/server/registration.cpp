@@ -4,7 +4,7 @@
 
 #include "base/com_error.h"
 #include "base/com_ptr.h"
-#include "common/error_edge.h"
+#include "object/error_edge.h"
 #include "platform/module_path.h"
 #include "platform/registry_change.h"
 #include "platform/script_resource.h"

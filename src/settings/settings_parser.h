@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/component.h"
+#include "object/component.h"
 #include "settings/settings_table.h"
 
 namespace sab {

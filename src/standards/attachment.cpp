@@ -1,7 +1,7 @@
 #include "standards/attachment.h"
 
 #include "base/com_error.h"
-#include "common/fields.h"
+#include "object/fields.h"
 
 namespace sab {
 namespace {

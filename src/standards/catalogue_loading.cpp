@@ -1,7 +1,7 @@
 #include "standards/catalogue_loading.h"
 
 #include "base/com_error.h"
-#include "common/error_edge.h"
+#include "object/error_edge.h"
 
 namespace sab {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "common/component.h"
+#include "object/component.h"
 #include "templates/text_template.h"
 
 namespace sab {

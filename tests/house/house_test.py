@@ -16,7 +16,7 @@ SOURCES = [p for folder in ("src", "include", "tests", "bench")
            for p in (ROOT / folder).rglob("*") if p.suffix in (".h", ".cpp")]
 
 # What a folder may include of the project, besides itself; the order is that of the layers.
-LAYERS = ["base", "xml", "platform", "automation", "common", "server"]
+LAYERS = ["base", "xml", "platform", "automation", "object", "common", "server"]
 FAMILIES = ["framework", "settings", "standards", "templates"]
 
 
@@ -29,7 +29,7 @@ def allowed(folder):
     if folder == "formats":  # data alone
         return {"formats"}
     if folder == "binding":
-        return {"binding", "formats", "common", "automation", "platform", "base"}
+        return {"binding", "formats", "common", "object", "automation", "platform", "base"}
     if folder == "cli":  # what works on settings files knows their key tables
         return {"cli", "settings", "formats", "common", "platform", "base"}
     return {folder, "formats", "binding", *LAYERS, *FAMILIES}

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "automation/dispatch_arguments.h"
-#include "common/error_edge.h"
 #include "dispatch_tables.h"
+#include "object/error_edge.h"
 #include "server/class_entry.h"
 #include "server/created_object.h"
 #include "server/nullable_calls.h"

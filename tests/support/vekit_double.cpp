@@ -5,7 +5,7 @@
 #include <sabxml/host.h>
 
 #include "base/counted.h"
-#include "common/component.h"
+#include "object/component.h"
 #include "support/host_double.h"
 
 #if defined(_WIN32)

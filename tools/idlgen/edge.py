@@ -5,7 +5,7 @@ from . import cpp
 
 def write_properties(library, source):
     out = [cpp.banner(source), "#pragma once\n", "#include <SabXmlParser.h>\n",
-           '#include "common/fields.h"\n', "namespace sab {\n",
+           '#include "object/fields.h"\n', "namespace sab {\n",
            "/// Forwards every property of an interface to the field of its name.",
            "template <class Interface, class Base>\nclass Properties;\n"]
     for interface in library.interfaces.values():

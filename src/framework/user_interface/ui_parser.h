@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/component.h"
+#include "object/component.h"
 #include "server/owned_object.h"
 
 namespace sab {

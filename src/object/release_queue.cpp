@@ -1,4 +1,4 @@
-#include "common/release_queue.h"
+#include "object/release_queue.h"
 
 #include <memory>
 #include <new>

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "automation/dispatch.h"
-#include "common/facet.h"
+#include "object/tear_off.h"
 
 namespace sab {
 
 /// Says which interfaces of an object report rich error info.
-class SupportErrorInfo final : public Facet<ISupportErrorInfo> {
+class SupportErrorInfo final : public TearOff<ISupportErrorInfo> {
  public:
   /// @param info the object's interface and, through it, the interfaces that one derives from
   static HRESULT Create(IUnknown* object, const InterfaceInfo& info, void** out) noexcept {
@@ -21,9 +21,9 @@ class SupportErrorInfo final : public Facet<ISupportErrorInfo> {
   }
 
  private:
-  friend Facet;
+  friend TearOff;
   SupportErrorInfo(IUnknown* object, const InterfaceInfo& info)
-      : Facet(object, IID_ISupportErrorInfo), info_(info) {}
+      : TearOff(object, IID_ISupportErrorInfo), info_(info) {}
 
   const InterfaceInfo& info_;
 };

@@ -14,7 +14,7 @@ namespace sab {
 /// An interface that few ask an object for. What answers it is made only then, so that objects stay
 /// small; it keeps its object alive and shares its identity.
 template <class Interface>
-class Facet : public Counted<Interface>, private LiveObject {
+class TearOff : public Counted<Interface>, private LiveObject {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) final {
     if (!object) return E_POINTER;
@@ -23,7 +23,7 @@ class Facet : public Counted<Interface>, private LiveObject {
   }
 
  protected:
-  Facet(IUnknown* object, REFIID iid) : object_(object), iid_(iid) {}
+  TearOff(IUnknown* object, REFIID iid) : object_(object), iid_(iid) {}
 
   /// Hands out a new facet of the class. @return E_OUTOFMEMORY
   template <class Class, class... Arguments>

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "common/facet.h"
+#include "object/tear_off.h"
 #include "platform/type_info.h"
 
 namespace sab {
 
 /// Leads from an object to the description of its class.
-class ProvideClassInfo final : public Facet<IProvideClassInfo> {
+class ProvideClassInfo final : public TearOff<IProvideClassInfo> {
  public:
   /// @param clsid the class in the type library
   static HRESULT Create(IUnknown* object, REFCLSID clsid, void** out) noexcept {
@@ -20,9 +20,9 @@ class ProvideClassInfo final : public Facet<IProvideClassInfo> {
   }
 
  private:
-  friend Facet;
+  friend TearOff;
   ProvideClassInfo(IUnknown* object, REFCLSID clsid)
-      : Facet(object, IID_IProvideClassInfo), clsid_(clsid) {}
+      : TearOff(object, IID_IProvideClassInfo), clsid_(clsid) {}
 
   const CLSID& clsid_;
 };

@@ -1,4 +1,4 @@
-#include "common/error_edge.h"
+#include "object/error_edge.h"
 
 #include <cstdio>
 #include <new>
