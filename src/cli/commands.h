@@ -3,8 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
-#include "automation.h"
-#include "server.h"
+#include "cli/host/automation.h"
+#include "cli/host/server.h"
 
 namespace sabxml::cli {
 

@@ -5,10 +5,10 @@
 #include <exception>
 #include <iostream>
 
-#include "commands.h"
-#include "display_text.h"
-#include "platform.h"
-#include "suggestion.h"
+#include "cli/commands.h"
+#include "cli/platform.h"
+#include "cli/show/display_text.h"
+#include "cli/suggestion.h"
 
 namespace sabxml::cli {
 

@@ -13,9 +13,9 @@
 #include <fstream>
 #include <set>
 
-#include "automation.h"
 #include "base/utf8.h"
-#include "platform.h"
+#include "cli/host/automation.h"
+#include "cli/platform.h"
 
 namespace sabxml::cli {
 namespace {

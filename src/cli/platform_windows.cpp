@@ -6,8 +6,8 @@
 
 #include <cstdlib>
 
-#include "automation.h"
-#include "platform.h"
+#include "cli/host/automation.h"
+#include "cli/platform.h"
 
 namespace sabxml::cli {
 namespace {

@@ -1,6 +1,6 @@
-#include "standard_input.h"
+#include "cli/standard_input.h"
 
-#include "platform.h"
+#include "cli/platform.h"
 
 namespace sabxml::cli {
 namespace {

@@ -1,8 +1,8 @@
-#include "suggestion.h"
+#include "cli/suggestion.h"
 
 #include <algorithm>
 
-#include "letter_case.h"
+#include "cli/letter_case.h"
 
 namespace sabxml::cli {
 namespace {

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "cli/host/automation.h"
+#include "cli/host/readable_members.h"
+#include "cli/show/tree_sink.h"
+
+namespace sabxml::cli {
+
+/// Reads all that objects tell, by reflection over their type information: properties and Get
+/// methods without arguments, arrays, lists by count and index, named values, collections, and the
+/// objects found there in turn. Nesting is limited by memory alone.
+class ObjectReader {
+ public:
+  /// @param sink gets a value {"error": …} for what the object refuses to give
+  explicit ObjectReader(TreeSink& sink) : sink_(sink) {}
+
+  /// @param name what the sink is told as the object's name
+  /// @param only names of values of this object, in any letter case; empty for all.
+  ///             Raises Failure for a name that it cannot have.
+  void Read(IDispatch& object, std::string_view name, const std::vector<std::string>& only = {});
+
+  /// What the objects refused to give: "UI: the reason (code)".
+  const std::vector<std::string>& Refusals() const { return refusals_; }
+
+ private:
+  struct Shape {
+    std::string type;
+    bool is_collection = false;
+    std::size_t name_width = 0;
+    std::vector<ReadableMember> members;
+  };
+  struct Frame {
+    Reference<IDispatch> object;
+    const Shape* shape;
+    const std::vector<ReadableMember>* members;
+    std::size_t next = 0;
+    Value position;  // of a collection
+  };
+
+  const Shape& ShapeOf(IDispatch& object);
+  static ReadableMember MemberNamed(const Shape& shape, const std::string& name);
+  /// @param selected null for all members
+  void Enter(IDispatch& object, std::string_view name, const std::vector<ReadableMember>* selected);
+  void Step();
+  void StepMember(Frame& frame);
+  void TakeMember(IDispatch& object, const ReadableMember& member);
+  void TakeValue(const Value& value, const ReadableMember& member);
+  void TakeCountedList(IDispatch& object, const ReadableMember& list);
+  void TakeNamedValues(IDispatch& object, const ReadableMember& values);
+  void StepElement(Frame& frame);
+  void Take(const Value& value, std::string_view name);
+  void Refuse(std::string_view name, const Failure& failure);
+
+  TreeSink& sink_;
+  std::map<std::string, Shape> shapes_;  // by interface identifier
+  std::vector<Frame> frames_;
+  std::vector<std::string> refusals_;
+};
+
+/// The texts of a member that gives a string or an array of strings. Raises Failure.
+std::vector<std::string> ReadTexts(IDispatch& object, std::string_view member);
+
+}  // namespace sabxml::cli

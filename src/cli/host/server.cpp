@@ -1,0 +1,129 @@
+#include "cli/host/server.h"
+
+#include <SabXmlParser.h>
+
+#include "cli/host/result_words.h"
+#include "cli/host/type_description.h"
+#include "cli/platform.h"
+#include "cli/suggestion.h"
+
+namespace sabxml::cli {
+namespace {
+
+using GetClassObjectFunction = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
+using RegisterFunction = HRESULT(STDMETHODCALLTYPE*)();
+using InstallFunction = HRESULT(STDMETHODCALLTYPE*)(BOOL install, LPCWSTR command_line);
+
+}  // namespace
+
+Server::Server(const std::string& library) : named_library_(library) {
+  if (named_library_.empty()) named_library_ = EnvironmentVariable("SABXML_SERVER");
+}
+
+std::string Server::LibraryPath() const {
+  return named_library_.empty() ? OwnServer() : named_library_;
+}
+
+void* Server::Library() {
+  if (!library_) library_ = LoadServerLibrary(LibraryPath());
+  return library_;
+}
+
+Reference<IDispatch> Server::CreateFromLibrary(REFCLSID clsid) {
+  const auto get_class_object =
+      reinterpret_cast<GetClassObjectFunction>(FunctionOf(Library(), "DllGetClassObject"));
+  if (!get_class_object) throw Failure(LibraryPath() + " is no component server");
+  Reference<IClassFactory> factory;
+  HRESULT result = get_class_object(clsid, IID_IClassFactory, factory.PutVoid());
+  Reference<IDispatch> object;
+  if (SUCCEEDED(result)) {
+    result = factory->CreateInstance(nullptr, IID_IDispatch, object.PutVoid());
+  }
+  if (FAILED(result)) Fail(result, "creating the object");
+  return object;
+}
+
+Reference<IDispatch> Server::CreateClass(REFCLSID clsid) {
+  HRESULT registered = REGDB_E_CLASSNOTREG;
+  if (named_library_.empty()) {
+    Reference<IDispatch> object;
+    registered =
+        CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.PutVoid());
+    if (SUCCEEDED(registered)) return object;
+  }
+  try {
+    return CreateFromLibrary(clsid);
+  } catch (const Failure& failure) {
+    if (registered == REGDB_E_CLASSNOTREG) throw;
+    throw Failure(std::string("the registered server cannot be used (") + ResultDigits(registered) +
+                      " " + ResultWords(registered) + "), and without it " + failure.what(),
+                  failure.Code());
+  }
+}
+
+Reference<ITypeLib> Server::TypeLibrary() {
+  // Any object leads there; this class is always present.
+  const Reference<IDispatch> object = CreateClass(CLSID_VeAppParser);
+  Reference<ITypeInfo> info;
+  Reference<ITypeLib> library;
+  HRESULT result = object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put());
+  if (SUCCEEDED(result)) result = info->GetContainingTypeLib(library.Put(), nullptr);
+  if (FAILED(result)) Fail(result, "reading the type information");
+  return library;
+}
+
+CLSID Server::ClassNamed(const std::string& class_name) {
+  const std::string prefix = "SabXmlParser.";
+  const bool is_prog_id = class_name.starts_with(prefix);
+  std::string name = is_prog_id ? class_name.substr(prefix.size()) : class_name;
+  if (name.ends_with(".1")) name.resize(name.size() - 2);
+  CLSID clsid;
+  if (name.starts_with('{') && SUCCEEDED(CLSIDFromString(FromUtf8(name).c_str(), &clsid))) {
+    return clsid;
+  }
+  if (is_prog_id && SUCCEEDED(CLSIDFromProgID(FromUtf8(class_name).c_str(), &clsid))) return clsid;
+
+  const Reference<ITypeLib> library = TypeLibrary();
+  std::basic_string<OLECHAR> wide = FromUtf8(name);
+  ITypeInfo* found[1] = {};
+  MEMBERID members[1] = {};
+  USHORT count = 1;
+  if (SUCCEEDED(library->FindName(wide.data(), 0, found, members, &count)) && count > 0) {
+    const Reference<ITypeInfo> info(found[0]);
+    TYPEATTR* attributes = nullptr;
+    if (SUCCEEDED(info->GetTypeAttr(&attributes))) {
+      clsid = attributes->guid;
+      const bool is_class = attributes->typekind == TKIND_COCLASS;
+      info->ReleaseTypeAttr(attributes);
+      if (is_class) return clsid;
+    }
+  }
+  std::vector<std::string> names;
+  for (const ClassDescription& known : DescribeClasses(*library.Get())) names.push_back(known.name);
+  throw Failure("the server has no class named " + class_name + DidYouMean(name, names) +
+                "; \"sabxml classes\" lists those that it has");
+}
+
+Reference<IDispatch> Server::Create(const std::string& class_name) {
+  return CreateClass(ClassNamed(class_name));
+}
+
+template <typename Function, typename... Arguments>
+void Server::Call(const char* name, Arguments... arguments) {
+  const auto entry_point = reinterpret_cast<Function>(FunctionOf(Library(), name));
+  if (!entry_point) throw Failure(LibraryPath() + " is no component server");
+  const HRESULT result = entry_point(arguments...);
+  if (FAILED(result)) Fail(result, name);
+}
+
+void Server::Register(bool for_user) {
+  if (for_user) return Call<InstallFunction>("DllInstall", TRUE, OLESTR("user"));
+  Call<RegisterFunction>("DllRegisterServer");
+}
+
+void Server::Unregister(bool for_user) {
+  if (for_user) return Call<InstallFunction>("DllInstall", FALSE, OLESTR("user"));
+  Call<RegisterFunction>("DllUnregisterServer");
+}
+
+}  // namespace sabxml::cli

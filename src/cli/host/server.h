@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+
+#include "cli/host/automation.h"
+
+namespace sabxml::cli {
+
+/// The component server as a host reaches it: through its registration, or, without one, through
+/// the library beside the program. A library that is named is taken instead of both.
+class Server {
+ public:
+  /// @param library path of the library; empty for what SABXML_SERVER names, if anything
+  explicit Server(const std::string& library);
+
+  /// The identifier of one of the server's classes, by its name ("VeAppParser"), its ProgID or the
+  /// identifier itself in braces. Raises Failure for one that the server does not know.
+  CLSID ClassNamed(const std::string& class_name);
+
+  /// A new object of a class that is named so. Raises Failure.
+  Reference<IDispatch> Create(const std::string& class_name);
+
+  /// The server's type library. Raises Failure.
+  Reference<ITypeLib> TypeLibrary();
+
+  /// Where the library is that would be loaded or registered.
+  std::string LibraryPath() const;
+  /// Enters the library's classes in the registry, or removes them; for the current user alone
+  /// where `for_user`. Raises Failure.
+  void Register(bool for_user);
+  void Unregister(bool for_user);
+
+ private:
+  void* Library();
+  /// An entry point of the library, called. Raises Failure.
+  template <typename Function, typename... Arguments>
+  void Call(const char* name, Arguments... arguments);
+  Reference<IDispatch> CreateClass(REFCLSID clsid);
+  Reference<IDispatch> CreateFromLibrary(REFCLSID clsid);
+
+  std::string named_library_;
+  void* library_ = nullptr;
+};
+
+}  // namespace sabxml::cli

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/show/tree_sink.h"
+#include "common/config_document.h"
+#include "settings/settings_groups.h"
+
+namespace sabxml::cli {
+
+/// A settings group as it is chosen on the command line.
+struct SettingsChoice {
+  std::string class_name;
+  const sab::SettingsGroup* table = nullptr;  ///< null for a group that keeps any key
+};
+
+/// By the name of its class, in any letter case. Raises Failure for one that is none of them.
+SettingsChoice SettingsChoiceNamed(const std::string& class_name);
+
+/// The row of a key; a host's name of the value and other letter case will do, too. Raises Failure.
+const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::string& key);
+
+enum class SettingsPurpose {
+  kRead,
+  kChange,  ///< no other writer may change the file as long as the document lives
+};
+
+/// Loads a settings file. Raises Failure for a file that cannot be read and for a node path that is
+/// malformed or leads to no element.
+void OpenSettings(sab::ConfigDocument& document, const std::string& file,
+                  const std::string& node_path, SettingsPurpose purpose = SettingsPurpose::kRead);
+
+/// One key of a group in a file.
+struct SettingsEntry {
+  std::string key;
+  const sab::SettingsRow* row = nullptr;  ///< null in a group that keeps any key
+  /// The elements of this name under all nodes of the path, in the order of the file: a load takes
+  /// the first.
+  std::vector<sab::ConfigElement> copies;
+  bool is_structure = false;
+  /// What a load gives a host, written as in a file; the group's default where there is no copy or
+  /// a load takes none. Empty for structures.
+  sab::Text value;
+
+  std::string Shown() const;
+  Json AsJson() const;
+  /// One copy as it stands there, for people.
+  std::string ShownCopy(std::size_t index) const;
+  sab::Type Type() const;
+};
+
+/// The elements of one group in a file.
+class SettingsBlock {
+ public:
+  /// Raises Failure for a file that cannot be read and for a path that leads to no element.
+  SettingsBlock(SettingsChoice group, std::string file, std::string node_path,
+                SettingsPurpose purpose = SettingsPurpose::kRead);
+
+  const SettingsChoice& Group() const { return group_; }
+  const std::string& File() const { return file_; }
+  const std::string& NodePath() const { return node_path_; }
+
+  /// A key of the group; where it keeps any, one that may not be there yet. Raises Failure.
+  SettingsEntry EntryNamed(const std::string& key);
+  /// All keys of the group; where it keeps any, those that are there, in the order of the file.
+  std::vector<SettingsEntry> Entries();
+
+  /// Leaves one copy of a key, which holds the text: the first, or a new one.
+  void Set(SettingsEntry& entry, sab::TextView text);
+  /// Leaves one copy of a key.
+  static void KeepOnly(SettingsEntry& entry, std::size_t index);
+  static void RemoveAll(SettingsEntry& entry);
+
+  /// The copy that was saved last: a save appends to the first node of the path.
+  std::size_t NewestCopy(const SettingsEntry& entry);
+
+  /// Writes the file as one step, and before it, where that is wanted, the old one as FILE.bak.
+  /// Raises Failure; the file is whole in any case.
+  void Save(bool keeps_backup);
+
+ private:
+  SettingsEntry EntryOf(const sab::SettingsRow& row);
+  std::vector<sab::ConfigElement> Select(const std::string& path);
+  void WriteBackup() const;
+
+  SettingsChoice group_;
+  std::string file_;
+  std::string node_path_;
+  sab::ConfigDocument document_;
+  sab::SettingsFields values_{nullptr, [](void*) {}};
+};
+
+}  // namespace sabxml::cli

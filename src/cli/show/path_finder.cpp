@@ -1,0 +1,72 @@
+#include "cli/show/path_finder.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "cli/letter_case.h"
+
+namespace sabxml::cli {
+namespace {
+
+std::filesystem::path PathOf(const std::string& utf8) {
+  return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+std::string TextOf(const std::filesystem::path& path) {
+  const std::u8string text = path.generic_u8string();
+  return std::string(text.begin(), text.end());
+}
+
+bool IsAbsolute(const std::string& path) {
+  return path.starts_with('/') || (path.size() > 1 && path[1] == ':');
+}
+
+}  // namespace
+
+const std::vector<std::string>& PathFinder::NamesIn(const std::string& folder) {
+  const auto [place, is_new] = names_.try_emplace(folder);
+  if (is_new) {
+    std::error_code unreadable;
+    std::filesystem::directory_iterator entry(PathOf(folder.empty() ? "." : folder), unreadable);
+    for (; !unreadable && entry != std::filesystem::directory_iterator();
+         entry.increment(unreadable)) {
+      place->second.push_back(TextOf(entry->path().filename()));
+    }
+    std::sort(place->second.begin(), place->second.end());
+  }
+  return place->second;
+}
+
+std::string PathFinder::NameOnDisk(const std::string& folder, const std::string& name) {
+  const std::vector<std::string>& names = NamesIn(folder);
+  if (std::binary_search(names.begin(), names.end(), name)) return name;
+  const auto found = std::find_if(names.begin(), names.end(), [&name](const std::string& other) {
+    return EqualNames(other, name);
+  });
+  if (found != names.end()) return *found;
+  // A folder may be open to those who know what is in it.
+  std::error_code ignored;
+  return std::filesystem::exists(PathOf(folder + name), ignored) ? name : std::string();
+}
+
+PathFinder::Found PathFinder::Find(const std::string& named_by, const std::string& path) {
+  std::string rest = path;
+  std::replace(rest.begin(), rest.end(), '\\', '/');
+  std::string current = IsAbsolute(rest) ? "" : TextOf(PathOf(named_by).parent_path());
+  if (!current.empty() && !current.ends_with('/')) current += '/';
+  Found found;
+  for (std::size_t at = 0; at < rest.size();) {
+    const std::size_t slash = std::min(rest.find('/', at), rest.size());
+    const std::string name = rest.substr(at, slash - at);
+    const bool is_step = name.empty() || name == "." || name == ".." || name.ends_with(':');
+    const std::string on_disk = is_step ? name : NameOnDisk(current, name);
+    found.differs_in_case |= !on_disk.empty() && on_disk != name;
+    current += on_disk.empty() ? name : on_disk;
+    if (slash < rest.size()) current += '/';
+    at = slash + 1;
+  }
+  found.path = TextOf(PathOf(current).lexically_normal());
+  return found;
+}
+
+}  // namespace sabxml::cli

@@ -1,0 +1,65 @@
+#include "cli/show/text_template.h"
+
+#include "cli/standard_input.h"
+
+#include <utility>
+#include <vector>
+
+namespace sabxml::cli {
+namespace {
+
+constexpr char kClass[] = "VeTxtTemplateFileParser";
+
+Value Get(IDispatch& parser, std::string_view member, const std::vector<LONGLONG>& indexes = {}) {
+  std::vector<Value> arguments;
+  arguments.reserve(indexes.size());
+  for (const LONGLONG index : indexes) arguments.emplace_back(index);
+  return Call(parser, member, DISPATCH_PROPERTYGET, std::move(arguments));
+}
+
+std::string NameOf(IDispatch& parser, LONGLONG section) {
+  return ToUtf8(Get(parser, "SectionName", {section}).Get().bstrVal);
+}
+
+bool HasMarker(IDispatch& parser) {
+  // Only the first section can be without a name.
+  const LONG count = Get(parser, "SectionCount").Get().lVal;
+  return count > 1 || (count == 1 && !NameOf(parser, 0).empty());
+}
+
+}  // namespace
+
+Reference<IDispatch> LoadTextTemplate(Server& server, const std::string& file) {
+  Reference<IDispatch> parser = server.Create(kClass);
+  std::vector<Value> path;
+  path.emplace_back(std::string_view(PathToRead(file)));
+  Call(*parser.Get(), "Load", DISPATCH_METHOD, std::move(path));
+  if (!HasMarker(*parser.Get())) {
+    throw Failure(file +
+                  ": this is no XML file: it does not begin with '<'; and no text template: "
+                  "it has no section marker, such as a line [" +
+                  ToUtf8(Get(*parser.Get(), "DefaultMarker", {0}).Get().bstrVal) + "]");
+  }
+  return parser;
+}
+
+void TellTextTemplate(IDispatch& parser, TreeSink& sink) {
+  sink.BeginObject(kClass, {}, 0);
+  sink.BeginList("Sections");
+  const LONG sections = Get(parser, "SectionCount").Get().lVal;
+  for (LONG section = 0; section < sections; ++section) {
+    sink.BeginObject({}, {}, 5);
+    sink.AddValue("Name", NameOf(parser, section));
+    sink.BeginList("Lines");
+    const LONG lines = Get(parser, "LineCount", {section}).Get().lVal;
+    for (LONG line = 0; line < lines; ++line) {
+      sink.AddValue({}, ToUtf8(Get(parser, "Line", {section, line}).Get().bstrVal));
+    }
+    sink.End();
+    sink.End();
+  }
+  sink.End();
+  sink.End();
+}
+
+}  // namespace sabxml::cli

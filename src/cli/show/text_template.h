@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "cli/host/server.h"
+#include "cli/show/tree_sink.h"
+
+namespace sabxml::cli {
+
+/// Loads a text template through the server. Raises Failure for a file that cannot be read, and for
+/// one without a section marker, which is some other kind of text.
+Reference<IDispatch> LoadTextTemplate(Server& server, const std::string& file);
+
+/// Tells all sections of a loaded template with their lines.
+void TellTextTemplate(IDispatch& parser, TreeSink& sink);
+
+}  // namespace sabxml::cli
