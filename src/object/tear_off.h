@@ -25,7 +25,7 @@ class TearOff : public Counted<Interface>, private LiveObject {
  protected:
   TearOff(IUnknown* object, REFIID iid) : object_(object), iid_(iid) {}
 
-  /// Hands out a new facet of the class. @return E_OUTOFMEMORY
+  /// Hands out a new tear-off of the class. @return E_OUTOFMEMORY
   template <class Class, class... Arguments>
   static HRESULT CreateAs(void** out, Arguments&&... arguments) noexcept {
     auto* const created = new (std::nothrow) Class(std::forward<Arguments>(arguments)...);

@@ -96,11 +96,11 @@ TEST(ForeignCode, ADyingObjectIsDestroyedOnce) {
          holder->at_end = [list] {};
          return ComPtr<IUnknown>(holder.Get());
        }},
-      {"facet",
+      {"tear-off",
        [](const auto& list) {
-         ComPtr<IUnknown> facet;
-         list->QueryInterface(IID_ISupportErrorInfo, facet.PutVoid());
-         return facet;
+         ComPtr<IUnknown> tear_off;
+         list->QueryInterface(IID_ISupportErrorInfo, tear_off.PutVoid());
+         return tear_off;
        }},
       {"walk",
        [](const auto& list) {
