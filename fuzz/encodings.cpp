@@ -42,7 +42,8 @@ bool IsUtf8(const std::string& text) {
   return true;
 }
 
-// Every element's name, text and place, and what it looks like changed.
+// Every node's type, place and text, and every element's tag with its name and attributes; on
+// request those of the changed document.
 std::optional<std::u16string> Reading(const std::string& bytes, bool is_changed) {
   try {
     const Document document(bytes);
@@ -56,6 +57,10 @@ std::optional<std::u16string> Reading(const std::string& bytes, bool is_changed)
       const auto type = static_cast<char16_t>(document.TypeOf(node));
       all += {type, static_cast<char16_t>(document.ParentOf(node)), u'|'};
       document.AppendText(node, all);
+      if (!document.IsElement(node)) continue;
+      const std::size_t start = document.At(node).start;
+      sab::xml::AppendUtf16(document.TextBytes().substr(start, document.ContentStart(node) - start),
+                            all);
     }
     return all;
   } catch (const sab::xml::Error&) {
