@@ -65,8 +65,15 @@ void CVeFileBaleCfgParser::ReadMore(const std::vector<ConfigElement>& elements) 
     if (!IsLeaf(element)) sets.push_back(SetFrom(element, creator));
   }
   if (sets.empty()) return;
-  Check(bales_->RemoveAll(), kSetFailed);
-  for (const auto& set : sets) Check(bales_->AddTail(set.Get(), nullptr), kSetFailed);
+  // The old sets go when all new ones are there, which without memory they never are.
+  ULONG_PTR old_sets = 0;
+  Check(bales_->GetCount(&old_sets), kSetFailed);
+  for (std::size_t i = 0; i < sets.size(); ++i) {
+    const HRESULT result = bales_->AddTail(sets[i].Get(), nullptr);
+    for (; FAILED(result) && i > 0; --i) bales_->RemoveTailNoReturn();
+    Check(result, kSetFailed);
+  }
+  for (; old_sets > 0; --old_sets) Check(bales_->RemoveHeadNoReturn(), kSetFailed);
 }
 
 }  // namespace sab

@@ -184,5 +184,23 @@ TEST_F(SaveFaultsTest, EveryAllocationMayFail) {
   Count(faults, "allocations refused while loading and saving");
 }
 
+TEST_F(SaveFaultsTest, SetsOfAPackingAreReplacedAtOnceOrStay) {
+  const LateObject object("VeFileBaleCfgParser");
+  bool has_struck = true;
+  for (long successes = 0; has_struck; ++successes) {
+    folder_.Write("t.xml", "<S><G><Old><A/></Old></G></S>");
+    ASSERT_EQ(S_OK, object.As<IVeCfgParser>()->Load(name_.Get(), node_.Get()));
+    folder_.Write("t.xml", "<S><G><New><A/></New><New><A/></New></G></S>");
+    HRESULT result = S_OK;
+    {
+      const AllocationFaults failing(successes);
+      result = object.As<IVeCfgParser>()->Load(name_.Get(), node_.Get());
+      has_struck = failing.HasStruck();
+    }
+    EXPECT_EQ(has_struck ? E_OUTOFMEMORY : S_OK, result);
+    EXPECT_EQ(has_struck ? "1" : "2", object.Follow("GetFileBales").Get("Count")) << successes;
+  }
+}
+
 }  // namespace
 }  // namespace sab::testing
