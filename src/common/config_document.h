@@ -59,11 +59,6 @@ class ConfigElement {
   /// text, which readers reuse for all values; valid until that text changes.
   TextView ReadText(Text& scratch) const { return element_.ReadText(scratch); }
 
-  /// The value of an attribute; false if there is none, and then the text is left alone.
-  bool ReadAttribute(std::string_view name, Text& value) const {
-    return element_.ReadAttribute(name, value);
-  }
-
   /// The child elements in document order, for a range-for loop. Other nodes are not visited.
   Range Children() const;
 

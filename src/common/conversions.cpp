@@ -43,24 +43,6 @@ bool SkipToDigits(TextView& text) {
   return negative;
 }
 
-template <class Integer>
-Integer ParseInteger(TextView text) {
-  constexpr Integer kMin = std::numeric_limits<Integer>::min();
-  constexpr Integer kMax = std::numeric_limits<Integer>::max();
-  const bool negative = SkipToDigits(text);
-  // Counts downwards, because the negative numbers reach one further than the positive ones.
-  Integer value = 0;
-  for (const OLECHAR unit : text) {
-    const int digit = DigitOf(unit);
-    if (digit == kNoDigit) break;
-    if (value < kMin / 10 || (value == kMin / 10 && digit > -static_cast<int>(kMin % 10)))
-      return negative ? kMin : kMax;
-    value = static_cast<Integer>(value * 10 - digit);
-  }
-  if (negative) return value;
-  return value == kMin ? kMax : static_cast<Integer>(-value);
-}
-
 // The part of a text that can belong to a number, as ASCII; digits of other scripts are mapped.
 std::string AsciiNumber(TextView text) {
   std::string ascii;
@@ -90,7 +72,7 @@ bool IsTooLarge(std::string_view number, char exponent_mark, int bits_per_digit)
   std::int64_t exponent = 0;
   if (mark != std::string_view::npos) {
     const std::string_view digits = number.substr(mark + 1);
-    exponent = ParseInteger<std::int32_t>(Text(digits.begin(), digits.end()));
+    exponent = ParseInt(Text(digits.begin(), digits.end()));
   }
   return place * bits_per_digit + exponent > 0;
 }
@@ -123,11 +105,22 @@ Text Widen(const char* begin, const char* end) { return Text(begin, end); }
 
 }  // namespace
 
-std::int32_t ParseInt(TextView text) { return ParseInteger<std::int32_t>(text); }
-
-std::int64_t ParseInt64(TextView text) { return ParseInteger<std::int64_t>(text); }
-
-std::int16_t ParseShort(TextView text) { return static_cast<std::int16_t>(ParseInt(text)); }
+std::int32_t ParseInt(TextView text) {
+  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+  const bool negative = SkipToDigits(text);
+  // Counts downwards, because the negative numbers reach one further than the positive ones.
+  std::int32_t value = 0;
+  for (const OLECHAR unit : text) {
+    const int digit = DigitOf(unit);
+    if (digit == kNoDigit) break;
+    if (value < kMin / 10 || (value == kMin / 10 && digit > -(kMin % 10)))
+      return negative ? kMin : kMax;
+    value = value * 10 - digit;
+  }
+  if (negative) return value;
+  return value == kMin ? kMax : -value;
+}
 
 std::int32_t ParseIntOrMax(TextView text) {
   return EqualsAscii(text, "INT_MAX") ? std::numeric_limits<std::int32_t>::max() : ParseInt(text);
@@ -139,10 +132,6 @@ double ParseDouble(TextView text) {
   if (!text.empty() && text.front() == '-') return 0;
   const double value = ParseUnsigned(AsciiNumber(text)).value_or(negative ? -0.0 : 0.0);
   return negative ? -value : value;
-}
-
-VARIANT_BOOL ParseBool(TextView text) {
-  return ParseInt(text) == -1 ? VARIANT_TRUE : VARIANT_FALSE;
 }
 
 Text FormatInt(std::int64_t value) {
@@ -158,14 +147,5 @@ Text FormatFixed(double value, int decimals) {
                                     std::chars_format::fixed, decimals);
   return Widen(buffer.data(), result.ptr);
 }
-
-Text FormatPoint(double x, double y) {
-  Text text = FormatFixed(x, 6);
-  text.push_back(',');
-  text += FormatFixed(y, 6);
-  return text;
-}
-
-Text FormatBool(VARIANT_BOOL value) { return value == VARIANT_TRUE ? FormatInt(-1) : FormatInt(0); }
 
 }  // namespace sab

@@ -7,17 +7,13 @@
 namespace sab {
 
 // How texts of a configuration file become values and values become texts. The rules are those of
-// the wide-character conversions of Microsoft's C library (_wtoi, _wtoi64, wcstod), written out
+// the wide-character conversions of Microsoft's C library (_wtoi, wcstod), written out
 // here so that both platforms give the same answer whatever the locale is: white space of any
 // script is skipped before the number, decimal digits of any script that library knows (fullwidth
 // ones among them) count as digits, and whatever follows the number is ignored.
 
 /// The number a text begins with; 0 if there is none; the nearest bound if it does not fit.
 std::int32_t ParseInt(TextView text);
-std::int64_t ParseInt64(TextView text);
-
-/// The low 16 bits of ParseInt, as assigning its result to a short does: "65537" gives 1.
-std::int16_t ParseShort(TextView text);
 
 /// As ParseInt, except that exactly "INT_MAX" gives the greatest number.
 std::int32_t ParseIntOrMax(TextView text);
@@ -26,20 +22,11 @@ std::int32_t ParseIntOrMax(TextView text);
 /// there is none, an infinity if it is too large.
 double ParseDouble(TextView text);
 
-/// True exactly when the number is -1; "1" and "true" are false.
-VARIANT_BOOL ParseBool(TextView text);
-
 /// Decimal digits with a sign for negative numbers.
 Text FormatInt(std::int64_t value);
 
 /// As printf's "%.<decimals>f" in the C locale: exactly rounded, never an exponent.
 /// @param decimals digits after the point, 0 to 40
 Text FormatFixed(double value, int decimals);
-
-/// Two numbers of six decimals with a comma between: "1.500000,-2.000000".
-Text FormatPoint(double x, double y);
-
-/// "-1" for VARIANT_TRUE, "0" for every other value.
-Text FormatBool(VARIANT_BOOL value);
 
 }  // namespace sab

@@ -129,23 +129,6 @@ TextView Element::TextOf(const ComPtr<IXMLDOMNode>& node, Text& scratch) const {
   return scratch.assign(text.View());
 }
 
-bool Element::ReadAttribute(std::string_view name, Text& value) const {
-  ComPtr<IXMLDOMElement> element;
-  CheckCall(node_->QueryInterface(IID_IXMLDOMElement, element.PutVoid()), "reading an attribute");
-  VARIANT variant;
-  VariantInit(&variant);
-  const Bstr own_name(FromAscii(name));
-  CheckCall(element->getAttribute(own_name.Get(), &variant), "reading an attribute");
-  const bool found = V_VT(&variant) == VT_BSTR;
-  Bstr text;
-  if (found)
-    text.Attach(V_BSTR(&variant));
-  else
-    VariantClear(&variant);
-  if (found) value.assign(text.View());
-  return found;
-}
-
 ComPtr<IXMLDOMNode> Element::FirstNode() const {
   ComPtr<IXMLDOMNode> child;
   CheckCall(node_->get_firstChild(child.Put()), "reading child nodes");

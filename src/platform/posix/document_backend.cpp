@@ -15,13 +15,6 @@ TextView Element::ReadLocalName(Text& scratch) const {
   return scratch = FromUtf8(Xml().LocalNameOf(node_));
 }
 
-bool Element::ReadAttribute(std::string_view name, Text& value) const {
-  auto found = Xml().AttributeOf(node_, name);
-  if (!found) return false;
-  value = *std::move(found);
-  return true;
-}
-
 TextPosition Element::Position() const {
   const xml::Place place = Xml().PlaceOfNode(node_);
   return {place.line, place.column};

@@ -31,7 +31,6 @@ class Element {
   bool HasNodeName(std::string_view name) const;
   TextView ReadLocalName(Text& scratch) const;
   TextView ReadText(Text& scratch) const;
-  bool ReadAttribute(std::string_view name, Text& value) const;
   TextPosition Position() const;
   Element FirstChild() const;
   Element FirstChildNamed(std::string_view name) const;
