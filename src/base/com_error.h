@@ -1,6 +1,7 @@
 #pragma once
 
 #include <sabxml/com.h>
+#include <sabxml/result_codes.h>
 
 #include <stdexcept>
 #include <string>
@@ -9,14 +10,15 @@
 namespace sab {
 
 /// Result codes of the server's own family: what a descriptor or catalogue lacks.
-inline constexpr HRESULT kInvalidApplication = static_cast<HRESULT>(0x84000C00);
-inline constexpr HRESULT kInvalidTemplate = static_cast<HRESULT>(0x84000C01);
-inline constexpr HRESULT kInvalidEnvironment = static_cast<HRESULT>(0x84000C02);
-inline constexpr HRESULT kInvalidModule = static_cast<HRESULT>(0x84000C03);
-inline constexpr HRESULT kInvalidCommand = static_cast<HRESULT>(0x84000C04);
-inline constexpr HRESULT kInvalidUserInterface = static_cast<HRESULT>(0x84000C05);
+inline constexpr HRESULT kInvalidApplication = static_cast<HRESULT>(sabxml::kInvalidApplication);
+inline constexpr HRESULT kInvalidTemplate = static_cast<HRESULT>(sabxml::kInvalidTemplate);
+inline constexpr HRESULT kInvalidEnvironment = static_cast<HRESULT>(sabxml::kInvalidEnvironment);
+inline constexpr HRESULT kInvalidModule = static_cast<HRESULT>(sabxml::kInvalidModule);
+inline constexpr HRESULT kInvalidCommand = static_cast<HRESULT>(sabxml::kInvalidCommand);
+inline constexpr HRESULT kInvalidUserInterface =
+    static_cast<HRESULT>(sabxml::kInvalidUserInterface);
 inline constexpr HRESULT kInvalidCatalogue = kInvalidUserInterface;
-inline constexpr HRESULT kDocumentNotLoaded = static_cast<HRESULT>(0x84000C06);
+inline constexpr HRESULT kDocumentNotLoaded = static_cast<HRESULT>(sabxml::kDocumentNotLoaded);
 
 /// A failure on its way to an interface edge, where it becomes a result code and error info.
 class ComError : public std::runtime_error {

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <sabxml/result_codes.h>
+
 #include "formats/configuration.h"
-#include "formats/results.h"
 #include "formats/rule.h"
 
 namespace sab::formats {
@@ -52,7 +53,7 @@ inline constexpr auto kApplication = FirstCounts({
     Text("CompanyName", "Who makes it").Required(),
     Text("ProductEdition", "Edition"),
     Group("LocalAbout", kAboutBox, "Texts of the about box"),
-    Group("Templates", kTemplatePaths, "Templates").EntryIfThere(kInvalidTemplate),
+    Group("Templates", kTemplatePaths, "Templates").EntryIfThere(sabxml::kInvalidTemplate),
     Group("Configurations", kConfigurations, "Pages of the options"),
 });
 
@@ -62,7 +63,7 @@ inline constexpr Document kApplicationDocument = {
     .about = "application",
     .class_name = "VeAppParser",
     .method = "GenerateApp",
-    .result = kInvalidApplication,
+    .result = sabxml::kInvalidApplication,
     .content = kApplication,
     .help = "What the application is called, what its about box says, which templates it offers",
 };

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "formats/results.h"
+#include <sabxml/result_codes.h>
+
 #include "formats/rule.h"
 
 namespace sab::formats {
@@ -54,7 +55,7 @@ inline constexpr Document kCatalogueDocument = {
     .about = "standards",
     .class_name = "VeStandardCfgParser",
     .method = "Load",
-    .result = kInvalidUserInterface,
+    .result = sabxml::kInvalidCatalogue,
     .content = kCatalogue,
     .help = "The standards that drawings may follow, and the symbols of each",
 };

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "formats/results.h"
+#include <sabxml/result_codes.h>
+
 #include "formats/rule.h"
 
 namespace sab::formats {
@@ -32,7 +33,7 @@ inline constexpr Document kCommandsDocument = {
     .about = "commands",
     .class_name = "VeCmdParser",
     .method = "GenerateCmd",
-    .result = kInvalidCommand,
+    .result = sabxml::kInvalidCommand,
     .content = kCommands,
     .help = "The commands of an environment, in order, with headings between them",
 };

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "formats/results.h"
+#include <sabxml/result_codes.h>
+
 #include "formats/rule.h"
 
 namespace sab::formats {
@@ -31,7 +32,7 @@ inline constexpr Document kEnvironmentDocument = {
     .about = "environment",
     .class_name = "VeEnvParser",
     .method = "GenerateEnv",
-    .result = kInvalidEnvironment,
+    .result = sabxml::kInvalidEnvironment,
     .content = kEnvironment,
     .help = "What a user works in: a user interface and the commands that it offers",
 };

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <sabxml/result_codes.h>
+
 #include "formats/configuration.h"
-#include "formats/results.h"
 #include "formats/rule.h"
 
 namespace sab::formats {
@@ -33,7 +34,7 @@ inline constexpr Document kModuleDocument = {
     .about = "module",
     .class_name = "VeModuleParser",
     .method = "GenerateModule",
-    .result = kInvalidModule,
+    .result = sabxml::kInvalidModule,
     .content = kModule,
     .help = "A part of the application with environments of its own",
 };

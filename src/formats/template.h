@@ -1,6 +1,7 @@
 #pragma once
 
-#include "formats/results.h"
+#include <sabxml/result_codes.h>
+
 #include "formats/rule.h"
 
 namespace sab::formats {
@@ -80,7 +81,7 @@ inline constexpr Document kTemplateDocument = {
     .about = "template",
     .class_name = "VeTmplParser",
     .method = "GenerateTmpl",
-    .result = kInvalidTemplate,
+    .result = sabxml::kInvalidTemplate,
     .content = kTemplate,
     .help = "A kind of document: its file type, its modules, its services",
 };

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "formats/results.h"
+#include <sabxml/result_codes.h>
+
 #include "formats/rule.h"
 
 namespace sab::formats {
@@ -236,7 +237,7 @@ inline constexpr Document kUserInterfaceDocument = {
     .about = "user interface",
     .class_name = "VeUiParser",
     .method = "GenerateUI",
-    .result = kInvalidUserInterface,
+    .result = sabxml::kInvalidUserInterface,
     .content = kUserInterface,
     .help = "Menus, the ribbon, toolbars, windows, keys and texts of an environment",
 };

@@ -1,21 +1,15 @@
 #include "cli/host/result_words.h"
 
+#include <sabxml/result_codes.h>
+
 #include <cstdio>
+#include <span>
 
 namespace sabxml::cli {
 namespace {
 
-constexpr struct {
-  unsigned code;
-  const char* words;
-} kWords[] = {
-    {0x84000C00, "a required value of the application descriptor is missing or empty"},
-    {0x84000C01, "a required value or list of the template descriptor is missing or empty"},
-    {0x84000C02, "a required value or list of the environment descriptor is missing or empty"},
-    {0x84000C03, "a required value or list of the module descriptor is missing or empty"},
-    {0x84000C04, "a required value of the command descriptor is missing or empty"},
-    {0x84000C05, "the user-interface descriptor or standards catalogue lacks what it must have"},
-    {0x84000C06, "the document could not be loaded"},
+// Of the system; those of the server have words of their own.
+constexpr sabxml::ResultWords kWords[] = {
     {0x80004001, "not implemented"},
     {0x80004002, "no such interface"},
     {0x80004003, "a pointer is missing"},
@@ -45,8 +39,12 @@ std::string ResultDigits(HRESULT code) {
 }
 
 std::string ResultWords(HRESULT code) {
-  for (const auto& known : kWords) {
-    if (known.code == static_cast<unsigned>(code)) return known.words;
+  for (const std::span<const sabxml::ResultWords> words :
+       {std::span<const sabxml::ResultWords>(kResultWords),
+        std::span<const sabxml::ResultWords>(kWords)}) {
+    for (const sabxml::ResultWords& known : words) {
+      if (known.code == static_cast<std::uint32_t>(code)) return known.words;
+    }
   }
   return {};
 }
