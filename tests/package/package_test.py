@@ -123,9 +123,10 @@ class Package(unittest.TestCase):
                 self.assertNotIn(place, content, path)
 
     @native_only
-    def test_libraries_are_bound_when_they_are_loaded(self):
+    def test_libraries_are_bound_when_they_are_loaded_and_fortified(self):
         for path in self.prefix.rglob("lib*.so*"):
             self.assertRegex(run("readelf", "-dW", path), r"Flags:.* NOW", path)
+            self.assertRegex(run("readelf", "-W", "--dyn-syms", path), r"_chk@GLIBC", path)
 
     @native_only
     def test_the_python_client_is_there(self):
