@@ -188,6 +188,9 @@ struct Bind {
   template <const auto& kFormat, auto kPath>
   static constexpr BoundRule Rule() {
     constexpr const formats::Rule& kRule = binding::RuleOf<kFormat, Join(kPath, kName)>();
+    static_assert(
+        kRule.IsList() == std::is_same_v<typename binding::Member<kMember>::Value, StringList>,
+        "a list is kept in a StringList, and nothing else is");
     BoundRule rule;
     rule.name = kRule.name;
     rule.is_list = kRule.IsList();
