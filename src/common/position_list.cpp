@@ -18,7 +18,9 @@ constexpr LONG_PTR kFirstPosition = 0x10000;
 
 PositionList::~PositionList() {
   // An element may put another one in its place as it goes.
-  while (count_ != 0) Clear();
+  do {
+    Clear();
+  } while (count_ != 0);
 }
 
 LONG_PTR PositionList::NewPosition() const {
@@ -33,7 +35,7 @@ LONG_PTR PositionList::NewPosition() const {
 
 PositionList::Node* PositionList::Search(LONG_PTR position) const noexcept {
   if (position <= kNone || count_ == 0) return nullptr;
-  const bool has_table = blocks_.size() > 1 && (table_ || MakeTable());
+  const bool has_table = capacity_ > kNodesPerBlock && (table_ || MakeTable());
   Node* const found = has_table ? SlotFor(position) : Scan(position);
   if (found) last_ = found;
   return found;
@@ -73,13 +75,20 @@ void PositionList::Enter(Node* node) const {
 }
 
 void PositionList::AddBlock() {
-  blocks_.push_back(std::make_unique_for_overwrite<Node[]>(kNodesPerBlock));
-  Node* const nodes = blocks_.back().get();
-  for (std::size_t i = kNodesPerBlock; i-- > 0;) Free(&nodes[i]);
+  auto block = std::make_unique_for_overwrite<Block>();
+  block->next = std::move(blocks_);
+  blocks_ = std::move(block);
+  capacity_ += kNodesPerBlock;
+  for (std::size_t i = kNodesPerBlock; i-- > 0;) Free(&blocks_->nodes[i]);
+}
+
+// One by one: were each to free the next, a long list would overflow the stack.
+void PositionList::Free(std::unique_ptr<Block> blocks) {
+  while (blocks) blocks = std::move(blocks->next);
 }
 
 void PositionList::Reserve(std::size_t insertions) {
-  while (blocks_.size() * kNodesPerBlock - count_ < insertions) AddBlock();
+  while (capacity_ - count_ < insertions) AddBlock();
 }
 
 void PositionList::Free(Node* node) {
@@ -156,12 +165,13 @@ void PositionList::Swap(LONG_PTR first, LONG_PTR second) {
 
 void PositionList::Clear() {
   // Releasing an element may come back to this list, which must then be empty already.
-  const std::vector<std::unique_ptr<Node[]>> blocks = std::exchange(blocks_, {});
+  std::unique_ptr<Block> blocks = std::move(blocks_);
   const Node* node = std::exchange(head_, nullptr);
   tail_ = free_ = last_ = counted_.node = nullptr;
-  count_ = 0;
+  capacity_ = count_ = 0;
   table_.reset();
   for (; node; node = node->next) node->element->Release();
+  Free(std::move(blocks));
 }
 
 LONG_PTR PositionList::Find(const IUnknown* element, LONG_PTR after) const {

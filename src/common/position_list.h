@@ -2,6 +2,7 @@
 
 #include <sabxml/com.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -31,8 +32,8 @@ class PositionList {
   ~PositionList();
 
   std::size_t Count() const { return count_; }
-  LONG_PTR Head() const { return PositionOf(head_); }
-  LONG_PTR Tail() const { return PositionOf(tail_); }
+  LONG_PTR Head() const { return GoTo(head_); }
+  LONG_PTR Tail() const { return GoTo(tail_); }
 
   /// True when the position names an element of this list.
   bool Contains(LONG_PTR position) const { return Lookup(position) != nullptr; }
@@ -86,6 +87,11 @@ class PositionList {
 
   static constexpr std::size_t kNodesPerBlock = 8;
 
+  struct Block {
+    std::unique_ptr<Block> next;
+    std::array<Node, kNodesPerBlock> nodes;
+  };
+
   static LONG_PTR PositionOf(const Node* node) { return node ? node->position : kNone; }
   // The position of a node about which the next question will probably be.
   LONG_PTR GoTo(Node* node) const {
@@ -103,11 +109,13 @@ class PositionList {
 
   LONG_PTR NewPosition() const;
   void AddBlock();
+  static void Free(std::unique_ptr<Block> blocks);
   void Free(Node* node);
   void LinkBefore(Node* node, Node* before);
   void Unlink(Node* node);
 
-  std::vector<std::unique_ptr<Node[]>> blocks_;
+  std::unique_ptr<Block> blocks_;
+  std::size_t capacity_ = 0;
   std::size_t count_ = 0;
   Node* head_ = nullptr;
   Node* tail_ = nullptr;
