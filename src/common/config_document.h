@@ -184,7 +184,7 @@ class ConfigDocument {
   bool LoadToChange(TextView file) {
     lock_.reset();
     lock_.emplace(file);
-    return Load(file);
+    return document_.Load(file, &*lock_);
   }
 
   /// Why the last Load gave false, with file, line and column.

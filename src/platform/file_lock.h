@@ -19,10 +19,12 @@ class FileLock {
   FileLock& operator=(const FileLock&) = delete;
   ~FileLock();
 
- private:
   static constexpr std::intptr_t kNone = -1;
+  /// What the system calls the file that is open for the lock; kNone where nothing is locked.
+  std::intptr_t Handle() const { return file_; }
 
-  std::intptr_t file_ = kNone;  // what the system calls it
+ private:
+  std::intptr_t file_ = kNone;
 };
 
 }  // namespace sab

@@ -234,7 +234,7 @@ void Document::Clear(TextView file) {
                                   HexText(result) + ")");
 }
 
-bool Document::Load(TextView file) {
+bool Document::Load(TextView file, const FileLock*) {
   Clear(file);
   const char* const refusal = ReasonAgainstName(file);
   if (!refusal) {

@@ -5,6 +5,7 @@
 
 #include "base/com_error.h"
 #include "platform/file.h"
+#include "system_file.h"
 #include "xml/error.h"
 
 namespace sab::backend {
@@ -73,11 +74,13 @@ void Document::Clear() {
   failure_ = {};
 }
 
-bool Document::Load(TextView file) {
+bool Document::Load(TextView file, const FileLock* lock) {
   Clear();
   file_ = file;
   std::string reason;
-  auto bytes = ReadFileBytes(file, reason);
+  auto bytes = lock && lock->Handle() != FileLock::kNone
+                   ? ReadBytes(static_cast<int>(lock->Handle()), reason)
+                   : ReadFileBytes(file, reason);
   if (bytes) {
     try {
       document_.emplace(*std::move(bytes));

@@ -11,6 +11,7 @@
 
 #include "base/text.h"
 #include "platform/document_edits.h"
+#include "platform/file_lock.h"
 #include "platform/load_failure.h"
 #include "xml/document.h"
 #include "xml/edit.h"
@@ -73,7 +74,7 @@ class Document {
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
 
-  bool Load(TextView file);
+  bool Load(TextView file, const FileLock* lock = nullptr);
   void Create(std::string_view root_name);
   const LoadFailure& Failure() const { return failure_; }
   TextView File() const { return file_; }

@@ -85,8 +85,16 @@ std::optional<std::string> ReadFileBytes(TextView name, std::string& reason) {
   if (const char* const against = ReasonAgainstName(name)) return refuse(against);
   const OpenFile file(OpenWithoutWaiting(PathOf(name).c_str(), O_RDONLY));
   if (file.Get() < 0) return refuse(Words(errno));
+  return ReadBytes(file.Get(), reason);
+}
+
+std::optional<std::string> ReadBytes(int file, std::string& reason) {
+  const auto refuse = [&reason](std::string why) -> std::optional<std::string> {
+    reason = std::move(why);
+    return std::nullopt;
+  };
   struct stat status;
-  if (fstat(file.Get(), &status) != 0) return refuse(Words(errno));
+  if (fstat(file, &status) != 0) return refuse(Words(errno));
   if (S_ISDIR(status.st_mode)) return refuse(Words(EISDIR));
   if (!S_ISREG(status.st_mode)) return refuse("not a regular file");
 
@@ -96,7 +104,7 @@ std::optional<std::string> ReadFileBytes(TextView name, std::string& reason) {
   std::string bytes(static_cast<std::size_t>(status.st_size) + kRoom, '\0');
   std::size_t size = 0;
   for (;;) {
-    const ssize_t count = read(file.Get(), bytes.data() + size, bytes.size() - size);
+    const ssize_t count = read(file, bytes.data() + size, bytes.size() - size);
     if (count == 0) break;
     if (count < 0) {
       if (errno == EINTR) continue;

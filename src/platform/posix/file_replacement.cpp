@@ -7,7 +7,8 @@
 #include <atomic>
 #include <chrono>
 #include <climits>
-#include <memory>
+#include <ctime>
+#include <mutex>
 
 #include "base/com_error.h"
 #include "platform/file.h"
@@ -26,18 +27,62 @@ bool IsTemporaryName(std::string_view name) {
   return name.starts_with(kTemporaryStart) && name.ends_with(kTemporaryEnd);
 }
 
+// The folder of the last replacement, as it was then: without abandoned files. A look at its time
+// spares reading a folder in which nobody else has changed anything.
+class TidyFolder {
+ public:
+  bool Is(const struct stat& folder) const {
+    const std::lock_guard guard(mutex_);
+    return folder.st_dev == folder_.st_dev && folder.st_ino == folder_.st_ino &&
+           IsSame(folder.st_mtim, folder_.st_mtim);
+  }
+  void Remember(int folder) {
+    const std::lock_guard guard(mutex_);
+    timespec tick;
+    // A time later than the last tick of the clock is no tick's: the system gives the next change
+    // another one. Elsewhere two changes between ticks look alike.
+    if (fstat(folder, &folder_) != 0 || clock_gettime(CLOCK_REALTIME_COARSE, &tick) != 0 ||
+        !IsLater(folder_.st_mtim, tick))
+      folder_ = {};
+  }
+
+ private:
+  static bool IsSame(const timespec& a, const timespec& b) {
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+  }
+  static bool IsLater(const timespec& a, const timespec& b) {
+    return a.tv_sec != b.tv_sec ? a.tv_sec > b.tv_sec : a.tv_nsec > b.tv_nsec;
+  }
+
+  mutable std::mutex mutex_;
+  struct stat folder_ = {};
+};
+
 // What a killed writer leaves is not locked, unlike the file of one that is still at work. Removing
 // it is a favour: no failure here is the caller's.
-void RemoveAbandonedFiles(DIR* folder) {
-  const int place = dirfd(folder);
-  while (const dirent* const entry = readdir(folder)) {
-    if (!IsTemporaryName(entry->d_name)) continue;
-    const OpenFile file(
-        openat(place, entry->d_name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    struct stat status;
-    if (file.Get() >= 0 && fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode) &&
-        TryLock(file.Get()) == 0)
-      unlinkat(place, entry->d_name, 0);
+void RemoveIfAbandoned(int folder, const char* name) {
+  const OpenFile file(
+      openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat status;
+  if (file.Get() >= 0 && fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode) &&
+      TryLock(file.Get()) == 0)
+    unlinkat(folder, name, 0);
+}
+
+// @return whether the folder has no temporary file, and so none that may be abandoned later
+bool RemoveAbandonedFiles(int folder) {
+  bool is_tidy = true;
+  alignas(dirent64) std::array<char, 1U << 14> entries;
+  for (;;) {
+    const ssize_t size = getdents64(folder, entries.data(), entries.size());
+    if (size <= 0) return is_tidy && size == 0;
+    for (ssize_t i = 0; i < size;) {
+      const auto* const entry = reinterpret_cast<const dirent64*>(&entries[i]);
+      i += entry->d_reclen;
+      if (!IsTemporaryName(entry->d_name)) continue;
+      RemoveIfAbandoned(folder, entry->d_name);
+      is_tidy = false;
+    }
   }
 }
 
@@ -149,20 +194,6 @@ class TemporaryFile {
   OpenFile file_;
 };
 
-// Follows symbolic links to the file that is meant, which need not exist.
-int FollowLinks(std::string& path) {
-  for (int links = 0; links < kMostLinks; ++links) {
-    std::array<char, PATH_MAX> link;
-    const ssize_t length = readlink(path.c_str(), link.data(), link.size());
-    if (length < 0) return 0;
-    const std::string_view to(link.data(), static_cast<std::size_t>(length));
-    if (to.starts_with('/')) path.clear();
-    path.erase(path.rfind('/') + 1);
-    path += to;
-  }
-  return ELOOP;
-}
-
 // The file that is to be replaced.
 struct Target {
   std::string path;
@@ -175,10 +206,27 @@ struct Target {
   }
 };
 
+// Follows symbolic links to the file that is meant, which need not exist.
+int FollowLinks(Target& target) {
+  std::string& path = target.path;
+  for (int links = 0; links < kMostLinks; ++links) {
+    target.exists = lstat(path.c_str(), &target.status) == 0;
+    if (!target.exists) return errno == ENOENT ? 0 : errno;
+    if (!S_ISLNK(target.status.st_mode)) return 0;
+    std::array<char, PATH_MAX> link;
+    const ssize_t length = readlink(path.c_str(), link.data(), link.size());
+    if (length < 0) return errno;
+    const std::string_view to(link.data(), static_cast<std::size_t>(length));
+    if (to.starts_with('/')) path.clear();
+    path.erase(path.rfind('/') + 1);
+    path += to;
+  }
+  return ELOOP;
+}
+
 int Find(Target& target) {
-  if (const int error = FollowLinks(target.path)) return error;
-  target.exists = stat(target.path.c_str(), &target.status) == 0;
-  if (!target.exists) return errno == ENOENT ? 0 : errno;
+  if (const int error = FollowLinks(target)) return error;
+  if (!target.exists) return 0;
   if (S_ISDIR(target.status.st_mode)) return EISDIR;
   if (!S_ISREG(target.status.st_mode)) return EINVAL;
   // Renaming would get round the mode of a file that may not be written.
@@ -190,8 +238,11 @@ int CheckFolder(const Target& target) {
 }
 
 int Replace(const Target& target, std::string_view bytes) {
-  const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(target.Folder().c_str()), closedir);
-  if (folder) RemoveAbandonedFiles(folder.get());
+  const OpenFile folder(open(target.Folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  static TidyFolder tidy_folder;
+  struct stat status;
+  const bool is_tidy = folder.Get() >= 0 && fstat(folder.Get(), &status) == 0 &&
+                       (tidy_folder.Is(status) || RemoveAbandonedFiles(folder.Get()));
   // Until it has the mode of the old file nobody else may look into the new one.
   TemporaryFile file(target.path, target.exists ? 0600 : 0666);
   if (const int error = file.CreationError()) return error;
@@ -204,7 +255,8 @@ int Replace(const Target& target, std::string_view bytes) {
   if (const int error = file.TakePlaceOf(target.path)) return error;
   // Makes the new name last through a power failure. The file is in place already, and some file
   // systems cannot do this, so a failure is none of the caller's.
-  if (folder) fsync(dirfd(folder.get()));
+  if (folder.Get() >= 0) fsync(folder.Get());
+  if (is_tidy) tidy_folder.Remember(folder.Get());
   return 0;
 }
 

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -26,6 +27,9 @@ std::string PathOf(TextView name);
 /// Opens a file that another program could have replaced by a pipe, which is not waited for.
 /// @return a descriptor, or -1 and errno
 int OpenWithoutWaiting(const char* path, int flags);
+
+/// Reads an open file from where it is; otherwise as ReadFileBytes.
+std::optional<std::string> ReadBytes(int file, std::string& reason);
 
 /// Locks an open file, of any process and thread, for as long as its description is open. Readers
 /// do not ask for the lock. Programs under Wine respect it, too.
