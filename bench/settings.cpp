@@ -3,17 +3,22 @@
 // are keys, and write the whole tree. Flushing to the disk is left out of the saves: what is
 // measured is from the file to the bytes that replace it.
 
+#include <SabXmlParser.h>
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
 
+#include <filesystem>
+#include <fstream>
 #include <pugixml.hpp>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "base/bstr.h"
 #include "platform/file.h"
 #include "samples.h"
+#include "server_fixture.h"
 #include "settings/display_cfg_parser.h"
 #include "xml/edit.h"
 #include "xml/path.h"
@@ -125,6 +130,28 @@ void SaveDisplayOurs(benchmark::State& state) {
   }
 }
 BENCHMARK(SaveDisplayOurs)->DenseRange(kSmall, kSameBlocks)->Unit(benchmark::kMicrosecond);
+
+// The whole Save of the server, the file on the disk included: read under the lock, changed,
+// written beside, flushed and put in its place.
+void SaveDisplayToDisk(benchmark::State& state) {
+  const std::string sample = FileOf(kSmall);
+  sab::ComPtr<IVeDisplayCfgParser> parser;
+  sab::bench::FactoryOf(CLSID_VeDisplayCfgParser)
+      ->CreateInstance(nullptr, IID_IVeDisplayCfgParser, parser.PutVoid());
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "sab-bench-save";
+  std::filesystem::create_directory(folder);
+  const std::string name = (folder / "display.xml").string();
+  const sab::Bstr file(sab::FromUtf8(name));
+  const sab::Bstr node(sab::FromUtf8(kPath));
+  for (auto _ : state) {
+    state.PauseTiming();  // a save adds to the file
+    std::ofstream(name, std::ios::binary) << sample;
+    state.ResumeTiming();
+    if (FAILED(parser->Save(file.Get(), node.Get()))) state.SkipWithError("Save failed");
+  }
+  std::filesystem::remove_all(folder);
+}
+BENCHMARK(SaveDisplayToDisk)->Unit(benchmark::kMicrosecond);
 
 void SaveDisplayPugixmlRaw(benchmark::State& state) {
   const std::string& name = SampleName(state);
