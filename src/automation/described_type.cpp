@@ -16,13 +16,7 @@ const ForeignType kForeignTypes[] = {
 
 }  // namespace
 
-bool IsSameName(TextView a, TextView b) {
-  const auto lower = [](OLECHAR c) {
-    return c >= u'A' && c <= u'Z' ? static_cast<OLECHAR>(c + 32) : c;
-  };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [&](OLECHAR x, OLECHAR y) { return lower(x) == lower(y); });
-}
+bool IsSameName(TextView a, TextView b) { return EqualsIgnoringAsciiCase(a, b); }
 
 UINT DescribedType::Count() {
   const LibraryInfo& library = TheLibrary();

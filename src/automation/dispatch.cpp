@@ -9,15 +9,8 @@
 namespace sab {
 namespace {
 
-OLECHAR LowerAscii(OLECHAR unit) {
-  return unit >= 'A' && unit <= 'Z' ? static_cast<OLECHAR>(unit + ('a' - 'A')) : unit;
-}
-
 // The names of the tables are ASCII.
-bool IsSameName(TextView a, TextView b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](OLECHAR x, OLECHAR y) { return LowerAscii(x) == LowerAscii(y); });
-}
+bool IsSameName(TextView a, TextView b) { return EqualsIgnoringAsciiCase(a, b); }
 
 const MemberInfo* FindByName(const InterfaceInfo& info, TextView name) {
   for (const InterfaceInfo* level = &info; level; level = level->base) {

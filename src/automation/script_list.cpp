@@ -74,20 +74,14 @@ HRESULT Enumerate(const ScriptList& list, VARIANT* result) noexcept try {
 
 DISPID ScriptList::IdOf(LPCOLESTR name) noexcept {
   static constexpr struct {
-    TextView name;  // in small letters
+    TextView name;
     DISPID id;
   } kMembers[] = {{OLESTR("count"), kCount},
                   {OLESTR("item"), DISPID_VALUE},
                   {OLESTR("_newenum"), DISPID_NEWENUM}};
   if (!name) return DISPID_UNKNOWN;
-  const auto is_same = [](OLECHAR small, OLECHAR given) {
-    return small == (given >= 'A' && given <= 'Z' ? given - 'A' + 'a' : given);
-  };
   for (const auto& member : kMembers) {
-    const TextView given(name);
-    if (std::equal(member.name.begin(), member.name.end(), given.begin(), given.end(), is_same)) {
-      return member.id;
-    }
+    if (EqualsIgnoringAsciiCase(member.name, TextView(name))) return member.id;
   }
   return DISPID_UNKNOWN;
 }

@@ -88,9 +88,9 @@ auto Parsed(TextView text) {
   } else if constexpr (kType == Type::kNotZero) {
     return truth(!EqualsAscii(text, "0"));
   } else if constexpr (kType == Type::kOneOrTrue) {
-    return truth(EqualsAscii(text, "1") || EqualsAsciiIgnoringCase(text, "true"));
+    return truth(EqualsAscii(text, "1") || EqualsIgnoringAsciiCase(text, "true"));
   } else if constexpr (kType == Type::kTrue) {
-    return truth(EqualsAsciiIgnoringCase(text, "true"));
+    return truth(EqualsIgnoringAsciiCase(text, "true"));
   } else if constexpr (kType == Type::kMinusOne) {
     return truth(ParseInt(text) == -1);
   } else if constexpr (kType == Type::kNonZero) {

@@ -13,9 +13,9 @@
 #include <fstream>
 #include <set>
 
-#include "base/utf8.h"
 #include "cli/host/automation.h"
 #include "cli/platform.h"
+#include "text/utf.h"
 
 namespace sabxml::cli {
 namespace {
@@ -77,7 +77,7 @@ std::vector<std::string> RegistryLines() {
 std::vector<std::string> Arguments(int argc, char** argv) {
   std::vector<std::string> arguments(argv, argv + argc);
   for (const std::string& argument : arguments) {
-    if (!sab::IsUtf8(argument)) {
+    if (!sab::text::IsUtf8(argument)) {
       throw Failure(argument +
                     ": this is not UTF-8, and the server takes no other names; rename it");
     }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "cli/letter_case.h"
+#include "text/ascii.h"
 
 namespace sabxml::cli {
 namespace {
@@ -16,12 +16,13 @@ std::size_t DistanceBetween(std::string_view a, std::string_view b) {
         steps[i][j] = i + j;
         continue;
       }
-      const std::size_t differs = EqualNames(a.substr(i - 1, 1), b.substr(j - 1, 1)) ? 0 : 1;
+      const std::size_t differs =
+          sab::EqualsIgnoringAsciiCase(a.substr(i - 1, 1), b.substr(j - 1, 1)) ? 0 : 1;
       steps[i][j] =
           std::min({steps[i - 1][j] + 1, steps[i][j - 1] + 1, steps[i - 1][j - 1] + differs});
-      const bool is_swapped = i > 1 && j > 1 &&
-                              EqualNames(a.substr(i - 1, 1), b.substr(j - 2, 1)) &&
-                              EqualNames(a.substr(i - 2, 1), b.substr(j - 1, 1));
+      const bool is_swapped =
+          i > 1 && j > 1 && sab::EqualsIgnoringAsciiCase(a.substr(i - 1, 1), b.substr(j - 2, 1)) &&
+          sab::EqualsIgnoringAsciiCase(a.substr(i - 2, 1), b.substr(j - 1, 1));
       if (is_swapped) steps[i][j] = std::min(steps[i][j], steps[i - 2][j - 2] + 1);
     }
   }

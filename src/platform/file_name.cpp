@@ -6,22 +6,15 @@ namespace sab {
 namespace {
 
 bool StartsWithAsciiIgnoringCase(TextView text, std::string_view ascii) {
-  return EqualsAsciiIgnoringCase(text.substr(0, ascii.size()), ascii);
-}
-
-int HexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
+  return EqualsIgnoringAsciiCase(text.substr(0, ascii.size()), ascii);
 }
 
 std::string DecodePercent(std::string_view text) {
   std::string decoded;
   decoded.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const int high = text[i] == '%' && i + 2 < text.size() ? HexDigit(text[i + 1]) : -1;
-    const int low = high >= 0 ? HexDigit(text[i + 2]) : -1;
+    const int high = text[i] == '%' && i + 2 < text.size() ? HexDigitValue(text[i + 1]) : -1;
+    const int low = high >= 0 ? HexDigitValue(text[i + 2]) : -1;
     if (low >= 0) {
       decoded.push_back(static_cast<char>(high * 16 + low));
       i += 2;

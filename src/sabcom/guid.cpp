@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "text/ascii.h"
+
 namespace {
 
 // Where the dashes stand in "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}".
@@ -28,13 +30,6 @@ GUID FromBytes(const BYTE (&bytes)[16]) {
   return guid;
 }
 
-int DigitOf(OLECHAR character) {
-  if (character >= '0' && character <= '9') return character - '0';
-  if (character >= 'a' && character <= 'f') return character - 'a' + 10;
-  if (character >= 'A' && character <= 'F') return character - 'A' + 10;
-  return -1;
-}
-
 bool Parse(LPCOLESTR text, GUID& guid) {
   BYTE bytes[16] = {};
   int digits = 0;
@@ -44,7 +39,7 @@ bool Parse(LPCOLESTR text, GUID& guid) {
       if (text[i] != expected) return false;
       continue;
     }
-    const int digit = DigitOf(text[i]);
+    const int digit = sab::HexDigitValue(text[i]);
     if (digit < 0) return false;
     bytes[digits / 2] = static_cast<BYTE>(bytes[digits / 2] << 4 | digit);
     ++digits;

@@ -3,8 +3,6 @@
 #include <locale.h>
 #include <wctype.h>
 
-#include "base/text.h"
-
 namespace sabcom {
 namespace {
 
@@ -16,10 +14,6 @@ locale_t UnicodeLocale() {
 }
 
 }  // namespace
-
-std::string ToUtf8(std::u16string_view text) { return sab::ToUtf8(text); }
-
-std::u16string FromUtf8(std::string_view utf8) { return sab::FromUtf8(utf8); }
 
 std::u16string Folded(std::u16string_view name) {
   const locale_t locale = UnicodeLocale();

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "text/ascii.h"
+
 // Conversions among automation values. They follow what the platform's conversions give in the
 // invariant locale: numbers are rounded to the nearest, halves to even; what does not fit is an
 // overflow; a text must be a number from end to end.
@@ -87,9 +89,7 @@ std::optional<Number> ParseNumber(BSTR string) {
 std::optional<bool> ParseTruth(BSTR string) {
   std::optional<std::string> text = ToAscii(string);
   if (!text) return std::nullopt;
-  for (char& c : *text) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-  }
+  for (char& c : *text) c = sab::ToLowerAscii(c);
   if (*text == "true" || *text == "#true#") return true;
   if (*text == "false" || *text == "#false#") return false;
   return std::nullopt;

@@ -1,22 +1,17 @@
 #include "server/registrar_lexer.h"
 
 #include "base/com_error.h"
+#include "text/ascii.h"
 
 namespace sab {
 namespace {
 
 bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-
 }  // namespace
 
 bool RegistrarToken::IsWord(std::string_view word) const {
-  if (kind != Kind::kWord || text.size() != word.size()) return false;
-  for (std::size_t i = 0; i < word.size(); ++i) {
-    if (Lower(text[i]) != Lower(word[i])) return false;
-  }
-  return true;
+  return kind == Kind::kWord && EqualsIgnoringAsciiCase(text, word);
 }
 
 void RegistrarLexer::Fail(const RegistrarToken& at, const std::string& reason) const {

@@ -2,7 +2,6 @@
 
 #include <string_view>
 
-#include "xml/characters.h"
 #include "xml/code_page.h"
 
 namespace sab {
@@ -32,15 +31,6 @@ Text FromUtf16(std::string_view bytes, bool is_big_endian) {
   return text;
 }
 
-bool IsUtf8(const std::string& bytes) {
-  for (std::size_t i = 0; i < bytes.size();) {
-    const unsigned length = xml::Decode(bytes.c_str() + i).length;
-    if (length == 0) return false;
-    i += length;
-  }
-  return true;
-}
-
 Text FromGbk(std::string_view bytes) {
   xml::CodePage gbk("GBK");
   std::string utf8;
@@ -49,7 +39,7 @@ Text FromGbk(std::string_view bytes) {
     bytes.remove_prefix(gbk.Decode(bytes, utf8));
     if (bytes.empty()) return FromUtf8(utf8);
     // Windows has the euro sign in its code page 936, though GBK does not.
-    xml::AppendUtf8(utf8, bytes[0] == '\x80' ? U'\u20AC' : char32_t{kReplacement});
+    text::AppendUtf8(utf8, bytes[0] == '\x80' ? U'\u20AC' : char32_t{kReplacement});
     bytes.remove_prefix(1);
   }
 }
@@ -61,7 +51,7 @@ Text DecodePlainText(const std::string& bytes) {
   if (all.starts_with("\xEF\xBB\xBF")) return FromUtf8(all.substr(3));
   if (all.starts_with("\xFF\xFE")) return FromUtf16(all.substr(2), false);
   if (all.starts_with("\xFE\xFF")) return FromUtf16(all.substr(2), true);
-  return IsUtf8(bytes) ? FromUtf8(all) : FromGbk(all);
+  return text::IsUtf8(bytes) ? FromUtf8(all) : FromGbk(all);
 }
 
 }  // namespace sab

@@ -100,6 +100,4 @@ constexpr bool IsNameCharacter(char32_t c) {
          (c >= 0x300 && c <= 0x36F) || (c >= 0x203F && c <= 0x2040);
 }
 
-void AppendUtf8(std::string& out, char32_t code);
-
 }  // namespace sab::xml

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "text/ascii.h"
 #include "xml/characters.h"
 #include "xml/error.h"
 #include "xml/reader.h"
@@ -111,10 +112,8 @@ class Cursor {
   }
 
   static int DigitOf(char c, bool is_hexadecimal) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (is_hexadecimal && c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (is_hexadecimal && c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
+    const int digit = HexDigitValue(c);
+    return is_hexadecimal || digit < 10 ? digit : -1;
   }
 
   std::string_view ReadName(const char* what) {

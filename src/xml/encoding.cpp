@@ -1,30 +1,11 @@
 #include "xml/encoding.h"
 
+#include "text/utf.h"
 #include "xml/characters.h"
 #include "xml/error.h"
 #include "xml/reader.h"
 
 namespace sab::xml {
-
-void AppendUtf8(std::string& out, char32_t code) {
-  const auto add = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
-  if (code < 0x80) {
-    add(code);
-    return;
-  }
-  if (code < 0x800) {
-    add(0xC0 | code >> 6);
-  } else {
-    if (code < 0x10000) {
-      add(0xE0 | code >> 12);
-    } else {
-      add(0xF0 | code >> 18);
-      add(0x80 | (code >> 12 & 0x3F));
-    }
-    add(0x80 | (code >> 6 & 0x3F));
-  }
-  add(0x80 | (code & 0x3F));
-}
 
 namespace {
 
@@ -155,7 +136,7 @@ std::string Encoding::Decode(std::string_view bytes) const {
         code = 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00);
         read += 2;
       }
-      AppendUtf8(text, code);
+      text::AppendUtf8(text, code);
     }
   }
   if (read != body.size()) {

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "text/ascii.h"
+#include "text/utf.h"
 #include "xml/characters.h"
 #include "xml/error.h"
 
@@ -77,15 +79,14 @@ char32_t TakeReference(const char*& p) {
   const bool is_hexadecimal = name[1] == 'x';
   char32_t code = 0;
   for (const char c : name.substr(is_hexadecimal ? 2 : 1)) {
-    const int digit = c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10;
-    code = code * (is_hexadecimal ? 16 : 10) + static_cast<char32_t>(digit);
+    code = code * (is_hexadecimal ? 16 : 10) + static_cast<char32_t>(HexDigitValue(c));
   }
   return code;
 }
 
 void AppendPlain(std::string_view utf8, std::u16string& out) { AppendUtf16(utf8, out); }
 void AppendPlain(std::string_view utf8, std::string& out) { out += utf8; }
-void AppendCode(char32_t code, std::string& out) { AppendUtf8(out, code); }
+void AppendCode(char32_t code, std::string& out) { text::AppendUtf8(out, code); }
 
 template <class Output>
 void AppendDecodedTo(Output& out, std::string_view text, bool in_attribute) {
@@ -165,7 +166,7 @@ void AppendEscaped(std::u16string_view text, std::string& out) {
         out += "&#13;";
         break;
       default:
-        AppendUtf8(out, code);
+        text::AppendUtf8(out, code);
     }
   }
 }

@@ -16,22 +16,22 @@ SOURCES = [p for folder in ("src", "include", "tests", "bench")
            for p in (ROOT / folder).rglob("*") if p.suffix in (".h", ".cpp")]
 
 # What a folder may include of the project, besides itself; the order is that of the layers.
-LAYERS = ["base", "xml", "platform", "automation", "object", "common", "server"]
+LAYERS = ["text", "base", "xml", "platform", "automation", "object", "common", "server"]
 FAMILIES = ["framework", "settings", "standards", "templates"]
 
 
 def allowed(folder):
     if folder in LAYERS:
         below = LAYERS[:LAYERS.index(folder)]
-        return {folder, *below} if folder != "xml" else {"xml"}
+        return {folder, *below} if folder != "xml" else {"text", "xml"}
     if folder in FAMILIES:
         return {folder, "formats", "binding", *LAYERS}
     if folder == "formats":  # data alone
         return {"formats"}
     if folder == "binding":
-        return {"binding", "formats", "common", "object", "automation", "platform", "base"}
+        return {"binding", "formats", "common", "object", "automation", "platform", "base", "text"}
     if folder == "cli":  # what works on settings files knows their key tables
-        return {"cli", "settings", "formats", "common", "platform", "base"}
+        return {"cli", "settings", "formats", "common", "platform", "base", "text"}
     return {folder, "formats", "binding", *LAYERS, *FAMILIES}
 
 

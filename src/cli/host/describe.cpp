@@ -5,8 +5,8 @@
 
 #include "cli/commands.h"
 #include "cli/host/type_description.h"
-#include "cli/letter_case.h"
 #include "cli/show/tree_sink.h"
+#include "text/ascii.h"
 
 namespace sabxml::cli {
 namespace {
@@ -31,8 +31,9 @@ std::string IdentifiersOf(const ClassDescription& known) {
 // What is named by its name or its identifier.
 const ClassDescription* Find(const std::vector<ClassDescription>& all, const std::string& name) {
   const auto found = std::find_if(all.begin(), all.end(), [&name](const ClassDescription& known) {
-    return EqualNames(known.name, name) || EqualNames(known.identifier, name) ||
-           EqualNames(known.registered_identifier, name);
+    return sab::EqualsIgnoringAsciiCase(known.name, name) ||
+           sab::EqualsIgnoringAsciiCase(known.identifier, name) ||
+           sab::EqualsIgnoringAsciiCase(known.registered_identifier, name);
   });
   return found == all.end() ? nullptr : &*found;
 }

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "cli/host/type_description.h"
-#include "cli/letter_case.h"
 #include "cli/suggestion.h"
+#include "text/ascii.h"
 
 namespace sabxml::cli {
 namespace {
@@ -279,7 +279,7 @@ void ObjectReader::Step() {
 
 ReadableMember ObjectReader::MemberNamed(const Shape& shape, const std::string& name) {
   for (const ReadableMember& member : shape.members) {
-    if (EqualNames(member.name, name)) return member;
+    if (sab::EqualsIgnoringAsciiCase(member.name, name)) return member;
   }
   for (const ReadableMember& member : shape.members) {
     if (member.kind == ReadableMember::Kind::kNamedValues) {

@@ -5,13 +5,13 @@
 
 #include "base/com_error.h"
 #include "cli/host/automation.h"
-#include "cli/letter_case.h"
 #include "cli/settings/settings_value.h"
 #include "cli/show/display_text.h"
 #include "cli/standard_input.h"
 #include "cli/suggestion.h"
 #include "common/named_values.h"
 #include "platform/file.h"
+#include "text/ascii.h"
 
 namespace sabxml::cli {
 namespace {
@@ -46,10 +46,11 @@ void CheckName(const std::string& key) {
 
 SettingsChoice SettingsChoiceNamed(const std::string& class_name) {
   for (const sab::SettingsGroup& group : sab::SettingsGroups()) {
-    if (EqualNames(group.class_name, class_name)) return {std::string(group.class_name), &group};
+    if (sab::EqualsIgnoringAsciiCase(group.class_name, class_name))
+      return {std::string(group.class_name), &group};
   }
   for (const std::string_view name : sab::NamedValueClasses()) {
-    if (EqualNames(name, class_name)) return {std::string(name), nullptr};
+    if (sab::EqualsIgnoringAsciiCase(name, class_name)) return {std::string(name), nullptr};
   }
   std::vector<std::string> names;
   for (const sab::SettingsGroup& group : sab::SettingsGroups())
@@ -65,10 +66,10 @@ const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::str
     if (row.key == key) return row;
   }
   for (const sab::SettingsRow& row : rows) {
-    if (EqualNames(row.key, key)) return row;
+    if (sab::EqualsIgnoringAsciiCase(row.key, key)) return row;
   }
   for (const sab::SettingsRow& row : rows) {
-    if (EqualNames(row.property, key)) return row;
+    if (sab::EqualsIgnoringAsciiCase(row.property, key)) return row;
   }
   const std::string class_name(group.class_name);
   std::vector<std::string> names;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "base/utf8.h"
+#include "text/utf.h"
 
 namespace sabxml::cli {
 
@@ -11,7 +11,7 @@ std::string OnOneLine(std::string_view utf8) {
   std::string line;
   for (std::size_t i = 0; i < utf8.size(); ++i) {
     const auto byte = static_cast<unsigned char>(utf8[i]);
-    const std::size_t size = sab::Utf8CharacterSize(utf8.substr(i));
+    const std::size_t size = sab::text::Utf8CharacterSize(utf8.substr(i));
     // U+0080 to U+009F command some terminals, too.
     const bool is_upper_control =
         byte == 0xC2 && size == 2 && static_cast<unsigned char>(utf8[i + 1]) < 0xA0;

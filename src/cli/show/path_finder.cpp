@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "cli/letter_case.h"
+#include "text/ascii.h"
 
 namespace sabxml::cli {
 namespace {
@@ -41,7 +41,7 @@ std::string PathFinder::NameOnDisk(const std::string& folder, const std::string&
   const std::vector<std::string>& names = NamesIn(folder);
   if (std::binary_search(names.begin(), names.end(), name)) return name;
   const auto found = std::find_if(names.begin(), names.end(), [&name](const std::string& other) {
-    return EqualNames(other, name);
+    return sab::EqualsIgnoringAsciiCase(other, name);
   });
   if (found != names.end()) return *found;
   // A folder may be open to those who know what is in it.

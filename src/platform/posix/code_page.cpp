@@ -10,6 +10,7 @@
 #include <new>
 #include <system_error>
 
+#include "text/utf.h"
 #include "xml/characters.h"
 #include "xml/error.h"
 
@@ -115,7 +116,7 @@ std::size_t CodePage::Decode(std::string_view bytes, std::string& utf8, std::siz
 bool CodePage::Encode(char32_t code, std::string& bytes) {
   state_->encoder.Reset();
   std::string character;
-  AppendUtf8(character, code);
+  text::AppendUtf8(character, code);
   char* in = character.data();
   std::size_t in_left = character.size();
   std::array<char, 16> buffer;

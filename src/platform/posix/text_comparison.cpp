@@ -16,7 +16,7 @@ locale_t UnicodeLocale() {
 char32_t Folded(char32_t code) {
   constexpr char32_t kCapitalIWithDot = 0x130;
   constexpr char32_t kSmallDotlessI = 0x131;
-  if (code < 0x80) return code >= 'A' && code <= 'Z' ? code + 32 : code;
+  if (code < 0x80) return ToLowerAscii(code);
   if (code == kCapitalIWithDot || code == kSmallDotlessI)
     return code;  // Turkish has pairs of its own
   const locale_t locale = UnicodeLocale();

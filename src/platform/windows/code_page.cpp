@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "text/utf.h"
 #include "xml/characters.h"
 #include "xml/error.h"
 
@@ -83,7 +84,7 @@ std::size_t CodePage::Decode(std::string_view bytes, std::string& utf8, std::siz
     if (units == 2 && code >= 0xD800 && code <= 0xDBFF) {
       code = 0x10000 + ((code - 0xD800) << 10) + (static_cast<char16_t>(wide[1]) - 0xDC00U);
     }
-    AppendUtf8(utf8, code);
+    text::AppendUtf8(utf8, code);
     read += length;
   }
   return read;

@@ -1,8 +1,6 @@
-#include "base/text.h"
+#include "text/utf.h"
 
-#include "base/utf8.h"
-
-namespace sab {
+namespace sab::text {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
@@ -10,31 +8,13 @@ constexpr char32_t kReplacement = 0xFFFD;
 constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-void AppendUtf8(std::string& out, char32_t code) {
-  const auto byte = [&out](char32_t value) { out.push_back(static_cast<char>(value)); };
-  if (code < 0x80) {
-    byte(code);
-  } else if (code < 0x800) {
-    byte(0xC0 | code >> 6);
-    byte(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    byte(0xE0 | code >> 12);
-    byte(0x80 | (code >> 6 & 0x3F));
-    byte(0x80 | (code & 0x3F));
-  } else {
-    byte(0xF0 | code >> 18);
-    byte(0x80 | (code >> 12 & 0x3F));
-    byte(0x80 | (code >> 6 & 0x3F));
-    byte(0x80 | (code & 0x3F));
-  }
-}
-
-void AppendUtf16(Text& out, char32_t code) {
+template <class Unit>
+void AppendUtf16(std::basic_string<Unit>& out, char32_t code) {
   if (code < 0x10000) {
-    out.push_back(static_cast<OLECHAR>(code));
+    out.push_back(static_cast<Unit>(code));
   } else {
-    out.push_back(static_cast<OLECHAR>(0xD7C0 + (code >> 10)));
-    out.push_back(static_cast<OLECHAR>(0xDC00 | (code & 0x3FF)));
+    out.push_back(static_cast<Unit>(0xD7C0 + (code >> 10)));
+    out.push_back(static_cast<Unit>(0xDC00 | (code & 0x3FF)));
   }
 }
 
@@ -58,11 +38,31 @@ constexpr Lead LeadOf(unsigned char byte) {
 
 }  // namespace
 
-std::string ToUtf8(TextView text) {
+void AppendUtf8(std::string& out, char32_t code) {
+  const auto byte = [&out](char32_t value) { out.push_back(static_cast<char>(value)); };
+  if (code < 0x80) {
+    byte(code);
+  } else if (code < 0x800) {
+    byte(0xC0 | code >> 6);
+    byte(0x80 | (code & 0x3F));
+  } else if (code < 0x10000) {
+    byte(0xE0 | code >> 12);
+    byte(0x80 | (code >> 6 & 0x3F));
+    byte(0x80 | (code & 0x3F));
+  } else {
+    byte(0xF0 | code >> 18);
+    byte(0x80 | (code >> 12 & 0x3F));
+    byte(0x80 | (code >> 6 & 0x3F));
+    byte(0x80 | (code & 0x3F));
+  }
+}
+
+template <class Unit>
+std::string ToUtf8(std::basic_string_view<Unit> text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const char32_t unit = text[i];
+    const auto unit = static_cast<char32_t>(text[i]);
     const char32_t next = i + 1 < text.size() ? static_cast<char32_t>(text[i + 1]) : 0;
     if (IsHighSurrogate(unit) && IsLowSurrogate(next)) {
       AppendUtf8(out, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
@@ -74,13 +74,14 @@ std::string ToUtf8(TextView text) {
   return out;
 }
 
-Text FromUtf8(std::string_view utf8) {
-  Text out;
+template <class Unit>
+std::basic_string<Unit> FromUtf8(std::string_view utf8) {
+  std::basic_string<Unit> out;
   out.reserve(utf8.size());
   for (std::size_t i = 0; i < utf8.size();) {
     const auto first = static_cast<unsigned char>(utf8[i++]);
     if (first < 0x80) {
-      out.push_back(static_cast<OLECHAR>(first));
+      out.push_back(static_cast<Unit>(first));
       continue;
     }
     const Lead lead = LeadOf(first);
@@ -125,8 +126,9 @@ bool IsUtf8(std::string_view text) {
   return true;
 }
 
-void AppendAscii(Text& text, std::string_view ascii) {
-  for (const char c : ascii) text.push_back(static_cast<OLECHAR>(static_cast<unsigned char>(c)));
-}
+template std::string ToUtf8(std::u16string_view text);
+template std::string ToUtf8(std::wstring_view text);
+template std::u16string FromUtf8(std::string_view utf8);
+template std::wstring FromUtf8(std::string_view utf8);
 
-}  // namespace sab
+}  // namespace sab::text
