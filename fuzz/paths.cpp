@@ -58,7 +58,7 @@ std::string Path(FuzzedDataProvider& input) {
                                  "@a",
                                  "*[@a]",
                                  "*[.='x']",
-                                 "*[name()='a']",
+                                 "*[name()='p:a']",
                                  "*[b or a]",
                                  "a[b=1]",
                                  "self::a",
