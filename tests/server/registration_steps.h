@@ -20,11 +20,7 @@ class RegistrationFaults : public ::testing::Test {
   RegistrationFaults()
       : is_long_(std::getenv("SAB_TORTURE") != nullptr),
         steps_(kSteps, is_long_ ? 4 : 2),
-        classes_(is_long_ ? ClassTable() : ClassTable().first(3)) {
-    registry_.folder.Write("registry.reg",
-                           "Windows Registry Editor Version 5.00\n\n"
-                           "[HKEY_CLASSES_ROOT\\SabXmlParser.VeTmplParser]\n\"Theirs\"=\"kept\"\n");
-  }
+        classes_(is_long_ ? ClassTable() : ClassTable().first(3)) {}
 
   HRESULT Act(Step step) const {
     if (step == kRegister) return RegisterServer(classes_, RegistrationScope::kMachine);
@@ -39,6 +35,9 @@ class RegistrationFaults : public ::testing::Test {
 
   // Brings the registry to where a step starts, and learns what it makes of it.
   void Prepare(Step step) {
+    registry_.folder.Write("registry.reg",
+                           "Windows Registry Editor Version 5.00\n\n"
+                           "[HKEY_CLASSES_ROOT\\SabXmlParser.VeTmplParser]\n\"Theirs\"=\"kept\"\n");
     if (step == kUnregister || step == kRemove) {
       ASSERT_EQ(S_OK, Act(step == kRemove ? kWrite : kRegister));
     }
