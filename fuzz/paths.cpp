@@ -72,7 +72,9 @@ std::string Path(FuzzedDataProvider& input) {
   path += input.PickValueInArray(kTests);
   for (int i = input.ConsumeIntegralInRange(0, 3); i > 0; --i)
     path += std::string(input.PickValueInArray(kJoints)) + input.PickValueInArray(kTests);
-  return input.ConsumeBool() ? path : "(" + path + ")[1]";
+  // libxml2 takes the first of a union before it has sorted it.
+  const bool is_whole = input.ConsumeBool() || path.find('|') != path.npos;
+  return is_whole ? path : "(" + path + ")[1]";
 }
 
 std::vector<int> Numbers(const Document& document, const std::vector<NodeIndex>& nodes) {
