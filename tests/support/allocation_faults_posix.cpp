@@ -32,6 +32,10 @@ void* Allocate(std::size_t size) {
 
 void* operator new(std::size_t size) { return Allocate(size); }
 void* operator new[](std::size_t size) { return Allocate(size); }
+// The sanitizers' own would not pass on to the one above.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return MayAllocate(size) ? std::malloc(size ? size : 1) : nullptr;
+}
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
@@ -47,6 +51,7 @@ AllocationFaults::AllocationFaults(long successes) {
 
 AllocationFaults::~AllocationFaults() {
   allocations_until_failure = kNever;
+  descriptors_.ExpectNoMore();
   SabComFilterAllocations(nullptr);
 }
 

@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <functional>
 
+#include "support/open_descriptors.h"
+
 namespace sab::testing {
 
 /// What happens to a file call in place of its work.
@@ -19,7 +21,8 @@ inline constexpr FileFault kFileFaults[] = {{"EIO", EIO},       {"ENOSPC", ENOSP
 
 /// Lets one file call of the process, in the tests and in every library that they have loaded, go
 /// wrong after a number of calls that work; the next ones work again. It is so for as long as an
-/// instance lives. To try every call in turn, begin with 0 and end when none is reached.
+/// instance lives, which expects that no descriptor is left open. To try every call in turn, begin
+/// with 0 and end when none is reached.
 class FileFaults {
  public:
   FileFaults(long successes, const FileFault& fault);
@@ -31,6 +34,9 @@ class FileFaults {
   bool IsReached() const;
   /// The name of that call; "none" before it.
   const char* Call() const;
+
+ private:
+  OpenDescriptors descriptors_;
 };
 
 /// Runs an action in a child process that kills itself when it comes to a file call, after a number

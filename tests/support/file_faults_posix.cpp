@@ -132,7 +132,10 @@ FileFaults::FileFaults(long successes, const FileFault& fault) {
   calls_until_fault = successes;
 }
 
-FileFaults::~FileFaults() { calls_until_fault = kNever; }
+FileFaults::~FileFaults() {
+  calls_until_fault = kNever;
+  descriptors_.ExpectNoMore();
+}
 
 bool FileFaults::IsReached() const { return struck_call != nullptr; }
 
