@@ -45,7 +45,7 @@ def main(arguments):
         "include/SabXmlParser.h": header.write(library, origin).encode("utf-8"),
         "dispatch_tables.h": dispatch.write_header(library, origin).encode("utf-8"),
         "dispatch_tables.cpp": dispatch.write_source(library, origin).encode("utf-8"),
-        "properties.h": edge.write_properties(library, origin).encode("utf-8"),
+        "edge.h": edge.write_edge(library, origin).encode("utf-8"),
         "coclasses.h": edge.write_coclasses(library, origin).encode("utf-8"),
         "SabXmlParser.gbk.idl": plain_definition(library),
     }

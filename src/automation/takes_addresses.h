@@ -2,9 +2,17 @@
 
 #include <sabxml/com.h>
 
+#include <string_view>
 #include <utility>
 
 namespace sab {
+
+/// A number that is an address, and who passed it.
+struct Address {
+  ULONG_PTR value;
+  bool is_from_script;          ///< which can know no other addresses than this server's
+  std::string_view class_name;  ///< of the object that was called, ASCII
+};
 
 /// For a class with a member that takes an address as a number. A program that calls it through the
 /// interface passes what it owns; a script owns no address, so that the member refuses what it does
@@ -23,8 +31,8 @@ class TakesAddresses : public Base {
   }
 
  protected:
-  /// Whether the member now running was called through Invoke.
-  bool IsLateBound() const { return is_late_bound_; }
+  /// An argument of the member that is running now.
+  Address Given(ULONG_PTR value) const { return {value, is_late_bound_, Base::Coclass::kName}; }
 
  private:
   bool is_late_bound_ = false;

@@ -24,8 +24,10 @@ inline constexpr HRESULT kDocumentNotLoaded = static_cast<HRESULT>(sabxml::kDocu
 class ComError : public std::runtime_error {
  public:
   /// @param code a failing HRESULT
-  /// @param message UTF-8: what failed, in which file and place, and what to do
-  ComError(HRESULT code, const std::string& message) : std::runtime_error(message), code_(code) {}
+  /// @param message UTF-8: what failed, in which file and place, and what to do; empty for the
+  /// words that the code has
+  explicit ComError(HRESULT code, const std::string& message = {})
+      : std::runtime_error(message), code_(code) {}
 
   HRESULT Code() const { return code_; }
 

@@ -7,7 +7,7 @@
 #include "binding/element_reader.h"
 #include "binding/name.h"
 #include "binding/value.h"
-#include "common/string_list.h"
+#include "object/list_array.h"
 
 namespace sab {
 

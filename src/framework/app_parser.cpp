@@ -7,7 +7,7 @@ namespace sab {
 
 using F = AppParserFields;
 
-HRESULT CVeAppParser::GenerateApp() {
+void F::GenerateApp() {
   using Elements = BoundPaths<
       formats::kApplicationDocument, Bind<"Identify", &F::AppID>,
       Bind<"AppTemplateID", &F::AppTmplID>, Bind<"ProductName", &F::ProductName>,
@@ -32,8 +32,8 @@ HRESULT CVeAppParser::GenerateApp() {
       Bind<"LocalAbout/BuyOrderWebSite", &F::BuyOrderWebSite>,
       Bind<"LocalAbout/OnlineHelpWebSite", &F::OnlineHelpWebSite>,
       Within<"Templates", Within<"Template", Bind<"Path", &F::TmplatePaths>>>,
-      Configurations<&F::Configurations>>;
-  return Guarded([this] { ReadDescriptor<Elements>(fields); });
+      ConfigurationPages<&F::Configurations>>;
+  ReadDescriptor<Elements>(*this);
 }
 
 }  // namespace sab

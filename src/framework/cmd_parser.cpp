@@ -7,7 +7,7 @@ namespace sab {
 
 using F = CmdParserFields;
 
-HRESULT CVeCmdParser::GenerateCmd() {
+void F::GenerateCmd() {
   /// The mark where a group of commands begins.
   using Group = New<coclass::VePrsCommand, Raised<&IVePrsCommand::put_IsGroup>,
                     OwnText<&IVePrsCommand::put_GroupName>>;
@@ -21,7 +21,7 @@ HRESULT CVeCmdParser::GenerateCmd() {
                                           Bind<"SystemCmd", &IVePrsCommand::put_SystemCommand>,
                                           Bind<"Property", &IVePrsCommand::put_CommandProperty>,
                                           Bind<"AppMode", &IVePrsCommand::put_AppMode>>>>;
-  return Guarded([this] { ReadDescriptor<Elements>(fields); });
+  ReadDescriptor<Elements>(*this);
 }
 
 }  // namespace sab

@@ -1,28 +1,20 @@
 #pragma once
 
-#include "framework/text_getters.h"
+#include "framework/descriptor_text.h"
+#include "object/component.h"
 #include "server/owned_object.h"
 
 namespace sab {
 
-struct CmdParserFields {
-  Bstr ConfigurationPath;
-  Bstr CmdFileID;
-  OwnedObject<coclass::VePrsCommandColl> Commands;
-};
-
 /// Reads a command descriptor: the commands that an environment offers, in groups, as one flat
 /// list.
-class CVeCmdParser : public TextGetters<coclass::VeCmdParser, CmdParserFields> {
- public:
-  HRESULT STDMETHODCALLTYPE GenerateCmd() override;
+struct CmdParserFields {
+  Bstr ConfigurationPath;
+  DescriptorText CmdFileID;
+  OwnedObject<coclass::VePrsCommandColl> Commands;
 
-  HRESULT STDMETHODCALLTYPE GetCmdFileID(BSTR* pID) override {
-    return CopyText(fields.CmdFileID, pID);
-  }
-  HRESULT STDMETHODCALLTYPE GetCommands(IVePrsCommandColl** o_ppCommands) override {
-    return Reported(GetField(fields.Commands, o_ppCommands));
-  }
+  void GenerateCmd();
 };
+using CVeCmdParser = Component<coclass::VeCmdParser, CmdParserFields>;
 
 }  // namespace sab

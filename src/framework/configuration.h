@@ -16,7 +16,7 @@ struct Configuration : Bound<formats::kConfiguration, Bind<"CLSID", &IVePrsConfi
 
 /// @tparam kList where the pages are kept
 template <auto kList>
-using Configurations =
+using ConfigurationPages =
     Within<"Configurations",
            Each<"Configuration", New<coclass::VePrsConfig>, kList, Configuration>>;
 

@@ -7,15 +7,15 @@ namespace sab {
 
 using F = ModuleParserFields;
 
-HRESULT CVeModuleParser::GenerateModule() {
+void F::GenerateModule() {
   using Elements =
       BoundPaths<formats::kModuleDocument, Bind<"Identify", &F::ModuleID>,
                  Bind<"TemplateID", &F::TmplID>, Bind<"Title", &F::ModuleTitle>,
                  Bind<"Description", &F::Description>, Bind<"CLSID", &F::CLSID>,
                  Bind<"UiStateObj", &F::UiStateObjCLSID>,
                  Within<"Environments", Within<"Environment", Bind<"Path", &F::EnvPaths>>>,
-                 Configurations<&F::Configurations>>;
-  return Guarded([this] { ReadDescriptor<Elements>(fields); });
+                 ConfigurationPages<&F::Configurations>>;
+  ReadDescriptor<Elements>(*this);
 }
 
 }  // namespace sab

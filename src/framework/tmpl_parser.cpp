@@ -7,7 +7,7 @@ namespace sab {
 
 using F = TmplParserFields;
 
-HRESULT CVeTmplParser::GenerateTmpl() {
+void F::GenerateTmpl() {
   using OpenFileType = Each<"FileType", New<coclass::VePrsOpenFileType>, &F::OpenFileTypes,
                             Bind<"FilterName", &IVePrsOpenFileType::put_FilterName>,
                             Bind<"FilterExt", &IVePrsOpenFileType::put_FilterExt>>;
@@ -29,7 +29,7 @@ HRESULT CVeTmplParser::GenerateTmpl() {
       Within<"PreProcServices", Bind<"Service", &F::PreServiceCLSIDs>>,
       Within<"PostProcServices", Bind<"Service", &F::PostServiceCLSIDs>>,
       Within<"EditObjMap", EditObj>>;
-  return Guarded([this] { ReadDescriptor<Elements>(fields); });
+  ReadDescriptor<Elements>(*this);
 }
 
 }  // namespace sab

@@ -13,13 +13,13 @@
 #include "base/module_lock.h"
 #include "coclasses.h"
 #include "dispatch_tables.h"
+#include "edge.h"
 #include "object/error_edge.h"
 #include "object/fields.h"
 #include "object/provide_class_info.h"
 #include "object/release_queue.h"
 #include "object/support_error_info.h"
 #include "object/task_memory.h"
-#include "properties.h"
 
 namespace sab {
 
@@ -35,12 +35,14 @@ inline constexpr std::string_view kRegisteredName = Coclass::kName;
 /// for one dual interface. Objects live in the apartment that created them, so the count is plain.
 ///
 /// @tparam CoclassType the generated description of the class (name, identifier, interface)
-/// @tparam Fields      plain struct that holds the property values and their initial values
+/// @tparam FieldsType  plain struct of the values, with their initial values, and of the bodies of
+///                     the methods
 template <class CoclassType, class FieldsType = NoFields>
 class ComponentBase : public CoclassType::Interface, private LiveObject, public TaskMemory {
  public:
   using Coclass = CoclassType;
   using Interface = typename Coclass::Interface;
+  using Fields = FieldsType;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
     return QueryOwnInterface(riid, object);
@@ -121,7 +123,7 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
     return SUCCEEDED(result) ? result : ReportCode(Origin(), result);
   }
 
-  FieldsType fields{};  ///< the property values
+  FieldsType fields{};  ///< what the members are about
 
  private:
   static void Delete(void* self) { delete static_cast<ComponentBase*>(self); }
@@ -139,10 +141,10 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   ULONG references_ = 1;  // the creator's
 };
 
-/// A component class whose properties are plain: each get/put pair of the interface reads and
-/// writes the field of its name. A class overrides only what is special about it.
-template <class Coclass, class Fields = NoFields>
-using Component = Properties<typename Coclass::Interface, ComponentBase<Coclass, Fields>>;
+/// A component class whose members are fields: each get/put pair of the interface reads and writes
+/// the field of its name, each method calls the body of its name there; see object/members.h.
+template <class Coclass, class Fields>
+using Component = Edge<typename Coclass::Interface, ComponentBase<Coclass, Fields>>;
 
 /// A component object as part of an outer object: every interface answers as the outer object,
 /// except the one IUnknown that the outer object holds.

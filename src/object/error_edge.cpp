@@ -67,7 +67,8 @@ HRESULT ReportCurrentException(const ErrorOrigin& origin) noexcept {
   try {
     throw;
   } catch (const ComError& error) {
-    return ReportError(origin, error.Code(), error.what());
+    return *error.what() ? ReportError(origin, error.Code(), error.what())
+                         : ReportCode(origin, error.Code());
   } catch (const std::bad_alloc&) {
     return ReportCode(origin, E_OUTOFMEMORY);
   } catch (const std::exception& error) {

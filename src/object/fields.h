@@ -5,6 +5,7 @@
 
 #include "base/bstr.h"
 #include "base/com_ptr.h"
+#include "object/list_array.h"
 
 namespace sab {
 

@@ -14,8 +14,8 @@ std::span<const SettingsRow> AutoUpdateAdminCfgFields::Rows() {
   return kRows;
 }
 
-HRESULT CVeAutoUpdateAdminCfgParser::Save(BSTR, BSTR) {
-  return Fail(E_NOTIMPL, "The administration of the automatic update is read-only.");
+void F::Save(TextView, TextView) const {
+  throw ComError(E_NOTIMPL, "The administration of the automatic update is read-only.");
 }
 
 }  // namespace sab

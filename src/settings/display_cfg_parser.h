@@ -5,7 +5,7 @@
 namespace sab {
 
 /// Screen display. What a colour's 32 bits mean is the host's affair.
-struct DisplayCfgFields {
+struct DisplayCfgFields : Settings<DisplayCfgFields> {
   ULONG ObscuredColor = 0;
   WideShort ZoomFactor;
   VARIANT_BOOL DragMode = VARIANT_FALSE;
@@ -49,6 +49,6 @@ struct DisplayCfgFields {
   static std::span<const SettingsRow> Rows();
 };
 
-using CVeDisplayCfgParser = SettingsParser<coclass::VeDisplayCfgParser, DisplayCfgFields>;
+using CVeDisplayCfgParser = Component<coclass::VeDisplayCfgParser, DisplayCfgFields>;
 
 }  // namespace sab

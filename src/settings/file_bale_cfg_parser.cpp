@@ -37,28 +37,17 @@ void Write(IVePrsFileBaleSet& set, ConfigElement& node) {
 
 }  // namespace
 
-HRESULT CVePrsFileBaleSet::put_Name(BSTR newVal) {
-  return Guarded([&] {
-    CheckElementName(ToUtf8(Bstr::ViewOf(newVal)));
-    name_ = Bstr::CopyOf(newVal);
-  });
-}
-
-HRESULT CVeFileBaleCfgParser::GetFileBales(IVePrsFileBaleColl** o_ppFileBales) {
-  return Reported(GetField(bales_, o_ppFileBales));
-}
-
-void CVeFileBaleCfgParser::WriteMore(ConfigElement& node) {
+void FileBaleCfgFields::WriteMore(ConfigElement& node) {
   LONG_PTR position = 0;
-  Check(bales_->GetHeadPosition(&position), kSetFailed);
+  Check(FileBales->GetHeadPosition(&position), kSetFailed);
   while (position != 0) {
     ComPtr<IVePrsFileBaleSet> set;
-    Check(bales_->GetNext(&position, set.Put()), kSetFailed);
+    Check(FileBales->GetNext(&position, set.Put()), kSetFailed);
     if (set) Write(*set, node);
   }
 }
 
-void CVeFileBaleCfgParser::ReadMore(const std::vector<ConfigElement>& elements) {
+void FileBaleCfgFields::ReadMore(const std::vector<ConfigElement>& elements) {
   ComponentCreator creator;
   std::vector<ComPtr<IVePrsFileBaleSet>> sets;
   for (const ConfigElement& element : elements) {
@@ -67,13 +56,13 @@ void CVeFileBaleCfgParser::ReadMore(const std::vector<ConfigElement>& elements) 
   if (sets.empty()) return;
   // The old sets go when all new ones are there, which without memory they never are.
   ULONG_PTR old_sets = 0;
-  Check(bales_->GetCount(&old_sets), kSetFailed);
+  Check(FileBales->GetCount(&old_sets), kSetFailed);
   for (std::size_t i = 0; i < sets.size(); ++i) {
-    const HRESULT result = bales_->AddTail(sets[i].Get(), nullptr);
-    for (; FAILED(result) && i > 0; --i) bales_->RemoveTailNoReturn();
+    const HRESULT result = FileBales->AddTail(sets[i].Get(), nullptr);
+    for (; FAILED(result) && i > 0; --i) FileBales->RemoveTailNoReturn();
     Check(result, kSetFailed);
   }
-  for (; old_sets > 0; --old_sets) Check(bales_->RemoveHeadNoReturn(), kSetFailed);
+  for (; old_sets > 0; --old_sets) Check(FileBales->RemoveHeadNoReturn(), kSetFailed);
 }
 
 }  // namespace sab

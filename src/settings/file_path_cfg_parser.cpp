@@ -3,7 +3,6 @@
 #include "formats/browse_history.h"
 #include "formats/settings_file_path.h"
 #include "platform/neighbour_file.h"
-#include "settings/indexes.h"
 
 namespace sab {
 namespace {
@@ -14,6 +13,27 @@ constexpr std::string_view kEntry = kElement<formats::kBrowseEntries, "History">
 
 Text HistoryFile(TextView configuration_file) {
   return NeighbourFile(configuration_file, OLESTR("BrowseHistory.xml"));
+}
+
+void SaveHistory(const std::vector<Bstr>& history, TextView file) {
+  ConfigDocument document;
+  document.Create(kRoot);
+  AppendedElement list = document.Root().Append(kList);
+  for (const Bstr& entry : history) list.Append(kEntry, entry.View());
+  document.Save(file);
+}
+
+void LoadHistory(std::vector<Bstr>& history, TextView file) {
+  ConfigDocument document;
+  if (!document.Load(file)) return;
+  const ConfigElement list = document.Select(std::string(kRoot).append("/").append(kList));
+  if (!list) return;
+  std::vector<Bstr> loaded;
+  Text text;
+  for (const ConfigElement entry : list.Children()) {
+    if (entry.HasNodeName(kEntry)) loaded.emplace_back(entry.ReadText(text));
+  }
+  history = std::move(loaded);
 }
 
 }  // namespace
@@ -30,58 +50,14 @@ std::span<const SettingsRow> FilePathCfgFields::Rows() {
   return kRows;
 }
 
-HRESULT CVeFilePathCfgParser::Save(BSTR i_bsCfgPath, BSTR i_bsNodePath) {
-  return Guarded([&] {
-    const TextView file = Bstr::ViewOf(i_bsCfgPath);
-    SaveTo(file, Bstr::ViewOf(i_bsNodePath));
-    SaveHistory(HistoryFile(file));
-  });
+void F::Save(TextView file, TextView node_path) const {
+  Settings::Save(file, node_path);
+  SaveHistory(history, HistoryFile(file));
 }
 
-HRESULT CVeFilePathCfgParser::Load(BSTR i_bsCfgPath, BSTR i_bsNodePath) {
-  return Guarded([&] {
-    const TextView file = Bstr::ViewOf(i_bsCfgPath);
-    LoadFrom(file, Bstr::ViewOf(i_bsNodePath));
-    LoadHistory(HistoryFile(file));
-  });
-}
-
-void CVeFilePathCfgParser::SaveHistory(TextView file) const {
-  ConfigDocument document;
-  document.Create(kRoot);
-  AppendedElement list = document.Root().Append(kList);
-  for (const Bstr& entry : history_) list.Append(kEntry, entry.View());
-  document.Save(file);
-}
-
-void CVeFilePathCfgParser::LoadHistory(TextView file) {
-  ConfigDocument document;
-  if (!document.Load(file)) return;
-  const ConfigElement list = document.Select(std::string(kRoot).append("/").append(kList));
-  if (!list) return;
-  std::vector<Bstr> loaded;
-  Text text;
-  for (const ConfigElement entry : list.Children()) {
-    if (entry.HasNodeName(kEntry)) loaded.emplace_back(entry.ReadText(text));
-  }
-  history_ = std::move(loaded);
-}
-
-HRESULT CVeFilePathCfgParser::get_DCHistoryCount(INT* o_iVal) {
-  return Reported(GetField(CountOf(history_), o_iVal));
-}
-
-HRESULT CVeFilePathCfgParser::get_DCHistoryAt(INT i_iVal, BSTR* pVal) {
-  return Guarded([&] { return GetField(EntryAt(history_, i_iVal), pVal); });
-}
-
-HRESULT CVeFilePathCfgParser::put_DCBrowseHistory(BSTR pVal) {
-  return Guarded([&] { history_.push_back(Bstr::CopyOf(pVal)); });
-}
-
-HRESULT CVeFilePathCfgParser::RemoveAllDCHistory() {
-  history_.clear();
-  return S_OK;
+void F::Load(TextView file, TextView node_path) {
+  Settings::Load(file, node_path);
+  LoadHistory(history, HistoryFile(file));
 }
 
 }  // namespace sab

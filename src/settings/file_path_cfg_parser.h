@@ -2,11 +2,14 @@
 
 #include <vector>
 
+#include "common/indexes.h"
 #include "settings/settings_parser.h"
 
 namespace sab {
 
-struct FilePathCfgFields {
+/// The folders of the host, and the browse history of its design centre. The history lies in a file
+/// of its own, BrowseHistory.xml, beside the configuration file; a save writes it anew.
+struct FilePathCfgFields : Settings<FilePathCfgFields> {
   // Kept in the file.
   Bstr AutoSaveFilePath;
   Bstr ShapeFilePath;
@@ -26,31 +29,21 @@ struct FilePathCfgFields {
   Bstr HelpFilePath;
   Bstr CfgFilePath;
   Bstr LastLnTypePath;
+  std::vector<Bstr> history;  ///< oldest first
+
+  /// Without a configuration file the history alone is written.
+  void Save(TextView file, TextView node_path) const;
+  void Load(TextView file, TextView node_path);
+
+  INT DCHistoryCount() const noexcept { return CountOf(history); }
+  /// Raises ComError(E_INVALIDARG) for an index outside the history.
+  KeepsPlaces<Bstr> DCHistoryAt(INT index) const { return EntryAt(history, index); }
+  /// Adds an entry at the end, even where it is there already.
+  void DCBrowseHistory(Bstr entry) { history.push_back(std::move(entry)); }
+  void RemoveAllDCHistory() noexcept { history.clear(); }
 
   static std::span<const SettingsRow> Rows();
 };
-
-/// The folders of the host, and the browse history of its design centre. The history lies in a file
-/// of its own, BrowseHistory.xml, beside the configuration file; a save writes it anew.
-class CVeFilePathCfgParser
-    : public SettingsParser<coclass::VeFilePathCfgParser, FilePathCfgFields> {
- public:
-  /// Without a configuration file the history alone is written.
-  HRESULT STDMETHODCALLTYPE Save(BSTR i_bsCfgPath, BSTR i_bsNodePath) override;
-  HRESULT STDMETHODCALLTYPE Load(BSTR i_bsCfgPath, BSTR i_bsNodePath) override;
-
-  HRESULT STDMETHODCALLTYPE get_DCHistoryCount(INT* o_iVal) override;
-  /// @return E_INVALIDARG for an index outside the history
-  HRESULT STDMETHODCALLTYPE get_DCHistoryAt(INT i_iVal, BSTR* pVal) override;
-  /// Adds an entry at the end, even where it is there already.
-  HRESULT STDMETHODCALLTYPE put_DCBrowseHistory(BSTR pVal) override;
-  HRESULT STDMETHODCALLTYPE RemoveAllDCHistory() override;
-
- private:
-  void SaveHistory(TextView file) const;
-  void LoadHistory(TextView file);
-
-  std::vector<Bstr> history_;  // oldest first
-};
+using CVeFilePathCfgParser = Component<coclass::VeFilePathCfgParser, FilePathCfgFields>;
 
 }  // namespace sab

@@ -1,5 +1,6 @@
 #include "settings/named_value_groups.h"
 
+#include "base/com_error.h"
 #include "common/conversions.h"
 
 namespace sab {
@@ -14,26 +15,37 @@ std::string NoLineType(const std::string& what) {
 
 }  // namespace
 
-HRESULT CVeProjectionCfgParser::get_LineType(BSTR i_bsName, ProjectionLineType* pVal) {
-  if (!pVal) return Reported(E_POINTER);
-  *pVal = {};
-  return Guarded([&] {
-    const TextView text = ValueNamed(Bstr::ViewOf(i_bsName));
-    const std::int32_t number = ParseInt(text);
-    if (FormatInt(number) != text || !IsLineType(number)) {
-      throw ComError(E_INVALIDARG, NoLineType("The value \"" + ToUtf8(text) + "\" of " +
-                                              ToUtf8(Bstr::ViewOf(i_bsName))));
-    }
-    *pVal = static_cast<ProjectionLineType>(number);
-  });
+void NamedValueSettings::Save(TextView file, TextView node_path) {
+  ConfigDocument document;
+  document.LoadToChange(file);
+  if (ConfigElement node = document.SelectToChange(node_path)) {
+    values.Write(node);
+    WriteMore(node);
+  }
+  document.Save(file);
 }
 
-HRESULT CVeProjectionCfgParser::put_LineType(BSTR i_bsName, ProjectionLineType newVal) {
-  return Guarded([&] {
-    if (!IsLineType(newVal)) throw ComError(E_INVALIDARG, NoLineType(std::to_string(newVal)));
-    CheckName(Bstr::ViewOf(i_bsName));
-    values_.Set(Bstr::ViewOf(i_bsName), FormatInt(newVal));
-  });
+void NamedValueSettings::Load(TextView file, TextView node_path) {
+  ConfigDocument document;
+  document.Load(file);  // without a file every value stays
+  const std::vector<ConfigElement> elements = document.SelectAll(node_path).Children();
+  values.Read(elements);
+  ReadMore(elements);
+}
+
+ProjectionLineType ProjectionCfgFields::LineType(TextView name) const {
+  const TextView text = Value(name);
+  const std::int32_t number = ParseInt(text);
+  if (FormatInt(number) != text || !IsLineType(number)) {
+    throw ComError(E_INVALIDARG,
+                   NoLineType("The value \"" + ToUtf8(text) + "\" of " + ToUtf8(name)));
+  }
+  return static_cast<ProjectionLineType>(number);
+}
+
+void ProjectionCfgFields::SetLineType(TextView name, ProjectionLineType type) {
+  if (!IsLineType(type)) throw ComError(E_INVALIDARG, NoLineType(std::to_string(type)));
+  SetValue(name, FormatInt(type));
 }
 
 }  // namespace sab

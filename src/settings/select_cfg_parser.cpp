@@ -18,14 +18,14 @@ std::span<const SettingsRow> SelectCfgFields::Rows() {
       Bind<"SpaceKeyAcceMenuMode", &F::SpaceKeyAcceMenuMode>,
       Bind<"AcceleratorEffect", &F::AcceleratorEffect>,
       Bind<"StretchGripParseMode", &F::StretchGripParseMode>,
-      Bind<"SelectionPreview", &F::SelectionPreview>,
-      Bind<"SelectAllLayer", &F::selects_all_layers>,
-      Bind<"SelectAllLnType", &F::selects_all_line_types>,
-      Bind<"SelectAllColor", &F::selects_all_colors>, Bind<"IncludeTypes", &F::included_types>,
-      Bind<"ExcludeTypes", &F::excluded_types>, Bind<"ExceptiveColors", &F::excepted_colors>,
-      Bind<"IncludeTypeIDs", &F::included_type_ids>, Bind<"ExcludeTypeIDs", &F::excluded_type_ids>,
+      Bind<"SelectionPreview", &F::SelectionPreview>, Bind<"SelectAllLayer", &F::SelectAll_Layer>,
+      Bind<"SelectAllLnType", &F::SelectAll_LnType>, Bind<"SelectAllColor", &F::SelectAll_Color>,
+      Bind<"IncludeTypes", &F::SelectIncludeTypes>, Bind<"ExcludeTypes", &F::SelectExcludeTypes>,
+      Bind<"ExceptiveColors", &F::ExceptiveColors>,
+      Bind<"IncludeTypeIDs", &F::SelectIncludeTypeIDs>,
+      Bind<"ExcludeTypeIDs", &F::SelectExcludeTypeIDs>,
       Bind<"SndRKeyEditMode", &F::SndRKeyEditMode>,
-      Bind<"PopupNoteWhenModifyLocalData", &F::notes_change_of_local_data>,
+      Bind<"PopupNoteWhenModifyLocalData", &F::PopupNoteWhenModifyLocalData>,
       Bind<"WheelZoomMode", &F::WheelZoomMode>, Bind<"GraphicDim", &F::IsGraphicDim>>();
   return kRows;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "automation/takes_addresses.h"
+#include "common/indexes.h"
 #include "settings/automatic_layers.h"
 #include "settings/match_rules.h"
 #include "settings/retained_styles.h"
@@ -9,7 +10,8 @@
 
 namespace sab {
 
-struct SysParameterCfgFields {
+/// The host's general options. Positions are counted from 0; one outside its list is E_INVALIDARG.
+struct SysParameterCfgFields : Settings<SysParameterCfgFields> {
   Bstr TempPrefix;
   SHORT CmdInputHistoryMax = 0;
   double MaxReal = 0;
@@ -30,7 +32,7 @@ struct SysParameterCfgFields {
   VARIANT_BOOL AutoNameBlock = VARIANT_FALSE;
   int SymbolOfDetailView = 0;
   VARIANT_BOOL IsHideNewEntity = VARIANT_TRUE;
-  VARIANT_BOOL merges_same_style = VARIANT_TRUE;
+  VARIANT_BOOL IsMergeSameStyle = VARIANT_TRUE;
   RetainedStyles retained_styles;
   MatchRules match_rules;
   VARIANT_BOOL ShowCfgStyleAtStart = VARIANT_FALSE;
@@ -58,44 +60,37 @@ struct SysParameterCfgFields {
   SHORT ToleDialogStyle = 3;
   VARIANT_BOOL PDFOSnapFlag = VARIANT_FALSE;
 
+  INT MatchKeyCount() const noexcept { return CountOf(match_rules.Entries()); }
+  INT MatchValueCount(INT key_index) const;
+  KeepsPlaces<Bstr, Bstr> MatchRuleAt(INT key_index, INT value_index) const;
+  void InsertMatchRule(TextView key, TextView value) { match_rules.Insert(key, value); }
+  void DelMatchRule(TextView key, TextView value) { match_rules.Remove(key, value); }
+  void RemoveAllMatchRule() noexcept { match_rules.Clear(); }
+
+  void AddAutoLayerPair(const GUID& entity_class, TextView layer) {
+    automatic_layers.Add(entity_class, layer);
+  }
+  INT AutoLayerPairCount() const noexcept { return CountOf(automatic_layers.Pairs()); }
+  KeepsPlaces<GUID, Bstr> AutoLayerPair(INT index) const;
+  void ClearAutoLayerPair() noexcept { automatic_layers.Clear(); }
+
+  /// Nothing, which is no error, for an unknown type.
+  KeepsPlaces<ULONG_PTR> RetainStyleInfo(INT type) const noexcept;
+  /// @param info of a VeRetainStyleInfo
+  void SetRetainStyleInfo(INT type, const Address& info);
+
+  INT VisualStylePairCount() const noexcept { return CountOf(visual_styles.Pairs()); }
+  void AddVisualStylePair(TextView id, TextView name) { visual_styles.Add(id, name); }
+  KeepsPlaces<Bstr, Bstr> VisualStylePair(INT index) const;
+
   static std::span<const SettingsRow> Rows();
 };
 
-/// The host's general options. Positions are counted from 0; one outside its list is E_INVALIDARG
-/// and leaves the places of the results alone.
 class CVeSysParameterCfgParser
-    : public TakesAddresses<
-          SettingsParser<coclass::VeSysParameterCfgParser, SysParameterCfgFields>> {
+    : public Component<coclass::VeSysParameterCfgParser, SysParameterCfgFields> {
  public:
   /// Starts with the automatic layers of drafting.
-  CVeSysParameterCfgParser();
-
-  HRESULT STDMETHODCALLTYPE get_MatchKeyCount(INT* o_iKeyCount) override;
-  HRESULT STDMETHODCALLTYPE get_MatchValueCount(INT i_iKeyNum, INT* o_iValueCount) override;
-  HRESULT STDMETHODCALLTYPE get_MatchRuleAt(INT i_iKeyIndex, INT i_iValueIndex, BSTR* o_bsKey,
-                                            BSTR* o_bsValue) override;
-  HRESULT STDMETHODCALLTYPE InsertMatchRule(BSTR i_bsKey, BSTR i_bsValue) override;
-  HRESULT STDMETHODCALLTYPE DelMatchRule(BSTR i_bsKey, BSTR i_bsValue) override;
-  HRESULT STDMETHODCALLTYPE RemoveAllMatchRule() override;
-
-  HRESULT STDMETHODCALLTYPE AddAutoLayerPair(GUID i_idObj, BSTR i_bsLayerName) override;
-  HRESULT STDMETHODCALLTYPE GetAutoLayerPairCount(INT* o_iCount) override;
-  HRESULT STDMETHODCALLTYPE GetAutoLayerPair(INT iCount, GUID* o_pID,
-                                             BSTR* o_pbsLayerName) override;
-  HRESULT STDMETHODCALLTYPE ClearAutoLayerPair() override;
-
-  /// A type that there is not leaves the handle alone; that is no error.
-  HRESULT STDMETHODCALLTYPE GetRetainStyleInfo(INT i_iStyleType, ULONG_PTR* o_spStyleInfo) override;
-  HRESULT STDMETHODCALLTYPE SetRetainStyleInfo(INT i_iStyleType, ULONG_PTR i_pStyleInfo) override;
-
-  HRESULT STDMETHODCALLTYPE GetIsMergeSameStyle(VARIANT_BOOL* o_pbVal) override;
-  HRESULT STDMETHODCALLTYPE SetIsMergeSameStyle(VARIANT_BOOL i_vbVal) override;
-
-  HRESULT STDMETHODCALLTYPE GetVisualStylePairCount(INT* pVal) override;
-  HRESULT STDMETHODCALLTYPE AddVisualStylePair(BSTR i_bsVisualStyleID,
-                                               BSTR i_bsVisualStyleName) override;
-  HRESULT STDMETHODCALLTYPE GetVisualStylePair(INT iIndex, BSTR* o_pbsVisualStyleID,
-                                               BSTR* o_pbsVisualStyleName) override;
+  CVeSysParameterCfgParser() { fields.automatic_layers.Seed(); }
 };
 
 }  // namespace sab

@@ -5,7 +5,7 @@
 namespace sab {
 
 /// Text in drawings and in the text editor. Colours are 0x00BBGGRR.
-struct TxtFields {
+struct TxtFields : Settings<TxtFields> {
   Bstr DefChsFont = Bstr(OLESTR("fangsong_GB2312"));
   Bstr DefWestFont = Bstr(OLESTR("fangsong_GB2312"));
   int TextMirrorMode = 0;
@@ -21,6 +21,6 @@ struct TxtFields {
   static std::span<const SettingsRow> Rows();
 };
 
-using CVeTxtParser = SettingsParser<coclass::VeTxtParser, TxtFields>;
+using CVeTxtParser = Component<coclass::VeTxtParser, TxtFields>;
 
 }  // namespace sab

@@ -1,7 +1,6 @@
 #include "standards/attachment.h"
 
 #include "base/com_error.h"
-#include "object/fields.h"
 
 namespace sab {
 namespace {
@@ -35,8 +34,8 @@ ComPtr<Shared<SymbolState>> StateOf(IVeStdSymbolParser* symbol) {
   return state;
 }
 
-HRESULT CopyName(const ComPtr<Shared<StandardState>>& standard, BSTR* out) noexcept {
-  return standard ? GetField(standard->name, out) : GetField(Bstr(), out);
+Bstr NameOf(const ComPtr<Shared<StandardState>>& standard) {
+  return standard ? standard->name : Bstr();
 }
 
 }  // namespace sab

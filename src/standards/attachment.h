@@ -58,7 +58,7 @@ class Shared final : public Counted<IUnknown>, public State {
 ComPtr<Shared<StandardState>> StateOf(IVeStandardParser* standard);
 ComPtr<Shared<SymbolState>> StateOf(IVeStdSymbolParser* symbol);
 
-/// Hands out the name of a standard; null for none.
-HRESULT CopyName(const ComPtr<Shared<StandardState>>& standard, BSTR* out) noexcept;
+/// The name of a standard; null for none.
+Bstr NameOf(const ComPtr<Shared<StandardState>>& standard);
 
 }  // namespace sab

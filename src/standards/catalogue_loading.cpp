@@ -9,18 +9,18 @@ CatalogueLoading::CatalogueLoading() {
   if (!ComponentCreator::Current()) own_.emplace();
 }
 
-ConfigElement ElementToLoad(ULONG_PTR handle, bool is_late_bound, const char* class_name) {
-  if (handle == 0) {
-    throw ComError(kInvalidCatalogue, std::string(class_name) +
+ConfigElement ElementToLoad(const Address& node) {
+  if (node.value == 0) {
+    throw ComError(kInvalidCatalogue, std::string(node.class_name) +
                                           " was given no element to load: hand it the handle of "
                                           "the node that its parser reads.");
   }
-  if (is_late_bound && !ConfigNodeHandle::IsLive(handle)) {
-    throw ComError(E_INVALIDARG, std::string(class_name) +
+  if (node.is_from_script && !ConfigNodeHandle::IsLive(node.value)) {
+    throw ComError(E_INVALIDARG, std::string(node.class_name) +
                                      " was given a number that is no handle of an element; only "
                                      "the parser of its owner can load it.");
   }
-  return ConfigElement::OfHandle(handle);
+  return ConfigElement::OfHandle(node.value);
 }
 
 void CheckLoaded(HRESULT result, const std::string& what) {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "automation/takes_addresses.h"
 #include "common/config_document.h"
 #include "server/component_creator.h"
 
@@ -28,8 +29,8 @@ class CatalogueLoading {
 
 /// The element that a Load method was handed. Raises ComError: kInvalidCatalogue for no handle,
 /// E_INVALIDARG for one that does not hold.
-/// @param is_late_bound whether a script calls, which can know no other handles than this server's
-ConfigElement ElementToLoad(ULONG_PTR handle, bool is_late_bound, const char* class_name);
+/// @param node the handle of a node, as the parser of its owner hands it on
+ConfigElement ElementToLoad(const Address& node);
 
 /// Raises ComError if a part, which may be another library's, failed to load; the message has what
 /// the part itself said.

@@ -15,21 +15,19 @@ std::string Describe(const std::string& file, const ConfigElement& standard, uns
 
 }  // namespace
 
-HRESULT CVeStandardCfgParser::Load(BSTR i_bsPath) {
-  return Guarded([&] {
-    DocumentReader file(formats::kCatalogueDocument, Bstr::ViewOf(i_bsPath));
-    const ConfigElement catalogue = file.Root();
-    CatalogueLoading loading;
-    unsigned place = 0;
-    for (const ConfigElement child : catalogue.Children()) {
-      ++place;
-      const auto standard = loading.Creator().Create<coclass::VeStandardParser>();
-      const ConfigNodeHandle handle(child);
-      CheckLoaded(standard->Load(handle.Get()), Describe(file.File(), child, place));
-      Check(standards_->AddTail(standard.Get(), nullptr),
-            "The list of standards could not be filled.");
-    }
-  });
+void StandardCfgFields::Load(TextView path) {
+  DocumentReader file(formats::kCatalogueDocument, path);
+  const ConfigElement catalogue = file.Root();
+  CatalogueLoading loading;
+  unsigned place = 0;
+  for (const ConfigElement child : catalogue.Children()) {
+    ++place;
+    const auto standard = loading.Creator().Create<coclass::VeStandardParser>();
+    const ConfigNodeHandle handle(child);
+    CheckLoaded(standard->Load(handle.Get()), Describe(file.File(), child, place));
+    Check(StandardParserColl->AddTail(standard.Get(), nullptr),
+          "The list of standards could not be filled.");
+  }
 }
 
 }  // namespace sab

@@ -18,32 +18,31 @@ using Attributes =
           Bind<"LeaderColor", &F::LeaderColor>, Bind<"ListPoint", &F::SymLoadPos>,
           Bind<"SymbolColor", &F::SymbolColor>, Bind<"ManageObjAttribute", &F::ManageObjAttribute>>;
 
-}  // namespace
-
-HRESULT CVeStandardParser::Load(ULONG_PTR i_bsPrsNode) {
-  return Guarded([&] {
-    const ConfigElement standard = ElementToLoad(i_bsPrsNode, IsLateBound(), Coclass::kName);
-    if (const auto attributes = standard.Child(kElement<formats::kStandard, "Attributes">)) {
-      Reading reading;
-      ReadElements(reading, attributes, Attributes::kContent, &fields);
-    }
-    if (const auto symbols = standard.Child(kElement<formats::kStandard, "StandardSymbols">)) {
-      ReadSymbols(symbols);
-    }
-  });
-}
-
-void CVeStandardParser::ReadSymbols(const ConfigElement& symbols) {
+void ReadSymbols(IVeStandardParser& self, F& standard, const ConfigElement& symbols) {
   CatalogueLoading loading;
   unsigned place = 0;
   for (const ConfigElement child : symbols.Children()) {
     ++place;
     const auto symbol = loading.Creator().Create<coclass::VeStdSymbolParser>();
     // Before it loads, so that its revisions may ask; a class that does not care need not know.
-    symbol->SetAttachStdInfo(this);
+    symbol->SetAttachStdInfo(&self);
     const ConfigNodeHandle handle(child);
     CheckLoaded(symbol->Load(handle.Get()), "symbol " + std::to_string(place));
-    Check(symbols_->AddTail(symbol.Get(), nullptr), "The list of symbols could not be filled.");
+    Check(standard.SymbolParserColl->AddTail(symbol.Get(), nullptr),
+          "The list of symbols could not be filled.");
+  }
+}
+
+}  // namespace
+
+void F::Load(IVeStandardParser& self, const Address& node) {
+  const ConfigElement standard = ElementToLoad(node);
+  if (const auto attributes = standard.Child(kElement<formats::kStandard, "Attributes">)) {
+    Reading reading;
+    ReadElements(reading, attributes, Attributes::kContent, this);
+  }
+  if (const auto symbols = standard.Child(kElement<formats::kStandard, "StandardSymbols">)) {
+    ReadSymbols(self, *this, symbols);
   }
 }
 

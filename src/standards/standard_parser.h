@@ -1,6 +1,5 @@
 #pragma once
 
-#include "automation/takes_addresses.h"
 #include "common/collection.h"
 #include "common/config_document.h"
 #include "server/owned_object.h"
@@ -21,7 +20,8 @@ inline HRESULT PutField(StandardName& field, BSTR value) noexcept {
   return PutField(field.state->name, value);
 }
 
-/// How the annotations of a standard look. Truth values are kept as the numbers that files have.
+/// A drafting standard: how its annotations look, and its symbols. Truth values are kept as the
+/// numbers that files have.
 struct StandardParserFields {
   StandardName Name;
   VARIANT_BOOL DimLink = 0;
@@ -37,28 +37,17 @@ struct StandardParserFields {
   LONG SymbolColor = 0;
   VARIANT_BOOL ManageObjAttribute = 0;
   LONG Perspective = 0;
+  OwnedObject<coclass::VeStdSymbolParserColl> SymbolParserColl;
+
+  /// Appends to the symbols; each is attached to this standard. Raises ComError: kInvalidCatalogue
+  /// without a node; E_INVALIDARG for a number that is no handle of one.
+  void Load(IVeStandardParser& self, const Address& node);
 };
 
-/// A drafting standard: its attributes and its symbols.
-class CVeStandardParser
-    : public TakesAddresses<Component<coclass::VeStandardParser, StandardParserFields>> {
- public:
-  /// Symbols are added to those that there are; each is attached to this standard.
-  /// @return kInvalidCatalogue without a node; E_INVALIDARG for a number that is no handle of one
-  HRESULT STDMETHODCALLTYPE Load(ULONG_PTR i_bsPrsNode) override;
-  HRESULT STDMETHODCALLTYPE GetSymbolParserColl(IVeStdSymbolParserColl** o_ppColl) override {
-    return Reported(GetField(symbols_, o_ppColl));
-  }
-
- protected:
+class CVeStandardParser : public Component<coclass::VeStandardParser, StandardParserFields> {
   HRESULT QueryInnerInterface(REFIID riid, void** object) override {
     return fields.Name.state->QueryInterface(riid, object);
   }
-
- private:
-  void ReadSymbols(const ConfigElement& symbols);
-
-  OwnedObject<coclass::VeStdSymbolParserColl> symbols_;
 };
 
 using CVeStandardParserColl = Collection<coclass::VeStandardParserColl, IVeStandardParser>;

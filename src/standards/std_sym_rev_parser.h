@@ -1,84 +1,46 @@
 #pragma once
 
-#include "automation/takes_addresses.h"
-#include "binding/bind.h"
 #include "common/collection.h"
-#include "common/conversions.h"
-#include "common/named_values_object.h"
-#include "formats/catalogue.h"
+#include "common/named_value_fields.h"
 #include "standards/attachment.h"
-#include "standards/catalogue_loading.h"
-#include "standards/revision_values.h"
 
 namespace sab {
 
-struct StdSymRevParserFields {
+/// A revision of a symbol, whatever the symbol is: the values that the file has, by their names.
+struct StdSymRevParserFields : NamedValueFields {
   Bstr Revision;
   LONG RevID = 0;
-};
+  ComPtr<Shared<SymbolState>> symbol;  ///< null where it is attached to none
 
-template <class Coclass>
-using StdSymRevParserBase = TakesAddresses<
-    Properties<IVeStdSymRevParser, NamedValuesObject<Coclass, StdSymRevParserFields>>>;
-
-/// The parser of a revision of a symbol, whatever the symbol is: it keeps the values that the file
-/// has, by their names.
-template <class Coclass>
-class IVeStdSymRevParserImpl : public StdSymRevParserBase<Coclass> {
- public:
-  /// Revision becomes the text of the child RevName where there is one.
-  /// @return kInvalidCatalogue without a node; E_INVALIDARG for a number that is no handle of one
-  HRESULT STDMETHODCALLTYPE Load(ULONG_PTR i_ulPrsNode) override {
-    return this->Guarded([&] {
-      const ConfigElement revision =
-          ElementToLoad(i_ulPrsNode, this->IsLateBound(), Coclass::kName);
-      ReadRevisionValues(revision, this->values_);
-      Text text;
-      for (const ConfigElement child : revision.Children()) {
-        if (!child.Is(kElement<formats::kRevision, "RevName">)) continue;
-        this->fields.Revision.Assign(child.ReadText(text));
-        break;
-      }
-    });
-  }
+  /// Revision becomes the text of the child RevName where there is one. Raises ComError:
+  /// kInvalidCatalogue without a node; E_INVALIDARG for a number that is no handle of one.
+  void Load(const Address& node);
   /// Null detaches.
-  HRESULT STDMETHODCALLTYPE SetAttachSymStdInfo(IVeStdSymbolParser* i_pStdSymParser) override {
-    return this->Guarded([&] { symbol_ = StateOf(i_pStdSymParser); });
-  }
-  /// Null where there is none, as with the other.
-  HRESULT STDMETHODCALLTYPE GetAttachStdName(BSTR* o_pName) override {
-    return this->Reported(
-        CopyName(symbol_ ? symbol_->standard : ComPtr<Shared<StandardState>>(), o_pName));
-  }
+  void AttachSymStdInfo(IVeStdSymbolParser* object) { symbol = StateOf(object); }
+  /// Null where there is none, as with the symbol.
+  Bstr AttachStdName() const;
   /// The number that the symbol's identifier begins with.
-  HRESULT STDMETHODCALLTYPE GetAttachSymStdID(LONG* o_plSymInfoID) override {
-    return this->Reported(GetField(
-        static_cast<LONG>(symbol_ ? ParseInt(symbol_->identify.View()) : 0), o_plSymInfoID));
-  }
-
- protected:
-  // Values are named by paths, and are not written back.
-  void CheckName(TextView name) const override {
-    if (name.empty()) throw ComError(E_INVALIDARG, "A value needs a name.");
-  }
-
- private:
-  ComPtr<Shared<SymbolState>> symbol_;
+  LONG AttachSymStdID() const;
+  /// Values are named by paths, and are not written back.
+  void SetValue(TextView name, TextView text);
 };
 
-using CVeStdRoughRevParser = IVeStdSymRevParserImpl<coclass::VeStdRoughRevParser>;
-using CVeStdGeoTolRevParser = IVeStdSymRevParserImpl<coclass::VeStdGeoTolRevParser>;
-using CVeStdWeldRevParser = IVeStdSymRevParserImpl<coclass::VeStdWeldRevParser>;
-using CVeStdDatumRevParser = IVeStdSymRevParserImpl<coclass::VeStdDatumRevParser>;
-using CVeStdCutsRevParser = IVeStdSymRevParserImpl<coclass::VeStdCutsRevParser>;
-using CVeStdPartnoRevParser = IVeStdSymRevParserImpl<coclass::VeStdPartnoRevParser>;
-using CVeStdBomRevParser = IVeStdSymRevParserImpl<coclass::VeStdBomRevParser>;
-using CVeStdDetailViewRevParser = IVeStdSymRevParserImpl<coclass::VeStdDetailViewRevParser>;
-using CVeStdDimLeaderRevParser = IVeStdSymRevParserImpl<coclass::VeStdDimLeaderRevParser>;
-using CVeStdTaperRevParser = IVeStdSymRevParserImpl<coclass::VeStdTaperRevParser>;
-using CVeStdHoleListRevParser = IVeStdSymRevParserImpl<coclass::VeStdHoleListRevParser>;
-using CVeStdDimRevParser = IVeStdSymRevParserImpl<coclass::VeStdDimRevParser>;
-using CVeStdCenterLnRevParser = IVeStdSymRevParserImpl<coclass::VeStdCenterLnRevParser>;
+template <class Coclass>
+using StdSymRevParser = Component<Coclass, StdSymRevParserFields>;
+
+using CVeStdRoughRevParser = StdSymRevParser<coclass::VeStdRoughRevParser>;
+using CVeStdGeoTolRevParser = StdSymRevParser<coclass::VeStdGeoTolRevParser>;
+using CVeStdWeldRevParser = StdSymRevParser<coclass::VeStdWeldRevParser>;
+using CVeStdDatumRevParser = StdSymRevParser<coclass::VeStdDatumRevParser>;
+using CVeStdCutsRevParser = StdSymRevParser<coclass::VeStdCutsRevParser>;
+using CVeStdPartnoRevParser = StdSymRevParser<coclass::VeStdPartnoRevParser>;
+using CVeStdBomRevParser = StdSymRevParser<coclass::VeStdBomRevParser>;
+using CVeStdDetailViewRevParser = StdSymRevParser<coclass::VeStdDetailViewRevParser>;
+using CVeStdDimLeaderRevParser = StdSymRevParser<coclass::VeStdDimLeaderRevParser>;
+using CVeStdTaperRevParser = StdSymRevParser<coclass::VeStdTaperRevParser>;
+using CVeStdHoleListRevParser = StdSymRevParser<coclass::VeStdHoleListRevParser>;
+using CVeStdDimRevParser = StdSymRevParser<coclass::VeStdDimRevParser>;
+using CVeStdCenterLnRevParser = StdSymRevParser<coclass::VeStdCenterLnRevParser>;
 
 using CVeStdSymRevParserColl = Collection<coclass::VeStdSymRevParserColl, IVeStdSymRevParser>;
 

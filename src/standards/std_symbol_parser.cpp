@@ -6,40 +6,33 @@
 
 namespace sab {
 
-struct CVeStdSymbolParser::Elements
-    : Bound<formats::kSymbol, Bind<"Identify", &CVeStdSymbolParser::SetIdentify>,
-            Bind<"CLSID", &CVeStdSymbolParser::clsid_>,
-            Bind<"RevParserCLSID", &CVeStdSymbolParser::rev_parser_clsid_>,
-            Call<"Revision", &CVeStdSymbolParser::ReadRevision>> {};
+using F = StdSymbolParserFields;
 
-HRESULT CVeStdSymbolParser::Load(ULONG_PTR i_ulPrsNode) {
-  return Guarded([&] {
-    const ConfigElement symbol = ElementToLoad(i_ulPrsNode, IsLateBound(), Coclass::kName);
-    const CatalogueLoading loading;
-    Reading reading;
-    ReadElements(reading, symbol, Elements::kContent, OwnerPointer(*this));
-  });
+void F::Load(IVeStdSymbolParser& object, const Address& node) {
+  using Elements =
+      Bound<formats::kSymbol, Bind<"Identify", &F::ID>, Bind<"CLSID", &F::CLSID>,
+            Bind<"RevParserCLSID", &F::RevParserCLSID>, Call<"Revision", &F::ReadRevision>>;
+  const ConfigElement symbol = ElementToLoad(node);
+  const CatalogueLoading loading;
+  self = &object;
+  Reading reading;
+  ReadElements(reading, symbol, Elements::kContent, this);
 }
 
-void CVeStdSymbolParser::ReadRevision(const ConfigElement& element) {
-  CLSID clsid;
-  if (rev_parser_clsid_.IsEmpty() || FAILED(CLSIDFromString(rev_parser_clsid_.Get(), &clsid))) {
-    return;
-  }
+void F::ReadRevision(const ConfigElement& element) {
+  GUID clsid;
+  if (RevParserCLSID.IsEmpty() || FAILED(CLSIDFromString(RevParserCLSID.Get(), &clsid))) return;
   ComPtr<IVeStdSymRevParser> revision;
   const HRESULT created = ComponentCreator::Current()->CreateInstance(
       clsid, nullptr, IdOf<IVeStdSymRevParser>(), revision.PutVoid());
   if (created == E_OUTOFMEMORY) throw std::bad_alloc();
   if (FAILED(created)) return;
   // Before it loads, so that it may ask; a class that does not care need not know.
-  revision->SetAttachSymStdInfo(this);
+  revision->SetAttachSymStdInfo(self);
   const ConfigNodeHandle handle(element);
-  CheckLoaded(revision->Load(handle.Get()), "revision of " + ToUtf8(state_->identify.View()));
-  Check(revisions_->AddTail(revision.Get(), nullptr), "The list of revisions could not be filled.");
-}
-
-HRESULT CVeStdSymbolParser::SetAttachStdInfo(IVeStandardParser* i_pStdParser) {
-  return Guarded([&] { state_->standard = StateOf(i_pStdParser); });
+  CheckLoaded(revision->Load(handle.Get()), "revision of " + ToUtf8(ID.state->identify.View()));
+  Check(RevParserColl->AddTail(revision.Get(), nullptr),
+        "The list of revisions could not be filled.");
 }
 
 }  // namespace sab

@@ -1,26 +1,81 @@
-"""The edge of the component classes: properties forwarded to fields, and the classes' identities."""
+"""The edge of the component classes: members forwarded to fields, and the classes' identities.
+
+A member has a body or a value of its own name in the fields of its class:
+
+    property X, method get_X, GetX or IsX with one result   fields.X
+    property put X, method put_X or SetX with one argument  fields.X
+    property put X with further arguments                   fields.SetX
+    method get_X or GetX with further arguments             fields.X
+    every other method                                      its own name
+"""
+
+import re
 
 from . import cpp
 
 
-def write_properties(library, source):
+def body_name(member):
+    ins = [p for p in member.parameters if not p.is_out]
+    if member.kind != "method":
+        return "Set" * (member.kind == "propput" and len(ins) > 1) + member.name
+    if len(ins) < len(member.parameters):
+        pattern = r"(get_|Get|Is)(?=[A-Z])" if not ins else r"(get_|Get)(?=[A-Z])"
+    elif len(ins) == 1:
+        pattern = r"(put_|Set)(?=[A-Z])"
+    else:
+        return member.name
+    return re.sub("^" + pattern, "", member.name)
+
+
+def has_edge(interface):
+    """Collections, whose places are read as well, implement their members themselves."""
+    return not any(p.is_in and p.is_out for m in interface.members for p in m.parameters)
+
+
+def takes_addresses(interface):
+    return any(is_address(p) for m in interface.members for p in m.parameters)
+
+
+def is_address(parameter):
+    return parameter.type.name == "ULONG_PTR" and not parameter.is_out
+
+
+def argument(parameter):
+    if parameter.type.name == "BSTR":
+        return f"GivenText({parameter.name})"
+    return f"this->Given({parameter.name})" if is_address(parameter) else parameter.name
+
+
+def call(interface, member):
+    fields = f"Base::Origin(), this->fields, &F::{body_name(member)}"
+    ins = [p for p in member.parameters if not p.is_out]
+    outs = [p.name for p in member.parameters if p.is_out]
+    if not ins and len(outs) == 1:
+        return f"ReadMember({fields}, {outs[0]})"
+    if not outs and len(ins) == 1 and not is_address(ins[0]):
+        return f"WriteMember({fields}, {ins[0].name})"
+    arguments = "".join(f", {argument(p)}" for p in ins)
+    return (f"CallMember({fields}, Places({', '.join(outs)}), "
+            f"static_cast<{interface.name}&>(*this){arguments})")
+
+
+def write_edge(library, source):
     out = [cpp.banner(source), "#pragma once\n", "#include <SabXmlParser.h>\n",
-           '#include "object/fields.h"\n', "namespace sab {\n",
-           "/// Forwards every property of an interface to the field of its name.",
-           "template <class Interface, class Base>\nclass Properties;\n"]
-    for interface in library.interfaces.values():
+           '#include "automation/takes_addresses.h"', '#include "object/members.h"\n',
+           "namespace sab {\n",
+           "/// Forwards every member of an interface to the field or the body of its name.",
+           "template <class Interface, class Base>\nclass Edge;\n"]
+    for interface in filter(has_edge, library.interfaces.values()):
+        base = "Base" if interface.base == "IDispatch" else f"Edge<{interface.base}, Base>"
+        if takes_addresses(interface):
+            base = f"TakesAddresses<{base}>"
         out.append("template <class Base>")
-        out.append(f"class Properties<{interface.name}, Base> : public Base {{\n public:")
+        out.append(f"class Edge<{interface.name}, Base> : public {base} {{")
+        out.append("  using F = typename Base::Fields;\n\n public:")
         for member in interface.members:
-            # A property with arguments is no plain value; its class implements it.
-            if member.kind == "method" or len(member.parameters) > 1:
-                continue
             out.append(f"  HRESULT STDMETHODCALLTYPE {member.function}({cpp.declaration(member)}) "
                        f"override {{")
-            value = member.parameters[0].name
-            call = "GetField" if member.kind == "propget" else "PutField"
-            out.append(f"    return this->Reported({call}(this->fields.{member.name}, {value}));\n"
-                       "  }")
+            out.append(f"    return {call(interface, member)};\n  }}")
         out.append("};\n")
     out.append("}  // namespace sab")
     return "\n".join(out) + "\n"

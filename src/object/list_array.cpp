@@ -1,4 +1,4 @@
-#include "settings/list_array.h"
+#include "object/list_array.h"
 
 namespace sab {
 namespace {
@@ -28,13 +28,13 @@ HRESULT Copy(const std::vector<Element>& list, VARTYPE type, SAFEARRAY** out) no
 
 }  // namespace
 
-HRESULT CopyToArray(const std::vector<Bstr>& list, SAFEARRAY** out) noexcept {
+HRESULT GetField(const std::vector<Bstr>& list, SAFEARRAY** out) noexcept {
   return Copy(list, VT_BSTR, out);
 }
-HRESULT CopyToArray(const std::vector<INT>& list, SAFEARRAY** out) noexcept {
+HRESULT GetField(const std::vector<INT>& list, SAFEARRAY** out) noexcept {
   return Copy(list, VT_INT, out);
 }
-HRESULT CopyToArray(const std::vector<ULONG>& list, SAFEARRAY** out) noexcept {
+HRESULT GetField(const std::vector<ULONG>& list, SAFEARRAY** out) noexcept {
   return Copy(list, VT_UI4, out);
 }
 
