@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 #include <type_traits>
 
 namespace sab {
@@ -20,6 +22,11 @@ constexpr bool EqualsIgnoringAsciiCase(const First& first, const Second& second)
     return char32_t{std::make_unsigned_t<decltype(unit)>(ToLowerAscii(unit))};
   };
   return std::ranges::equal(first, second, {}, folded, folded);
+}
+/// The same for a literal, which ends before its NUL.
+template <class First, std::size_t kSize>
+constexpr bool EqualsIgnoringAsciiCase(const First& first, const char (&literal)[kSize]) {
+  return EqualsIgnoringAsciiCase(first, std::string_view(literal));
 }
 
 /// The value of a hexadecimal digit, or -1.
