@@ -23,25 +23,33 @@ constexpr std::size_t PlaceOf(std::span<const formats::Rule> rules, std::string_
 
 // The path of an element while a format is descended into.
 struct Place {
-  const Place* outer;  // null for the document element
-  std::string_view name;
+  std::array<std::string_view, 8> names;
+  std::size_t depth;
 
+  constexpr Place Inside(std::string_view name) const {
+    Place inner = *this;
+    inner.names[inner.depth++] = name;
+    return inner;
+  }
   constexpr bool Is(std::string_view path) const {
-    if (!path.ends_with(name)) return false;
-    path.remove_suffix(name.size());
-    if (!outer) return path.empty();
-    return path.ends_with('/') && outer->Is(path.substr(0, path.size() - 1));
+    for (std::size_t i = 0; i < depth; ++i) {
+      if (i > 0 && !path.starts_with('/')) return false;
+      if (i > 0) path.remove_prefix(1);
+      if (!path.starts_with(names[i])) return false;
+      path.remove_prefix(names[i].size());
+    }
+    return path.empty();
   }
 };
 
 // Whether every value and list that is found by its path is bound.
 template <class... Bindings>
-constexpr bool AreBound(std::span<const formats::Rule> rules, const Place* outer) {
+constexpr bool AreBound(std::span<const formats::Rule> rules, const Place& outer) {
   for (const formats::Rule& rule : rules) {
-    const Place place = {outer, rule.name};
+    const Place place = outer.Inside(rule.name);
     if ((place.Is(Bindings::kName.View()) || ...)) continue;
-    const bool is_group = rule.content && rule.count == formats::Count::kFirst;
-    if (!is_group || !AreBound<Bindings...>(rule.Content(), &place)) return false;
+    const bool is_group = !rule.Content().empty() && rule.count == formats::Count::kFirst;
+    if (!is_group || !AreBound<Bindings...>(rule.Content(), place)) return false;
   }
   return true;
 }
@@ -63,7 +71,7 @@ constexpr BoundPath PathOf() {
   path.path = Binding::kName.View();
   path.rule = &kRule;
   path.bound = Binding::template Rule<kFormat, kNoPath>();
-  if constexpr (kRule.content && kRule.need != formats::Need::kOptional) {
+  if constexpr (!kRule.Content().empty() && kRule.need != formats::Need::kOptional) {
     path.is_empty = [](void* owner) { return IsEmpty(owner, Binding()); };
   }
   return path;
@@ -75,7 +83,7 @@ constexpr BoundPath PathOf() {
 /// the text of the first B in any A, Within<"A", …> for the content of the first A.
 template <const formats::Document& kForm, class... Bindings>
 struct BoundPaths {
-  static_assert(binding::AreBound<Bindings...>(kForm.content, nullptr), "an element is unbound");
+  static_assert(binding::AreBound<Bindings...>(kForm.content, {}), "an element is unbound");
 
   static constexpr auto kPaths = [] {
     std::array<BoundPath, sizeof...(Bindings)> paths = {binding::PathOf<kForm, Bindings>()...};
