@@ -178,16 +178,16 @@ TEST(ForeignCode, AListThatIsChangedDuringItsOwnCallStaysWhole) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     list = New<List>();
-    Item& first = list->Add("a");
+    const ComPtr<Item> first(&list->Add("a"));  // may be called after the list has let go of it
     list->Add("b");
     list->Add("c");
     x = New<Item>();
     other = New<List>("yz");
     at_a = list->PositionAt(0);
     at_b = list->PositionAt(1);
-    x->at_add = first.at_add = other->at_next = row.meanwhile;
+    x->at_add = first->at_add = other->at_next = row.meanwhile;
     EXPECT_EQ(row.result, row.call());
-    x->at_add = first.at_add = {};
+    x->at_add = first->at_add = {};
     EXPECT_EQ(row.keys, list->Keys());
   }
 }
