@@ -31,14 +31,12 @@ for page in app.GetConfigurations():
 with tempfile.TemporaryDirectory() as folder:
     copy = shutil.copy(workshop / "settings.xml", folder)
     display = sabxml.create("VeDisplayCfgParser")
-    display.Load(copy, "/Settings/Display")
-    before = display.CursorSize
-    display.CursorSize = 9
-    # Save leaves what a block has already, so the change goes into another one.
-    display.Save(copy, "/Settings/Apprentice")
-    again = sabxml.create("VeDisplayCfgParser")
-    again.Load(copy, "/Settings/Apprentice")
-    print(f"cursor size {before}, then {again.CursorSize}")
+    # Saving leaves what a node has already, so the change goes to another one.
+    with sabxml.settings(display, copy, "/Settings/Display", save_to="/Settings/Apprentice"):
+        before = display.CursorSize
+        display.CursorSize = 9
+    display.Load(copy, "/Settings/Apprentice")
+    print(f"cursor size {before}, then {display.CursorSize}")
 
     update = sabxml.create("VeAutoUpdateAdminCfgParser")
     try:

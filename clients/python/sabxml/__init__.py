@@ -12,11 +12,12 @@ See the README beside this package.
 import os
 
 from ._errors import Error, MemberError
-from ._object import Object
+from ._object import Collection, Object, object_of
 from ._server import Server
 from ._variant import Ref
 
-__all__ = ["Error", "MemberError", "Object", "Ref", "classes", "create"]
+__all__ = ["Collection", "Error", "MemberError", "Object", "Ref", "classes", "create", "settings"]
+__version__ = "0.1.0"
 
 _servers = {}
 
@@ -27,15 +28,29 @@ def create(name, library=None):
     library is the server's file. Without it the environment variable SABXML_SERVER names it; without
     both, the registered server is used, or else one beside this package or where the system looks.
     """
-    return Object(_server(library).instance(name))
+    return object_of(_server_at(library).instance(name))
 
 
 def classes(library=None):
     """The names of all classes of the server."""
-    return sorted(_server(library).classes())
+    return sorted(_server_at(library).classes())
 
 
-def _server(library):
+def settings(group, file, node, save_to=None):
+    """A context that loads a settings group on entry and saves it if the block succeeds.
+
+        with settings(create("VeDisplayCfgParser"), "settings.xml", "/Settings/Display") as display:
+            display.CursorSize = 9
+
+    file and node are those of Load and Save; save_to is another node to save to. Saving adds keys and
+    replaces none, so Error is raised, and the file left as it was, where a property would not be read
+    back as it is: its key is there already.
+    """
+    from ._settings import Settings  # what it needs would take most of an import
+    return Settings(group, file, node, save_to)
+
+
+def _server_at(library=None):
     path = os.path.abspath(library) if library else os.environ.get("SABXML_SERVER", "")
     if path not in _servers:
         _servers[path] = Server(path)

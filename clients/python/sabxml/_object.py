@@ -1,14 +1,14 @@
 """Objects of a component server as Python objects."""
 
-import operator
-from ctypes import byref, c_int32, c_uint32, c_void_p, cast, create_string_buffer
+from ctypes import byref, c_char_p, c_int32, c_uint32
 
 from . import _abi
-from ._abi import EXCEPINFO, IID_NULL, VARIANT
+from ._abi import IID_NULL, VARIANT
+from ._call import invoke
 from ._errors import Error, MemberError
-from ._runtime import enter_thread, runtime
-from ._type_info import Member, interface_of
-from ._variant import Arguments, Ref, taken
+from ._runtime import runtime
+from ._type_info import Member, guid_of, members_of, name_of, type_info_of
+from ._variant import Missing, Ref, taken
 
 _READ = _abi.DISPATCH_METHOD | _abi.DISPATCH_PROPERTYGET
 
@@ -17,34 +17,33 @@ class Object:
     """A component object.
 
     Its properties are read and written as attributes, its methods are called; letter case does not
-    matter. Collections can be iterated, counted and indexed. An object belongs to the thread that
-    made it, and lives as long as Python refers to it.
+    matter. An object belongs to the thread that made it, and lives as long as Python refers to it.
     """
 
-    __slots__ = ("_reference", "_interface", "__weakref__")
+    __slots__ = ("_reference", "__weakref__")
+    _members = {}  # of the interface, by their names and by these in small letters
 
     def __init__(self, reference):
         object.__setattr__(self, "_reference", reference)
-        object.__setattr__(self, "_interface", interface_of(reference))
 
-    # One of the parts that __init__ sets is missing in an object that something else made.
+    # For names in other letters, and for members that the type information does not tell of.
     def __getattr__(self, name):
-        if name in Object.__slots__:
+        if name in Object.__slots__:  # missing in an object that something else made
             raise AttributeError(name)
         member = self._member(name)
-        if member.is_plain_property():
-            return self._invoke(member, _abi.DISPATCH_PROPERTYGET)
-        return BoundMember(self, member)
+        if member.kinds == _READ and not member.parameters and name == member.name:
+            return BoundMember(self, member)
+        return getattr(self, member.name)
 
     def __setattr__(self, name, value):
-        self._invoke(self._member(name), _abi.DISPATCH_PROPERTYPUT, value)
+        member = self._members.get(name) or self._member(name)
+        invoke(self, member, _abi.DISPATCH_PROPERTYPUT, (value,), wrap)
 
     def __dir__(self):
-        members = self._interface.members.values() if self._interface else ()
-        return sorted(member.name for member in members)
+        return sorted({member.name for member in self._members.values()})
 
     def __repr__(self):
-        name = self._interface.name if self._interface else "object"
+        name = type(self).__name__ if self._members else "object"
         return f"<sabxml {name} at 0x{self._reference.pointer:x}>"  # on any thread
 
     def __reduce_ex__(self, protocol):
@@ -59,47 +58,18 @@ class Object:
     def __hash__(self):
         return hash(self._identity())
 
-    def __iter__(self):
-        enumerator = self._enumerator()
-        if enumerator is not None:
-            return _enumerated(enumerator)
-        if self._find("GetHeadPosition") is None:
-            raise TypeError(f"{self!r} is no collection")
-        return self._walk()
-
-    def __len__(self):
-        member = self._find("GetCount") or self._find("Count")
-        if member is None:
-            raise TypeError(f"{self!r} is no collection")
-        return self._invoke(member, _READ)
-
-    def __bool__(self):
-        return self._find("GetCount") is None or len(self) > 0
-
-    def __getitem__(self, index):
-        if self._find("FindIndex") is None:
-            raise TypeError(f"{self!r} is no collection")
-        if isinstance(index, slice):
-            return list(self)[index]
-        index = operator.index(index)
-        count = len(self)
-        if not -count <= index < count:
-            raise IndexError(f"there is no element {index} among {count}")
-        return self.GetAt(self.FindIndex(index % count))
-
     def _identity(self):
         return self._reference.query(_abi.IID_IUnknown).get()
 
     def _find(self, name):
         """The member of a name, or None."""
-        text = create_string_buffer(name.encode("utf-16-le", "surrogatepass") + b"\0")
-        names, id = c_void_p(cast(text, c_void_p).value), c_int32()
-        code = _abi.Dispatch.get_ids_of_names(self._reference.get(), byref(IID_NULL), byref(names),
-                                              1, _abi.LOCALE_USER_DEFAULT, byref(id))
-        if code < 0:
-            return None
-        described = self._interface.members.get(id.value) if self._interface else None
-        return described or _undescribed(id.value, name)
+        if member := self._members.get(name.lower()):
+            return member
+        text = c_char_p(name.encode("utf-16-le", "surrogatepass") + b"\0")
+        id, pointer = c_int32(), self._reference.get()
+        code = _abi.Dispatch.get_ids_of_names(pointer, byref(IID_NULL), byref(text), 1,
+                                              _abi.LOCALE_USER_DEFAULT, byref(id))
+        return None if code < 0 else _undescribed(id.value, name)
 
     def _member(self, name):
         # What Python itself asks for is no member of a component.
@@ -108,63 +78,73 @@ class Object:
             raise MemberError(_abi.DISP_E_UNKNOWNNAME, f"{self!r} has no member named {name}")
         return member
 
-    def _invoke(self, member, flags, *values):
-        is_put = flags == _abi.DISPATCH_PROPERTYPUT
-        if is_put:
-            parameters = [*member.parameters, member.result]
-        else:
-            parameters = member.parameters
-        # Places that a method only writes need not be named: their values are the result then.
-        omitted = [Ref() for parameter in parameters[len(values):]
-                   if not is_put and parameter.is_out and not parameter.is_in]
-        if len(values) + len(omitted) != len(parameters):
-            omitted = []
-        enter_thread()
-        arguments = Arguments([*values, *omitted], parameters, is_put)
-        result, exception, bad = VARIANT(), EXCEPINFO(), c_uint32(0xFFFFFFFF)
-        try:
-            code = _abi.Dispatch.invoke(
-                self._reference.get(), member.id, byref(IID_NULL), _abi.LOCALE_USER_DEFAULT, flags,
-                byref(arguments.parameters), None if is_put else byref(result), byref(exception),
-                byref(bad))
-            if code < 0:
-                raise self._failure(member, code & 0xFFFFFFFF, exception, len(values), bad.value)
-            arguments.take_references(wrap)
-            value = taken(result, wrap)
-        finally:
-            arguments.free()
-        if omitted:
-            values = [ref.value for ref in omitted]
-            return values[0] if len(values) == 1 else tuple(values)
-        return member.result.exact(value) if member.result else value
 
-    def _failure(self, member, code, exception, count, bad):
-        if code == _abi.DISP_E_EXCEPTION:
-            texts = [runtime().taken_text(text) for text in
-                     (exception.description, exception.source, exception.help_file)]
-            return Error(exception.scode or exception.wCode, texts[0] or f"{member.name} failed",
-                         texts[1])
-        if code == _abi.DISP_E_MEMBERNOTFOUND:
-            return MemberError(code, f"{member.name} of {self!r} cannot be used so")
-        if code == _abi.DISP_E_BADPARAMCOUNT:
-            return Error(code, f"{member.name} does not take {count} arguments")
-        place = f"argument {count - bad} of {member.name}" if bad < count else member.name
-        return Error(code, f"{place} is of another type, or out of its range")
+class Collection(Object):
+    """A collection of objects: a sequence whose elements can be replaced and removed."""
 
-    def _enumerator(self):
+    __slots__ = ()
+
+    def __len__(self):
+        return invoke(self, self._find("GetCount") or self._member("Count"), _READ, (), wrap)
+
+    def __iter__(self):
         try:
-            enumerator = self._invoke(_undescribed(_abi.DISPID_NEWENUM, "_NewEnum"), _READ)
+            enumerator = invoke(self, _undescribed(_abi.DISPID_NEWENUM, "_NewEnum"), _READ, (), wrap)
         except MemberError:
-            return None
+            return self._walk()
         reference = enumerator._reference.query(_abi.IID_IEnumVARIANT)
         if reference is None:
             raise Error(_abi.E_NOINTERFACE, f"what walks {self!r} is no enumerator")
-        return reference
+        return _enumerated(reference)
+
+    def __reversed__(self):
+        position = Ref(self.GetTailPosition())
+        while position.value:
+            yield self.GetPrev(position)
+
+    def __getitem__(self, index):
+        if isinstance(index, slice):
+            return list(self)[index]
+        return self.GetAt(self._position(index))
+
+    def __setitem__(self, index, item):
+        self.SetAt(self._position(index), item)
+
+    def __delitem__(self, index):
+        for position in [self._position(i) for i in range(len(self))[index]] \
+                if isinstance(index, slice) else [self._position(index)]:
+            self.RemoveAt(position)
+
+    def _position(self, index):
+        count = len(self)
+        try:
+            return self.FindIndex(range(count)[index])
+        except IndexError:
+            raise IndexError(f"there is no element {index} among {count}") from None
 
     def _walk(self):
         position = Ref(self.GetHeadPosition())
         while position.value:
             yield self.GetNext(position)
+
+
+class Method:
+    """A method in the class of an interface, or a property with parameters."""
+
+    def __init__(self, member):
+        self.member = member
+        self.__name__ = member.name
+        self.__doc__ = member.help
+
+    def __get__(self, item, owner=None):
+        return self if item is None else BoundMember(item, self.member)
+
+    def __call__(self, item, *values, **named):
+        return BoundMember(item, self.member)(*values, **named)
+
+    @property
+    def __signature__(self):
+        return _signature(self.member, "self")
 
 
 class BoundMember:
@@ -175,18 +155,37 @@ class BoundMember:
     def __init__(self, object, member):
         self._object, self._member = object, member
 
-    def __call__(self, *values):
-        return self._object._invoke(self._member, self._member.kinds & _READ or _READ, *values)
+    def __call__(self, *values, **named):
+        member = self._member
+        if not member.parameters and not named:
+            return invoke(self._object, member, member.kinds & _READ, values, wrap)
+        values = _bound(member, values, named) if named else list(values)
+        # Places that a method only writes need not be given: their values are the result then.
+        omitted = [Ref() for parameter in member.parameters[len(values):]
+                   if parameter.is_out and not parameter.is_in]
+        if len(values) + len(omitted) == len(member.parameters):
+            values += omitted
+        result = invoke(self._object, member, member.kinds & _READ, values, wrap)
+        if not omitted:
+            return result
+        return omitted[0].value if len(omitted) == 1 else tuple(ref.value for ref in omitted)
 
     def __getitem__(self, index):
         return self(*(index if isinstance(index, tuple) else (index,)))
 
     def __setitem__(self, index, value):
         index = index if isinstance(index, tuple) else (index,)
-        self._object._invoke(self._member, _abi.DISPATCH_PROPERTYPUT, *index, value)
+        invoke(self._object, self._member, _abi.DISPATCH_PROPERTYPUT, (*index, value), wrap)
+
+    def __get__(self, item, owner=None):  # what help() knows a method by
+        return self
 
     def __repr__(self):
         return f"<{self._member.name} of {self._object!r}>"
+
+    __name__ = property(lambda self: self._member.name)
+    __doc__ = property(lambda self: self._member.help)
+    __signature__ = property(lambda self: _signature(self._member))
 
 
 class Opaque:
@@ -200,7 +199,68 @@ class Opaque:
 
 def wrap(reference):
     dispatch = reference.query(_abi.IID_IDispatch)
-    return Opaque(reference) if dispatch is None else Object(dispatch)
+    return Opaque(reference) if dispatch is None else object_of(dispatch)
+
+
+def object_of(dispatch):
+    """An object of the class of its interface; the reference is one to IDispatch."""
+    info = type_info_of(dispatch)
+    return Collection(dispatch) if info is None else interface_class(info)(dispatch)
+
+
+def interface_class(info, known={}):  # the same dictionary at every call
+    """The class of the objects that are used through an interface."""
+    guid = guid_of(info)
+    if guid not in known:
+        known[guid] = _new_class(name_of(info), members_of(info))
+    return known[guid]
+
+
+def _new_class(name, members):
+    known = {}
+    for member in members:
+        known[member.name] = known[member.name.lower()] = member
+    base = Collection if {"getheadposition", "_newenum"} & known.keys() else Object
+    attributes = {member.name: _attribute(member) for member in members}
+    return type(name, (base,), {"__slots__": (), "__module__": "sabxml.interfaces",
+                                "_members": known, **attributes})
+
+
+def _attribute(member):
+    if member.is_method() or member.parameters:
+        return Method(member)
+    return property(lambda item: invoke(item, member, _abi.DISPATCH_PROPERTYGET, (), wrap),
+                    lambda item, value: setattr(item, member.name, value), None, member.help)
+
+
+def _bound(member, values, named):
+    """The arguments of a call by their places."""
+    values = list(values)
+    places = {parameter.name.lower(): i for i, parameter in enumerate(member.parameters)}
+    for name, value in named.items():
+        place = places.get(name.lower())
+        if place is None:
+            raise TypeError(f"{member.name} has no parameter named {name}; it has "
+                            f"{', '.join(p.name for p in member.parameters) or 'none'}")
+        if place < len(values) and values[place] is not Missing:
+            raise TypeError(f"{member.name} is given {name} twice")
+        values += [Missing] * (place + 1 - len(values))
+        values[place] = value
+    for value, parameter in zip(values, member.parameters):
+        if value is Missing and not parameter.is_optional:
+            raise TypeError(f"{member.name} lacks the argument {parameter.name}")
+    return values
+
+
+def _signature(member, *before):
+    from inspect import Parameter, Signature  # takes longer than all of this package
+    kind = Parameter.POSITIONAL_OR_KEYWORD
+    parameters = [Parameter(name, kind) for name in before]
+    for parameter in member.parameters:
+        may_lack = parameter.is_optional or not parameter.is_in
+        parameters.append(Parameter(parameter.name, kind,
+                                    default=None if may_lack else Parameter.empty))
+    return Signature(parameters)
 
 
 def _undescribed(id, name):

@@ -1,14 +1,13 @@
 """Finds the component server and makes objects of its classes."""
 
-import ctypes
-from ctypes import POINTER, byref, c_uint32, c_void_p
+from ctypes import byref, c_uint32, c_void_p
 
 from . import _abi
 from ._abi import GUID
 from ._errors import Error
 from ._runtime import (SERVER_NAME, Reference, enter_thread, load_library, load_nearby,
                        no_library, runtime)
-from ._type_info import classes_of
+from ._type_info import guid_of, types_of
 
 PROG_ID_PREFIX = "SabXmlParser."
 # A class that every server has; its type information leads to all others.
@@ -34,8 +33,13 @@ class Server:
     def classes(self):
         """Identifiers of the classes by name."""
         if self._classes is None:
-            self._classes = classes_of(self._instance(_VE_APP_PARSER))
+            classes = types_of(self._instance(_VE_APP_PARSER), _abi.TKIND_COCLASS)
+            self._classes = {name: guid_of(info) for name, info in classes.items()}
         return self._classes
+
+    def interfaces(self):
+        """The type information of the interfaces by name."""
+        return types_of(self._instance(_VE_APP_PARSER), _abi.TKIND_DISPATCH)
 
     def _class_id(self, name):
         if not isinstance(name, str):
@@ -49,7 +53,7 @@ class Server:
             name = PROG_ID_PREFIX + name
         clsid = GUID()
         if not self._path:
-            text = ctypes.create_string_buffer(name.encode("utf-16-le", "surrogatepass") + b"\0")
+            text = name.encode("utf-16-le", "surrogatepass") + b"\0"
             if runtime().CLSIDFromProgID(text, byref(clsid)) == 0:
                 return clsid
         # Not registered, or a class without a ProgID.
@@ -86,6 +90,6 @@ class Server:
         except (OSError, AttributeError) as error:
             raise no_library(error) from None
         runtime(library)
-        function.argtypes = [POINTER(GUID), POINTER(GUID), POINTER(c_void_p)]
+        function.argtypes = [c_void_p, c_void_p, c_void_p]
         function.restype = c_uint32
         self._get_class_object = function

@@ -1,122 +1,133 @@
-"""What a component says of itself: members with their parameters, and the server's classes."""
+"""What a component says of itself: members with their parameters, and the server's types."""
 
-from ctypes import POINTER, byref, c_int, c_void_p
+from ctypes import byref, c_int, c_uint, c_void_p, sizeof
 
 from . import _abi
-from ._abi import FUNCDESC, TYPEATTR, TYPEDESC, TypeInfo, TypeLib
+from ._abi import ELEMDESC, FUNCDESC, TYPEATTR, TYPEDESC, TypeInfo, TypeLib
 from ._runtime import Reference, runtime
 from ._variant import INTEGERS
 
+_names = c_void_p * 32  # of a member and its parameters
 
-class Value:
-    """The type of a parameter or of a result, and the direction of a parameter."""
 
-    __slots__ = ("vt", "is_object", "is_in", "is_out")
+class Parameter:
+    """A parameter of a member, or its result, which has no name."""
 
-    def __init__(self, element):
-        described, pointers = element.type, 0
+    __slots__ = ("name", "is_object", "is_integer", "is_in", "is_out", "is_optional")
+
+    def __init__(self, element, name=None):
+        described, pointers, flags = element.type, 0, element.flags
         while described.vt == _abi.VT_PTR:
             described, pointers = TYPEDESC.from_address(described.inner), pointers + 1
-        self.vt = described.vt
-        self.is_in = bool(element.flags & _abi.PARAMFLAG_FIN)
-        self.is_out = bool(element.flags & _abi.PARAMFLAG_FOUT)
+        self.name = name
+        self.is_integer = described.vt in INTEGERS
+        self.is_in = bool(flags & _abi.PARAMFLAG_FIN)
+        self.is_out = bool(flags & _abi.PARAMFLAG_FOUT)
+        self.is_optional = bool(flags & _abi.PARAMFLAG_FOPT)
         self.is_object = pointers > (1 if self.is_out else 0)
-
-    def exact(self, value):
-        """An integer that travelled as a floating-point number, for the sake of scripts."""
-        return int(value) if isinstance(value, float) and self.vt in INTEGERS else value
 
 
 class Member:
     """A method or a property of an interface: its identifier, and how it is used."""
 
-    __slots__ = ("id", "name", "kinds", "parameters", "result")
+    __slots__ = ("id", "name", "help", "kinds", "parameters", "result")
 
-    def __init__(self, id, name):
-        self.id, self.name = id, name
+    def __init__(self, id, name, help=""):
+        self.id, self.name, self.help = id, name, help
         self.kinds = 0  # DISPATCH_METHOD and so on, together
-        self.parameters, self.result = [], None
+        self.parameters, self.result = (), None
 
-    def add(self, function):
+    def add(self, function, names):
+        """Tells of one of the functions that a member has, with the names of its parameters."""
+        if self.kinds and function.invkind == _abi.DISPATCH_PROPERTYPUT:
+            self.kinds |= function.invkind
+            return  # what is written is what is read
         self.kinds |= function.invkind
-        if function.invkind == _abi.DISPATCH_PROPERTYPUT and self.parameters:
-            return  # those of reading are among those of writing
-        values = [Value(function.parameters[i]) for i in range(function.parameter_count)]
+        values = [Parameter(ELEMDESC.from_address(function.parameters + i * sizeof(ELEMDESC)), name)
+                  for i, name in zip(range(function.parameter_count), [*names, None])]
         if function.invkind == _abi.DISPATCH_PROPERTYPUT:
-            self.parameters, self.result = values[:-1], values[-1]
+            self.result = values.pop()
         else:
-            self.parameters, self.result = values, Value(function.result)
+            self.result = Parameter(function.result)
+        self.parameters = tuple(values)
 
-    def is_plain_property(self):
-        return not self.kinds & _abi.DISPATCH_METHOD and not self.parameters
-
-
-class Interface:
-    """The members of an interface by identifier."""
-
-    def __init__(self, info):
-        self.name = _name(info, -1)
-        self.members = {}
-        attributes = POINTER(TYPEATTR)()
-        _check(TypeInfo.get_type_attr(info.get(), byref(attributes)))
-        count = attributes.contents.function_count
-        TypeInfo.release_type_attr(info.get(), attributes)
-        for index in range(count):
-            function = POINTER(FUNCDESC)()
-            _check(TypeInfo.get_func_desc(info.get(), index, byref(function)))
-            described = function.contents
-            # Members of IUnknown and IDispatch stand at these identifiers.
-            if described.memid & 0xFFFE0000 != 0x60000000:
-                if described.memid not in self.members:
-                    name = _name(info, described.memid)
-                    self.members[described.memid] = Member(described.memid, name)
-                self.members[described.memid].add(described)
-            TypeInfo.release_func_desc(info.get(), function)
+    def is_method(self):
+        return bool(self.kinds & _abi.DISPATCH_METHOD)
 
 
-def interface_of(dispatch, known={}):  # the same dictionary at every call
-    """The interface that an object is used through; None for one without type information."""
+def guid_of(info):
+    """The identifier of a type, as text."""
+    return _attributes(info, lambda attributes: str(attributes.guid))
+
+
+def name_of(info):
+    return _texts(info, -1, False)
+
+
+def members_of(info):
+    """The members of an interface in their order, without those of IUnknown and IDispatch."""
+    members = {}
+    for index in range(_attributes(info, lambda attributes: attributes.function_count)):
+        place = c_void_p()
+        _check(TypeInfo.get_func_desc(info.get(), index, byref(place)))
+        try:
+            function = FUNCDESC.from_address(place.value)
+            id = function.memid
+            if id & 0xFFFE0000 == 0x60000000:  # of IUnknown and IDispatch
+                continue
+            member, names = members.get(id), ()
+            if member is None:
+                name, *names = _member_names(info, id)
+                member = members[id] = Member(id, name, _texts(info, id, True))
+            member.add(function, names)
+        finally:
+            TypeInfo.release_func_desc(info.get(), place)
+    return list(members.values())
+
+
+def type_info_of(dispatch):
+    """The type information of an object, or None."""
     info = c_void_p()
-    if _abi.Dispatch.get_type_info(dispatch.get(), 0, _abi.LOCALE_USER_DEFAULT, byref(info)) < 0:
-        return None
-    info = Reference(info.value)
-    guid = _guid(info)
-    if guid not in known:
-        known[guid] = Interface(info)
-    return known[guid]
+    code = _abi.Dispatch.get_type_info(dispatch.get(), 0, _abi.LOCALE_USER_DEFAULT, byref(info))
+    return None if code < 0 else Reference(info.value)
 
 
-def classes_of(dispatch):
-    """Identifiers of the classes in an object's type library, by name."""
-    pointer = c_void_p()
-    _check(_abi.Dispatch.get_type_info(dispatch.get(), 0, _abi.LOCALE_USER_DEFAULT, byref(pointer)))
-    info = Reference(pointer.value)
+def types_of(dispatch, wanted):
+    """The types of a kind in an object's type library: their type information by name."""
+    pointer, kind = c_void_p(), c_int()
+    info = type_info_of(dispatch)
     _check(TypeInfo.get_containing_type_lib(info.get(), byref(pointer), None))
-    library = Reference(pointer.value)
-    classes = {}
+    library, types = Reference(pointer.value), {}
     for index in range(TypeLib.get_type_info_count(library.get())):
-        kind = c_int()
         _check(TypeLib.get_type_info_type(library.get(), index, byref(kind)))
-        if kind.value == _abi.TKIND_COCLASS:
+        if kind.value == wanted:
             _check(TypeLib.get_type_info(library.get(), index, byref(pointer)))
             info = Reference(pointer.value)
-            classes[_name(info, -1)] = _guid(info)
-    return classes
+            types[name_of(info)] = info
+    return types
 
 
 def _check(code):
     runtime().check(code, "reading the type information")
 
 
-def _name(info, member):
-    name = c_void_p()
-    _check(TypeInfo.get_documentation(info.get(), member, byref(name), None, None, None))
-    return runtime().taken_text(name)
+def _attributes(info, read):
+    place = c_void_p()
+    _check(TypeInfo.get_type_attr(info.get(), byref(place)))
+    try:
+        return read(TYPEATTR.from_address(place.value))
+    finally:
+        TypeInfo.release_type_attr(info.get(), place)
 
 
-def _guid(info):
-    attributes = POINTER(TYPEATTR)()
-    _check(TypeInfo.get_type_attr(info.get(), byref(attributes)))
-    text = str(attributes.contents.guid)
-    TypeInfo.release_type_attr(info.get(), attributes)
-    return text
+def _texts(info, member, is_help):
+    text = c_void_p()
+    places = (None, byref(text)) if is_help else (byref(text), None)
+    _check(TypeInfo.get_documentation(info.get(), member, *places, None, None))
+    return runtime().taken_text(text.value)
+
+
+def _member_names(info, id):
+    names, count = _names(), c_uint()
+    _check(TypeInfo.get_names(info.get(), id, names, len(names), byref(count)))
+    return [runtime().taken_text(name) for name in names[:count.value]]

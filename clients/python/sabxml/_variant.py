@@ -1,18 +1,18 @@
 """Values of automation as Python's, and back."""
 
-import ctypes
-import os
-from ctypes import byref, c_int32, c_uint16, c_void_p
+from ctypes import addressof, byref, c_int32, c_uint16, c_void_p
+from os import PathLike, fspath
 
 from . import _abi
 from ._abi import VARIANT
 from ._runtime import Reference, runtime
 
-# Where a value of a type stands in the variant.
+# Where a value of a type stands in the variant, for types that own nothing.
 _NUMBERS = {_abi.VT_I1: "i1", _abi.VT_UI1: "ui1", _abi.VT_I2: "i2", _abi.VT_UI2: "ui2",
             _abi.VT_I4: "i4", _abi.VT_UI4: "ui4", _abi.VT_I8: "i8", _abi.VT_UI8: "ui8",
             _abi.VT_INT: "i4", _abi.VT_UINT: "ui4", _abi.VT_ERROR: "ui4",
             _abi.VT_R4: "r4", _abi.VT_R8: "r8"}
+_PLAIN = {*_NUMBERS, _abi.VT_EMPTY, _abi.VT_NULL, _abi.VT_BOOL}
 INTEGERS = {_abi.VT_I1, _abi.VT_UI1, _abi.VT_I2, _abi.VT_UI2, _abi.VT_I4, _abi.VT_UI4, _abi.VT_I8,
             _abi.VT_UI8, _abi.VT_INT, _abi.VT_UINT, _abi.VT_INT_PTR, _abi.VT_UINT_PTR}
 
@@ -33,13 +33,24 @@ class Ref:
         return f"Ref({self.value!r})"
 
 
-def _integer(value):
-    for vt, field, lowest, limit in ((_abi.VT_I4, "i4", -2**31, 2**31),
-                                     (_abi.VT_I8, "i8", -2**63, 2**63),
-                                     (_abi.VT_UI8, "ui8", 0, 2**64)):
-        if lowest <= value < limit:
-            return vt, field
-    raise OverflowError(f"{value} has more than 64 bits")
+class Missing:
+    """An optional argument that is left out before one that is given."""
+
+
+def _put_integer(variant, value):
+    if -2**31 <= value < 2**31:
+        variant.vt, variant.i4 = _abi.VT_I4, value
+    elif -2**63 <= value < 2**63:
+        variant.vt, variant.i8 = _abi.VT_I8, value
+    elif 0 <= value < 2**64:
+        variant.vt, variant.ui8 = _abi.VT_UI8, value
+    else:
+        raise OverflowError(f"{value} has more than 64 bits")
+
+
+def _put_text(variant, value):
+    variant.pointer = runtime().text_in(value)
+    variant.vt = _abi.VT_BSTR
 
 
 def _array_of_texts(texts):
@@ -60,28 +71,27 @@ def _array_of_texts(texts):
 
 def store(variant, value, object_expected=False):
     """Puts a value into an empty variant, which then owns it."""
-    reference = getattr(value, "_reference", None)
-    if isinstance(value, os.PathLike):
-        value = os.fspath(value)
-    if reference is not None:
+    if isinstance(value, bool):
+        variant.vt, variant.i2 = _abi.VT_BOOL, -value
+    elif isinstance(value, int):
+        _put_integer(variant, value)
+    elif isinstance(value, str):
+        _put_text(variant, value)
+    elif isinstance(value, float):
+        variant.vt, variant.r8 = _abi.VT_R8, value
+    elif value is None:
+        variant.vt, variant.pointer = _abi.VT_DISPATCH if object_expected else _abi.VT_EMPTY, None
+    elif (reference := getattr(value, "_reference", None)) is not None:
         pointer = reference.get()
         _abi.add_ref(pointer)
         variant.vt, variant.pointer = _abi.VT_DISPATCH, pointer
-    elif value is None:
-        variant.vt, variant.pointer = _abi.VT_DISPATCH if object_expected else _abi.VT_EMPTY, None
-    elif isinstance(value, bool):
-        variant.vt, variant.i2 = _abi.VT_BOOL, -value
-    elif isinstance(value, int):
-        variant.vt, field = _integer(value)
-        setattr(variant, field, value)
-    elif isinstance(value, float):
-        variant.vt, variant.r8 = _abi.VT_R8, value
-    elif isinstance(value, str):
-        variant.pointer = runtime().text_in(value)
-        variant.vt = _abi.VT_BSTR
+    elif value is Missing:
+        variant.vt, variant.ui4 = _abi.VT_ERROR, _abi.DISP_E_PARAMNOTFOUND
     elif isinstance(value, (list, tuple)) and all(isinstance(text, str) for text in value):
         variant.pointer = _array_of_texts(value)
         variant.vt = _abi.VT_ARRAY | _abi.VT_BSTR
+    elif isinstance(value, PathLike) and isinstance(fspath(value), str):
+        _put_text(variant, fspath(value))
     else:
         raise TypeError(f"a value of type {type(value).__name__} cannot be handed over")
 
@@ -104,26 +114,35 @@ def _elements(array, wrap):
 
 def load(variant, wrap):
     """The value of a variant, which keeps what it owns; wrap makes an object of a reference."""
-    if variant.vt & _abi.VT_BYREF:
-        copy = VARIANT()
-        runtime().check(runtime().VariantCopyInd(byref(copy), byref(variant)), "reading a value")
-        return taken(copy, wrap)
-    if variant.vt in (_abi.VT_EMPTY, _abi.VT_NULL):
-        return None
-    if variant.vt in _NUMBERS:
-        return getattr(variant, _NUMBERS[variant.vt])
-    if variant.vt == _abi.VT_BOOL:
-        return variant.i2 != 0
-    if variant.vt == _abi.VT_BSTR:
+    vt = variant.vt
+    if vt in _NUMBERS:
+        return getattr(variant, _NUMBERS[vt])
+    if vt == _abi.VT_BSTR:
         return runtime().text_out(variant.pointer)
-    if variant.vt in (_abi.VT_DISPATCH, _abi.VT_UNKNOWN):
+    if vt == _abi.VT_BOOL:
+        return variant.i2 != 0
+    if vt in (_abi.VT_EMPTY, _abi.VT_NULL):
+        return None
+    if vt in (_abi.VT_DISPATCH, _abi.VT_UNKNOWN):
         if not variant.pointer:
             return None
         _abi.add_ref(variant.pointer)
         return wrap(Reference(variant.pointer))
-    if variant.vt & _abi.VT_ARRAY:
+    if vt & _abi.VT_BYREF:
+        copy = VARIANT()
+        runtime().check(runtime().VariantCopyInd(byref(copy), byref(variant)), "reading a value")
+        return taken(copy, wrap)
+    if vt & _abi.VT_ARRAY:
         return list(_elements(variant.pointer, wrap))
-    raise TypeError(f"values of the automation type {variant.vt} are not understood")
+    raise TypeError(f"values of the automation type {vt} are not understood")
+
+
+def clear(variant):
+    """Frees what a variant owns; it is empty afterwards."""
+    if variant.vt in _PLAIN:
+        variant.vt = _abi.VT_EMPTY
+    else:
+        runtime().VariantClear(byref(variant))
 
 
 def taken(variant, wrap):
@@ -131,45 +150,10 @@ def taken(variant, wrap):
     try:
         return load(variant, wrap)
     finally:
-        runtime().VariantClear(byref(variant))
+        clear(variant)
 
 
-class Arguments:
-    """The arguments of a call, as Invoke takes them; frees them again."""
-
-    def __init__(self, values, parameters, is_put):
-        self._refs = []
-        count = len(values)
-        self._variants = (VARIANT * max(count, 1))()
-        self._put = c_int32(_abi.DISPID_PROPERTYPUT)
-        self.parameters = _abi.DISPPARAMS(
-            arguments=self._variants, count=count,
-            named=ctypes.pointer(self._put) if is_put else None, named_count=int(is_put))
-        try:
-            for index, value in enumerate(values):
-                parameter = parameters[index] if index < len(parameters) else None
-                variant = self._variants[count - 1 - index]
-                if isinstance(value, Ref):
-                    place = VARIANT()
-                    self._refs.append((value, place, parameter))
-                    store(place, value.value)
-                    variant.vt = _abi.VT_BYREF | _abi.VT_VARIANT
-                    variant.pointer = ctypes.addressof(place)
-                else:
-                    store(variant, value, parameter is not None and parameter.is_object)
-        except BaseException:
-            self.free()
-            raise
-
-    def take_references(self, wrap):
-        """Gives every Ref its new value."""
-        for ref, place, parameter in self._refs:
-            value = load(place, wrap)
-            ref.value = parameter.exact(value) if parameter else value
-
-    def free(self):
-        # A variant that refers to another does not own it.
-        for variant in self._variants:
-            runtime().VariantClear(byref(variant))
-        for _, place, _ in self._refs:
-            runtime().VariantClear(byref(place))
+def refer(variant, place):
+    """Makes an empty variant refer to another, which it does not own."""
+    variant.vt = _abi.VT_BYREF | _abi.VT_VARIANT
+    variant.pointer = addressof(place)
