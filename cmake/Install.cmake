@@ -56,6 +56,7 @@ if(WIN32)
     ${SAB_MANIFESTS}/application.manifest
     DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime OPTIONAL)
   install(DIRECTORY clients/python DESTINATION . COMPONENT runtime PATTERN __pycache__ EXCLUDE)
+  install(DIRECTORY ${SAB_PYTHON_STUBS} DESTINATION python COMPONENT runtime)
   install(FILES LICENSE CHANGELOG.md docs/packaging.md DESTINATION . COMPONENT runtime)
 else()
   set(help ${PROJECT_BINARY_DIR}/help)
@@ -70,8 +71,12 @@ else()
   configure_file(cmake/sabxmlparser.pc.in sabxmlparser.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/sabxmlparser.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
-  install(DIRECTORY clients/python/sabxml DESTINATION ${SAB_PYTHON_FOLDER} COMPONENT runtime
-    PATTERN __pycache__ EXCLUDE)
+  set(python ${PROJECT_BINARY_DIR}/python)
+  install(DIRECTORY ${python}/sabxml DESTINATION ${SAB_PYTHON_FOLDER} COMPONENT runtime)
+  # What pip lists it by, without the list of files by which pip would remove them.
+  install(FILES ${python}/sabxml-${PROJECT_VERSION}.dist-info/METADATA
+    DESTINATION ${SAB_PYTHON_FOLDER}/sabxml-${PROJECT_VERSION}.dist-info COMPONENT runtime)
+  install(FILES ${SAB_PYTHON_WHEEL} DESTINATION ${SAB_DATA_FOLDER} COMPONENT runtime)
   install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sabxmlparser
     COMPONENT runtime RENAME copyright)
   install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sabxmlparser-dev

@@ -3,8 +3,9 @@
 
 usage: idlgen.py SOURCE.idl OUTPUT_FOLDER
 
-Writes the public header, the dispatch tables, the edge of the component classes, and one plain IDL
-text in the code page of the type library (GBK) for the IDL compiler. A file whose content does not
+Writes the public header, the dispatch tables, the edge of the component classes, what type checkers
+know of the Python client, and one plain IDL text in the code page of the type library (GBK) for the
+IDL compiler. A file whose content does not
 change is left alone, so that nothing is compiled again for it.
 """
 
@@ -13,7 +14,7 @@ from pathlib import Path
 
 sys.dont_write_bytecode = True
 
-from idlgen import dispatch, edge, header, reader  # noqa: E402
+from idlgen import dispatch, edge, header, reader, stubs  # noqa: E402
 from idlgen.model import DefinitionError  # noqa: E402
 
 
@@ -48,6 +49,8 @@ def main(arguments):
         "edge.h": edge.write_edge(library, origin).encode("utf-8"),
         "coclasses.h": edge.write_coclasses(library, origin).encode("utf-8"),
         "SabXmlParser.gbk.idl": plain_definition(library),
+        "python/sabxml/interfaces.pyi": stubs.write_interfaces(library, origin).encode("utf-8"),
+        "python/sabxml/_create.pyi": stubs.write_create(library, origin).encode("utf-8"),
     }
     for name, content in outputs.items():
         path = folder / name

@@ -4,12 +4,14 @@
 usage: python_client_test.py PACKAGE_FOLDER SAMPLES_FOLDER LIBRARY SABXML
 """
 
+import ast
 import copy
 import ctypes
 import gc
 import inspect
 import os
 import pickle
+import re
 import resource
 import shutil
 import subprocess
@@ -181,6 +183,52 @@ class Members(unittest.TestCase):
             display.CursorSize = 9
         with sabxml.settings(new("VeDisplayCfgParser"), file, "/Settings/Apprentice") as again:
             self.assertEqual(9, again.CursorSize)
+
+
+class Stubs(unittest.TestCase):
+    USES = """
+import sabxml
+from pathlib import Path
+from sabxml.interfaces import IVeAppParser, IVePrsAccel
+def use(app: IVeAppParser) -> list[str]:
+    app.ConfigurationPath = Path("x")
+    return app.GetTmplatePaths()
+accels = sabxml.create("VePrsAccelColl")
+accels.AddTail(i_pItem=accels[0], o_lpPosition=sabxml.Ref())
+first: list[IVePrsAccel] = accels[:1]
+keys: list[str] = [accel.Key for accel in accels]
+product = sabxml.create("SabXmlParser.VeProductCfgParser")
+product.Value["Paper"] = product.ValueName(0) + product.Value["A"]
+pair: tuple[str, str] = sabxml.create("VeSysParameterCfgParser").get_MatchRuleAt(0, 0)
+with sabxml.settings(sabxml.create("VeDisplayCfgParser"), "x", "/y") as display:
+    display.CursorSize = 9
+    display.CursorSize = "9"  # wrong
+    display.CursorSiez  # wrong
+accels.AddTail(sabxml.create("VePrsRibbonTab"))  # wrong
+accels.AddTail(item=None)  # wrong
+product.ValueCount = 3  # wrong
+sabxml.settings(use, "x", "/y")  # wrong
+"""
+
+    def test_members_are_those_of_the_objects(self):
+        members, tree = {}, ast.parse((PACKAGE / "sabxml/interfaces.pyi").read_text(encoding="utf-8"))
+        for interface in (node for node in tree.body if isinstance(node, ast.ClassDef)):
+            own = {getattr(node, "name", None) or node.target.id for node in interface.body
+                   if isinstance(node, (ast.FunctionDef, ast.AnnAssign))}
+            members[interface.name] = own | members.get(getattr(interface.bases[0], "id", ""), set())
+        self.assertEqual({name: {member.name for member in getattr(sabxml.interfaces, name)._members.values()}
+                          for name in dir(sabxml.interfaces)}, members)
+
+    @unittest.skipIf(under_sanitizer or not shutil.which("mypy"), "mypy is missing, or a sanitizer is there")
+    def test_mypy(self):
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        Path(folder, "use.py").write_text(self.USES)
+        result = subprocess.run(
+            ["mypy", "--strict", "--cache-dir", folder, "use.py", *(PACKAGE / "sabxml").glob("*.pyi")],
+            cwd=folder, env={**os.environ, "MYPYPATH": str(PACKAGE)}, capture_output=True, text=True)
+        wrong = [i for i, line in enumerate(self.USES.split("\n"), 1) if line.endswith("# wrong")]
+        self.assertEqual([("use.py", str(line)) for line in wrong],
+                         re.findall(r"^(\S+?):(\d+): error", result.stdout, re.M), result)
 
 
 class Lifetime(unittest.TestCase):

@@ -81,7 +81,7 @@ class Generator(unittest.TestCase):
             plain = (out / "SabXmlParser.gbk.idl").read_bytes()
             self.assertIn("名称".encode("gbk"), plain)
             stamps = {p: p.stat().st_mtime_ns for p in out.rglob("*") if p.is_file()}
-            self.assertEqual(6, len(stamps))
+            self.assertEqual(8, len(stamps))
             generate(text, folder)
             self.assertEqual(stamps, {p: p.stat().st_mtime_ns for p in stamps})
 

@@ -130,13 +130,21 @@ class Package(unittest.TestCase):
 
     @native_only
     def test_the_python_client_is_there(self):
-        package, = (path.parent.parent for path in self.prefix.rglob("sabxml/__init__.py"))
+        package, = (path.parent.parent for path in self.prefix.rglob("sabxml/interfaces.pyi"))
         library, = self.prefix.rglob("libSabXmlParser.so")
-        output = run(sys.executable, self.samples / "clients/workshop.py",
-                     env={**self.environment, "PYTHONPATH": str(package),
-                          "SABXML_SERVER": str(library)})
+        wheel, = self.prefix.rglob("sabxml-*.whl")
+        pip = [sys.executable, "-m", "pip", "install", "-q", "--no-index", "--target"]
+        installed, checkout = self.folder / "installed", self.folder / "checkout"
+        run(*pip, installed, wheel)
+        run(*pip, checkout, Path(CLIENT).parents[2] / "clients/python")
+        files = [{path.name for path in place.glob("sabxml/*.py*")} for place in (package, checkout)]
+        self.assertEqual(*files)
         source = (self.samples / "clients/workshop.py").read_text(encoding="utf-8")
-        self.assertEqual(re.findall(r"^expect: (.*)$", source, re.M), output.splitlines())
+        for place in package, installed:
+            output = run(sys.executable, self.samples / "clients/workshop.py",
+                         env={**self.environment, "PYTHONPATH": str(place),
+                              "SABXML_SERVER": str(library)})
+            self.assertEqual(re.findall(r"^expect: (.*)$", source, re.M), output.splitlines())
 
     @native_only
     def test_what_the_packages_say(self):
@@ -158,7 +166,7 @@ class Package(unittest.TestCase):
         self.assertEqual(files - {"SHA256SUMS"}, checked)
         self.assertLessEqual({"bin/SabXmlParser.tlb", "lib/libSabXmlParser.dll.a", "register.cmd",
                               "share/sabxmlparser/idl/SabXmlParser.idl",
-                              "python/sabxml/__init__.py"}, files)
+                              "python/pyproject.toml", "python/sabxml/interfaces.pyi"}, files)
 
 
 if __name__ == "__main__":
