@@ -67,11 +67,11 @@ std::string Path(FuzzedDataProvider& input) {
                                  "parent::*",
                                  "*[local-name(..)='b']",
                                  "a[name]"};
-  constexpr std::array kJoints = {"/", "/", "/", "//", "|", " | /"};
+  constexpr std::array kSeparators = {"/", "/", "/", "//", "|", " | /"};
   std::string path = input.PickValueInArray({"", "/", "//"});
   path += input.PickValueInArray(kTests);
   for (int i = input.ConsumeIntegralInRange(0, 3); i > 0; --i)
-    path += std::string(input.PickValueInArray(kJoints)) + input.PickValueInArray(kTests);
+    path += std::string(input.PickValueInArray(kSeparators)) + input.PickValueInArray(kTests);
   // libxml2 takes the first of a union before it has sorted it.
   const bool is_whole = input.ConsumeBool() || path.find('|') != path.npos;
   return is_whole ? path : "(" + path + ")[1]";

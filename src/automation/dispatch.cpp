@@ -101,7 +101,7 @@ HRESULT Invoke(const InterfaceInfo& info, void* self, DISPID id, REFIID riid, LC
       (parameters->cNamedArgs == 0 || parameters->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT)) {
     return DISP_E_PARAMNOTFOUND;
   }
-  if (member.parameters.size() > DispatchArguments::kMost) return E_UNEXPECTED;
+  if (member.parameters.size() > DispatchArguments::kMaxParameters) return E_UNEXPECTED;
 
   DispatchArguments arguments(member, *parameters);
   HRESULT outcome = arguments.Prepare(bad_argument);

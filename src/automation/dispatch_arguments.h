@@ -11,7 +11,7 @@ namespace sab {
 /// left over is freed.
 class DispatchArguments {
  public:
-  static constexpr std::size_t kMost = 8;
+  static constexpr std::size_t kMaxParameters = 8;
 
   DispatchArguments(const MemberInfo& member, const DISPPARAMS& given)
       : member_(member), given_(given) {}
@@ -37,9 +37,11 @@ class DispatchArguments {
 
   const MemberInfo& member_;
   const DISPPARAMS& given_;
-  std::array<Slot, kMost> slots_{};
-  std::array<int, kMost> argument_of_{};  // index in given_.rgvarg for each parameter
-  std::array<bool, kMost> is_owned_{};    // the slot holds a string, object or array to be freed
+  std::array<Slot, kMaxParameters> slots_{};
+  // The index in given_.rgvarg for each parameter.
+  std::array<int, kMaxParameters> argument_of_{};
+  // Whether the slot holds a string, object or array to be freed.
+  std::array<bool, kMaxParameters> is_owned_{};
 };
 
 }  // namespace sab

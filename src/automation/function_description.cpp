@@ -40,16 +40,16 @@ constexpr ParameterInfo kInvoke[] = {
     {OLESTR("pexcepinfo"), Plain(kExcepInfo), 1, kOut},
     {OLESTR("puArgErr"), Plain(VT_UINT), 1, kOut},
 };
-constexpr DISPID kOfUnknown = 0x60000000;
-constexpr DISPID kOfDispatch = 0x60010000;
+constexpr DISPID kUnknownBase = 0x60000000;
+constexpr DISPID kDispatchBase = 0x60010000;
 constexpr MemberInfo kInherited[] = {
-    {OLESTR("QueryInterface"), kOfUnknown, MemberKind::kMethod, kQueryInterface, ""},
-    {OLESTR("AddRef"), kOfUnknown + 1, MemberKind::kMethod, kCount, ""},
-    {OLESTR("Release"), kOfUnknown + 2, MemberKind::kMethod, kCount, ""},
-    {OLESTR("GetTypeInfoCount"), kOfDispatch, MemberKind::kMethod, kGetTypeInfoCount, ""},
-    {OLESTR("GetTypeInfo"), kOfDispatch + 1, MemberKind::kMethod, kGetTypeInfo, ""},
-    {OLESTR("GetIDsOfNames"), kOfDispatch + 2, MemberKind::kMethod, kGetIDsOfNames, ""},
-    {OLESTR("Invoke"), kOfDispatch + 3, MemberKind::kMethod, kInvoke, ""},
+    {OLESTR("QueryInterface"), kUnknownBase, MemberKind::kMethod, kQueryInterface, ""},
+    {OLESTR("AddRef"), kUnknownBase + 1, MemberKind::kMethod, kCount, ""},
+    {OLESTR("Release"), kUnknownBase + 2, MemberKind::kMethod, kCount, ""},
+    {OLESTR("GetTypeInfoCount"), kDispatchBase, MemberKind::kMethod, kGetTypeInfoCount, ""},
+    {OLESTR("GetTypeInfo"), kDispatchBase + 1, MemberKind::kMethod, kGetTypeInfo, ""},
+    {OLESTR("GetIDsOfNames"), kDispatchBase + 2, MemberKind::kMethod, kGetIDsOfNames, ""},
+    {OLESTR("Invoke"), kDispatchBase + 3, MemberKind::kMethod, kInvoke, ""},
 };
 
 // A parameter's type as type information nests it: a pointer to …, an array of …
@@ -71,22 +71,22 @@ struct ElementTypes {
   }
 
  private:
-  static TYPEDESC Referring(UINT index) {
+  static TYPEDESC ReferenceTo(UINT index) {
     TYPEDESC type{};
     type.vt = VT_USERDEFINED;
     type.hreftype = index;
     return type;
   }
   static TYPEDESC BaseOf(const ValueType& type) {
-    if (type.interface_) return Referring(DescribedType::IndexOf(type.interface_));
-    if (type.enumeration) return Referring(DescribedType::IndexOf(type.enumeration));
+    if (type.interface_) return ReferenceTo(DescribedType::IndexOf(type.interface_));
+    if (type.enumeration) return ReferenceTo(DescribedType::IndexOf(type.enumeration));
     switch (type.type) {
       case VT_USERDEFINED:
-        return Referring(DescribedType::IndexOfGuid());
+        return ReferenceTo(DescribedType::IndexOfGuid());
       case kDispParams:
-        return Referring(DescribedType::IndexOfDispParams());
+        return ReferenceTo(DescribedType::IndexOfDispParams());
       case kExcepInfo:
-        return Referring(DescribedType::IndexOfExcepInfo());
+        return ReferenceTo(DescribedType::IndexOfExcepInfo());
       default: {
         TYPEDESC plain{};
         plain.vt = type.type;

@@ -6,7 +6,7 @@
 namespace sab {
 namespace {
 
-constexpr int kDeepestReference = 16;
+constexpr int kMaxReferenceDepth = 16;
 
 // What a type of numbers holds exactly.
 struct NumberType {
@@ -52,7 +52,7 @@ bool IsLocked(VARTYPE type, const SAFEARRAY* array) {
 VARIANTARG* Dereferenced(VARIANTARG& argument) noexcept {
   VARIANTARG* variable = &argument;
   for (int depth = 0; variable && variable->vt == (VT_BYREF | VT_VARIANT); ++depth) {
-    if (depth == kDeepestReference) return nullptr;
+    if (depth == kMaxReferenceDepth) return nullptr;
     variable = variable->pvarVal;
   }
   return variable && (variable->vt & VT_BYREF) != 0 && !variable->byref ? nullptr : variable;

@@ -12,7 +12,7 @@ std::string EntryComplaint(const formats::Rule& container) {
   const formats::Rule& entry = container.Content().front();
   std::string complaint = "has no entry: give it " + Quoted(entry.name) + " with ";
   complaint += entry.content ? Quoted(entry.Content().front().name) : "a text";
-  if (container.need == Need::kEntryIfThere) complaint += ", or leave it out";
+  if (container.need == Need::kEntryIfPresent) complaint += ", or leave it out";
   return complaint;
 }
 
@@ -40,7 +40,7 @@ void ReadContainer(DocumentReader& file, const BoundPath& container, Reading& re
   const ConfigElement element = file.Find(container.path);
   if (element) ReadElements(reading, element, *container.bound.content, owner);
   const Need need = container.rule->need;
-  const bool needs_entry = need == Need::kNotEmpty || (element && need == Need::kEntryIfThere);
+  const bool needs_entry = need == Need::kNotEmpty || (element && need == Need::kEntryIfPresent);
   if (needs_entry && container.is_empty(owner)) {
     file.Fail(*container.rule, container.path, EntryComplaint(*container.rule));
   }

@@ -32,10 +32,10 @@ std::size_t DistanceBetween(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string DidYouMean(std::string_view word, const std::vector<std::string>& names) {
-  constexpr std::size_t kLongest = 100;  // the distance costs the square of it
+  constexpr std::size_t kMaxLength = 100;  // the distance costs the square of it
   const std::string* nearest = nullptr;
   std::size_t least = std::min<std::size_t>((word.size() + 2) / 3, 4) + 1;
-  if (word.size() > kLongest) return {};
+  if (word.size() > kMaxLength) return {};
   for (const std::string& name : names) {
     const std::size_t distance = DistanceBetween(word, name);
     if (distance >= least) continue;

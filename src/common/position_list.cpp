@@ -58,8 +58,8 @@ bool PositionList::MakeTable() const noexcept try {
 
 // Where the table has the node of a position, or where it would have it.
 PositionList::Node*& PositionList::SlotFor(LONG_PTR position) const {
-  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // 2^64 divided by the golden ratio
-  const std::uint64_t hash = static_cast<std::uint64_t>(position) * kSpread;
+  constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15;  // 2^64 divided by the golden ratio
+  const std::uint64_t hash = static_cast<std::uint64_t>(position) * kMultiplier;
   std::vector<Node*>& slots = table_->slots;
   auto slot = static_cast<std::size_t>(hash >> (64 - std::countr_zero(slots.size())));
   while (slots[slot] && slots[slot]->position != position) slot = (slot + 1) & (slots.size() - 1);

@@ -53,7 +53,7 @@ inline constexpr auto kApplication = FirstCounts({
     Text("CompanyName", "Who makes it").Required(),
     Text("ProductEdition", "Edition"),
     Group("LocalAbout", kAboutBox, "Texts of the about box"),
-    Group("Templates", kTemplatePaths, "Templates").EntryIfThere(sabxml::kInvalidTemplate),
+    Group("Templates", kTemplatePaths, "Templates").EntryIfPresent(sabxml::kInvalidTemplate),
     Group("Configurations", kConfigurations, "Pages of the options"),
 });
 

@@ -45,7 +45,7 @@ constexpr bool IsSound(const Rule& rule) {
          (rule.role == Role::kLeadsTo) == (rule.leads_to != Kind::kNone) &&
          (rule.role == Role::kDefines || rule.role == Role::kRefersTo) ==
              (rule.subject != Subject::kNone) &&
-         (rule.need != Need::kEntryIfThere || is_container) &&
+         (rule.need != Need::kEntryIfPresent || is_container) &&
          (rule.type == Type::kNone || !is_container);
 }
 

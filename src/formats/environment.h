@@ -23,7 +23,7 @@ inline constexpr auto kEnvironment = FirstCounts({
         .LeadsTo(Kind::kUserInterface, "GetUiPath"),
     Text("DefaultPanel", "Identifier of the default panel").RefersTo(Subject::kPanel),
     Text("DefaultCmd", "Identifier of the default command").Required().RefersTo(Subject::kCommand),
-    Group("Commands", kCommandPaths, "Command files").EntryIfThere(),
+    Group("Commands", kCommandPaths, "Command files").EntryIfPresent(),
 });
 
 inline constexpr Document kEnvironmentDocument = {

@@ -87,7 +87,7 @@ class Printer {
     if (rule.IsList() && container && container->need == Need::kNotEmpty) {
       return ResultOf(*container);
     }
-    if (rule.IsList() && container && container->need == Need::kEntryIfThere) {
+    if (rule.IsList() && container && container->need == Need::kEntryIfPresent) {
       return "none, but " + ResultOf(*container) + " if " + Code(container->name) + " is there";
     }
     if (rule.IsList()) return "none";

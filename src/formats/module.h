@@ -24,7 +24,7 @@ inline constexpr auto kModule = FirstCounts({
     Text("Description", "What it is for"),
     Guid("CLSID", "Class of the module"),
     Guid("UiStateObj", "Class of the object that keeps the state of the user interface"),
-    Group("Environments", kEnvironmentPaths, "Environments").EntryIfThere(),
+    Group("Environments", kEnvironmentPaths, "Environments").EntryIfPresent(),
     Group("Configurations", kConfigurations, "Pages of the options"),
 });
 

@@ -72,7 +72,7 @@ enum class Need : unsigned char {
   kPresent,              ///< it may be empty
   kNotEmpty,             ///< present, with a text or an entry; an empty text is stored all the same
   kFilled,               ///< present, with a text; an empty one is not stored
-  kEntryIfThere,         ///< it may be missing, but not be without an entry
+  kEntryIfPresent,       ///< it may be missing, but not be without an entry
   kCompletesItem,        ///< an entry without it, or with an empty one, is skipped
   kCompletesItemIfGuid,  ///< the same, and a text that is no class identifier does not count
 };
@@ -161,8 +161,8 @@ struct Rule {
   constexpr Rule Present() const { return With(&Rule::need, Need::kPresent); }
   constexpr Rule Required() const { return With(&Rule::need, Need::kNotEmpty); }
   constexpr Rule Filled() const { return With(&Rule::need, Need::kFilled); }
-  constexpr Rule EntryIfThere(std::uint32_t failure = 0) const {
-    return With(&Rule::need, Need::kEntryIfThere).With(&Rule::result, failure);
+  constexpr Rule EntryIfPresent(std::uint32_t failure = 0) const {
+    return With(&Rule::need, Need::kEntryIfPresent).With(&Rule::result, failure);
   }
   constexpr Rule CompletesItem() const { return With(&Rule::need, Need::kCompletesItem); }
   constexpr Rule CompletesItemIfGuid() const {

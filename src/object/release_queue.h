@@ -14,21 +14,21 @@ class ReleaseQueue {
   static void Destroy(void* object, Destructor destroy) noexcept;
 
  private:
-  struct Doomed {
+  struct Pending {
     void* object;
     Destructor destroy;
   };
 
-  static constexpr int kDeepest = 32;
+  static constexpr int kMaxDepth = 32;
 
   // Plain values: a thread may outlive the library, so nothing may have to be destroyed at its end.
   struct State {
     int depth;
-    std::vector<Doomed>* waiting;
+    std::vector<Pending>* waiting;
   };
   static thread_local State state_;
 
-  static bool Postpone(State& state, const Doomed& doomed) noexcept;
+  static bool Postpone(State& state, const Pending& pending) noexcept;
 };
 
 }  // namespace sab

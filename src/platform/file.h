@@ -15,7 +15,7 @@ namespace sab {
 // a separator, since configuration files carry paths written on Windows.
 
 /// The largest file that is read, in bytes.
-inline constexpr std::size_t kLargestFile = 0x7FFFFFFF;
+inline constexpr std::size_t kMaxFileSize = 0x7FFFFFFF;
 
 /// Reads a regular file. The string has room for some bytes more, so that a reader can put its own
 /// end behind them without a copy.

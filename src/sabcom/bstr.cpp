@@ -13,12 +13,12 @@ namespace {
 // aligned for 8 bytes. Clients have been seen to cut a string by changing its length, so that says
 // nothing of the memory.
 constexpr std::size_t kPrefix = 2 * sizeof(UINT);
-constexpr UINT kMostBytes = std::numeric_limits<UINT>::max() - 64;
+constexpr UINT kMaxBytes = std::numeric_limits<UINT>::max() - 64;
 
 char* MemoryOf(BSTR string) { return reinterpret_cast<char*>(string) - kPrefix; }
 
 BSTR Allocate(UINT bytes) {
-  if (bytes > kMostBytes || !sabcom::MayAllocate(bytes)) return nullptr;
+  if (bytes > kMaxBytes || !sabcom::MayAllocate(bytes)) return nullptr;
   const UINT size = static_cast<UINT>(kPrefix + sizeof(OLECHAR)) + bytes;
   auto* const memory = static_cast<char*>(sabcom::AllocateBlock(size));
   if (!memory) return nullptr;
@@ -42,7 +42,7 @@ BSTR SysAllocString(const OLECHAR* text) {
 }
 
 BSTR SysAllocStringLen(const OLECHAR* text, UINT length) {
-  if (length > kMostBytes / sizeof(OLECHAR)) return nullptr;
+  if (length > kMaxBytes / sizeof(OLECHAR)) return nullptr;
   const BSTR string = Allocate(length * static_cast<UINT>(sizeof(OLECHAR)));
   if (string && text) std::memcpy(string, text, length * sizeof(OLECHAR));
   return string;

@@ -12,10 +12,10 @@ namespace sabcom {
 
 /// The most levels of keys below a root key, as on Windows. Code that walks a tree may nest so
 /// deeply.
-inline constexpr std::size_t kMostLevels = 512;
+inline constexpr std::size_t kMaxLevels = 512;
 /// The longest names, in UTF-16 units, without the final zero.
-inline constexpr std::size_t kLongestKeyName = 255;
-inline constexpr std::size_t kLongestValueName = 16383;
+inline constexpr std::size_t kMaxKeyNameLength = 255;
+inline constexpr std::size_t kMaxValueNameLength = 16383;
 
 /// A value of a key: its type and its bytes as the registry functions take them.
 struct Value {

@@ -17,8 +17,8 @@
 namespace sabcom {
 namespace {
 
-constexpr int kMostLinks = 40;
-constexpr off_t kLargestHive = off_t{64} << 20;
+constexpr int kMaxLinks = 40;
+constexpr off_t kMaxHiveSize = off_t{64} << 20;
 constexpr mode_t kNewMode = 0644;
 constexpr long kLockAttempts = 10'000;
 constexpr timespec kBetweenAttempts = {0, 1'000'000};
@@ -114,7 +114,7 @@ void CheckTrust(const std::string& path, const struct stat& status) {
     FailReading(path, "it belongs to another user (number " + std::to_string(status.st_uid) +
                           "), so the libraries that it names cannot be trusted");
   }
-  if (status.st_size > kLargestHive) FailReading(path, "it is larger than 64 MB");
+  if (status.st_size > kMaxHiveSize) FailReading(path, "it is larger than 64 MB");
 }
 
 std::string FolderOf(const std::string& path) {
@@ -124,7 +124,7 @@ std::string FolderOf(const std::string& path) {
 
 // The file that is meant, which need not exist.
 std::string AfterLinks(std::string path) {
-  for (int links = 0; links < kMostLinks; ++links) {
+  for (int links = 0; links < kMaxLinks; ++links) {
     std::array<char, PATH_MAX> link;
     const ssize_t length = readlink(path.c_str(), link.data(), link.size());
     if (length < 0 && (errno == EINVAL || IsMissing(errno))) return path;

@@ -62,8 +62,8 @@ class Parser {
     const std::u16string path = FromUtf8(line.substr(1, line.size() - 2));
     const std::size_t names = CountNames(path);
     if (names == 0) Fail("the name of the key is missing");
-    if (names > kMostLevels + 1) {
-      Fail("the key is more than " + std::to_string(kMostLevels) + " levels deep");
+    if (names > kMaxLevels + 1) {
+      Fail("the key is more than " + std::to_string(kMaxLevels) + " levels deep");
     }
     bool created = false;
     return root.FindOrCreate(path, created);

@@ -85,7 +85,7 @@ void FreeUnusedModules() noexcept {
   std::list<Module> unused;
   {
     // Even a thread that has released its last object may still be on its way out of the library.
-    const QuietPoint quiet;
+    const QuiescentState quiet;
     static bool is_asking = false;
     if (!quiet || is_asking) return;
     is_asking = true;

@@ -106,7 +106,7 @@ LSTATUS WithChange(const Body& body) noexcept {
 bool AreKeyNames(std::u16string_view path) {
   for (std::u16string_view name = sabcom::NextName(path); !name.empty();
        name = sabcom::NextName(path)) {
-    if (name.size() > sabcom::kLongestKeyName || !sabcom::IsWritableName(name)) return false;
+    if (name.size() > sabcom::kMaxKeyNameLength || !sabcom::IsWritableName(name)) return false;
   }
   return true;
 }
@@ -168,8 +168,8 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD, LPWSTR, DWORD, REGSAM,
   LSTATUS status = WithHive(key, [&](Key& tree) -> LSTATUS {
     handle = std::make_unique<HKEY_opaque>(HKEY_opaque{PathOf(key, path)});
     created = !tree.Find(handle->path);
-    return sabcom::CountNames(handle->path) > sabcom::kMostLevels + 1 ? ERROR_INVALID_PARAMETER
-                                                                      : ERROR_SUCCESS;
+    return sabcom::CountNames(handle->path) > sabcom::kMaxLevels + 1 ? ERROR_INVALID_PARAMETER
+                                                                     : ERROR_SUCCESS;
   });
   if (status == ERROR_SUCCESS && created) {
     status = WithChange([&](HiveChange& change) -> LSTATUS {
@@ -208,7 +208,7 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD, DWORD type, const BYTE* da
   if (!key) return ERROR_INVALID_HANDLE;
   if (!data && size > 0) return ERROR_INVALID_PARAMETER;
   const std::u16string_view name_view = name ? name : u"";
-  if (name_view.size() > sabcom::kLongestValueName || !sabcom::IsWritableName(name_view)) {
+  if (name_view.size() > sabcom::kMaxValueNameLength || !sabcom::IsWritableName(name_view)) {
     return ERROR_INVALID_PARAMETER;
   }
   return WithChange([&](HiveChange& change) -> LSTATUS {

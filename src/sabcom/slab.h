@@ -44,28 +44,28 @@ class Slab {
     return block;
   }
   /// By the thread that owns the heap.
-  /// @return whether so many blocks are in use now as the heap wanted to hear of
-  bool Give(void* block) {
+  /// @return whether as many blocks are in use now as SetThreshold named
+  bool Free(void* block) {
     free_ = new (block) FreeLink{free_};
-    return --used_ == reported_use_;
+    return --used_ == threshold_;
   }
   static constexpr std::uint32_t kNever = ~std::uint32_t{0};
-  void ReportAt(std::uint32_t blocks_in_use) { reported_use_ = blocks_in_use; }
+  void SetThreshold(std::uint32_t blocks_in_use) { threshold_ = blocks_in_use; }
   std::uint32_t BlocksInUse() const { return used_; }
   /// By any other thread.
-  void GiveFromElsewhere(void* block) {
-    auto* const link = new (block) FreeLink{given_.load(std::memory_order_relaxed)};
-    while (!given_.compare_exchange_weak(link->next, link, std::memory_order_release,
-                                         std::memory_order_relaxed)) {
+  void FreeFromOtherThread(void* block) {
+    auto* const link = new (block) FreeLink{freed_by_others_.load(std::memory_order_relaxed)};
+    while (!freed_by_others_.compare_exchange_weak(link->next, link, std::memory_order_release,
+                                                   std::memory_order_relaxed)) {
     }
   }
   /// Takes in what other threads have handed back.
   void Collect() {
-    if (!given_.load(std::memory_order_relaxed)) return;
-    FreeLink* link = given_.exchange(nullptr, std::memory_order_acquire);
+    if (!freed_by_others_.load(std::memory_order_relaxed)) return;
+    FreeLink* link = freed_by_others_.exchange(nullptr, std::memory_order_acquire);
     while (link) {
       FreeLink* const following = link->next;
-      Give(link);
+      Free(link);
       link = following;
     }
   }
@@ -80,10 +80,10 @@ class Slab {
   static constexpr std::size_t kHead = 128;  // a line for the owner, one for the others
 
   std::uint32_t used_ = 0;
-  std::uint32_t reported_use_ = kNever;
+  std::uint32_t threshold_ = kNever;
   FreeLink* free_ = nullptr;
   char* unused_;  // blocks from here on were never taken
-  alignas(64) std::atomic<FreeLink*> given_{nullptr};
+  alignas(64) std::atomic<FreeLink*> freed_by_others_{nullptr};
 };
 static_assert(sizeof(Slab) <= 128);
 

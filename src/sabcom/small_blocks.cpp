@@ -15,19 +15,19 @@ namespace sabcom {
 /// the heap over.
 class SlabHeap {
  public:
-  static constexpr std::size_t kGrain = 16;
-  static constexpr std::size_t kLargest = 512;  // larger blocks are the system's
+  static constexpr std::size_t kGranularity = 16;
+  static constexpr std::size_t kMaxBlockSize = 512;  // larger blocks are the system's
 
   void* Allocate(std::size_t size) {
     Family& family = families_[FamilyOf(size)];
     if (family.current) {
       if (void* const block = family.current->Take()) return block;
     }
-    return AllocateElsewhere(family, RoundedBlockSize(size));
+    return AllocateFromOtherSlab(family, RoundedBlockSize(size));
   }
 
   void Free(Slab* slab, void* block) {
-    if (slab->Give(block)) HearFrom(slab);
+    if (slab->Free(block)) OnThreshold(slab);
   }
 
   SlabHeap* next = nullptr;  ///< of those without a thread
@@ -47,7 +47,7 @@ class SlabHeap {
       first = slab;
     }
     void AddFull(Slab* slab) {
-      slab->ReportAt(slab->BlocksInUse() - 1);
+      slab->SetThreshold(slab->BlocksInUse() - 1);
       slab->next = nullptr;
       slab->previous = last;
       (last ? last->next : first) = slab;
@@ -59,30 +59,30 @@ class SlabHeap {
     }
   };
 
-  static std::size_t FamilyOf(std::size_t size) { return (size - 1) / kGrain; }
+  static std::size_t FamilyOf(std::size_t size) { return (size - 1) / kGranularity; }
 
   // A slab of a list that was full has a free block, or it is empty.
-  void HearFrom(Slab* slab) {
+  void OnThreshold(Slab* slab) {
     Family& family = families_[FamilyOf(slab->size)];
     family.Remove(slab);
     if (slab->IsEmpty()) {
       ReleaseSlab(slab);
     } else {
-      slab->ReportAt(0);
+      slab->SetThreshold(0);
       family.AddFirst(slab);
     }
   }
 
-  void* AllocateElsewhere(Family& family, std::size_t block_size) {
+  void* AllocateFromOtherSlab(Family& family, std::size_t block_size) {
     if (family.current) family.AddFull(std::exchange(family.current, nullptr));
     // Full slabs take turns: other threads may have handed blocks back.
-    constexpr int kMostTurns = 4;
-    for (int turn = 0; turn < kMostTurns && family.first; ++turn) {
+    constexpr int kMaxRotations = 4;
+    for (int turn = 0; turn < kMaxRotations && family.first; ++turn) {
       Slab* const slab = family.first;
       family.Remove(slab);
       slab->Collect();
       if (void* const block = slab->Take()) {
-        slab->ReportAt(Slab::kNever);
+        slab->SetThreshold(Slab::kNever);
         family.current = slab;
         return block;
       }
@@ -92,7 +92,7 @@ class SlabHeap {
     return family.current ? family.current->Take() : nullptr;
   }
 
-  Family families_[kLargest / kGrain];
+  Family families_[kMaxBlockSize / kGranularity];
 };
 
 namespace {
@@ -141,13 +141,13 @@ SlabHeap* EnterHeap() {
 
 void* AllocateBlock(std::size_t size) noexcept {
   if (size == 0) size = 1;
-  if (size > SlabHeap::kLargest) return std::malloc(size);
+  if (size > SlabHeap::kMaxBlockSize) return std::malloc(size);
   SlabHeap* const heap = own_heap ? own_heap : EnterHeap();
   return heap ? heap->Allocate(size) : nullptr;
 }
 
 void FreeBlock(void* block, std::size_t size) noexcept {
-  if (size > SlabHeap::kLargest) {
+  if (size > SlabHeap::kMaxBlockSize) {
     std::free(block);
     return;
   }
@@ -156,7 +156,7 @@ void FreeBlock(void* block, std::size_t size) noexcept {
   if (slab->heap == own_heap) {
     slab->heap->Free(slab, block);
   } else {
-    slab->GiveFromElsewhere(block);
+    slab->FreeFromOtherThread(block);
   }
 }
 

@@ -17,8 +17,8 @@ namespace sabcom {
 
 bool IsThreadInitialized() { return entered > 0; }
 
-QuietPoint::QuietPoint()
-    : lock_(threads_lock), is_quiet_(threads_inside == (IsThreadInitialized() ? 1 : 0)) {}
+QuiescentState::QuiescentState()
+    : lock_(threads_lock), is_quiescent_(threads_inside == (IsThreadInitialized() ? 1 : 0)) {}
 
 }  // namespace sabcom
 

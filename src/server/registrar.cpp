@@ -18,7 +18,7 @@ struct Value {
 };
 
 // More than a registry has.
-constexpr int kMostLevels = 512;
+constexpr int kMaxLevels = 512;
 
 enum class KeyMode { kPlain, kNoRemove, kForceRemove, kDelete };
 
@@ -125,7 +125,7 @@ class Interpreter {
     const Token at = token_;
     const std::string name = TakeName("the name of a key");
     if (name.find('\\') != std::string::npos) lexer_.Fail(at, "the name of a key has no backslash");
-    if (++depth_ > kMostLevels) lexer_.Fail(at, "keys are nested too deeply");
+    if (++depth_ > kMaxLevels) lexer_.Fail(at, "keys are nested too deeply");
     const RegistryPath key{parent.root, parent.key.empty() ? name : parent.key + '\\' + name};
     const bool removes_first =
         mode == KeyMode::kDelete || (registers_ && mode == KeyMode::kForceRemove);

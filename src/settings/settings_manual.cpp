@@ -44,7 +44,7 @@ void PrintGroup(const SettingsGroup& group, std::string& out) {
     const std::string value = row.format ? ToUtf8(row.format(fields.get())) : "";
     out += "| `" + std::string(row.key) + "` | `" + std::string(row.property) + "` | " +
            std::string(row.rule->help) + " | " + WordsForSetting(row.type) + " | " + value + " | " +
-           NoteOn(row) + " |\n";
+           NoteOf(row) + " |\n";
   }
 }
 
@@ -54,7 +54,7 @@ std::string WordsForSetting(Type type) {
   return type == Type::kNone ? "structure" : std::string(formats::WordsFor(type));
 }
 
-std::string NoteOn(const SettingsRow& row) {
+std::string NoteOf(const SettingsRow& row) {
   if (!row.IsSaved()) return "only loaded";
   if (!row.IsLoaded()) return "only saved";
   const std::string_view text = row.rule->when_missing;

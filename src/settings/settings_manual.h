@@ -14,6 +14,6 @@ std::string SettingsManual();
 std::string WordsForSetting(Type type);
 
 /// What is special about a key: "only loaded"; mostly empty.
-std::string NoteOn(const SettingsRow& row);
+std::string NoteOf(const SettingsRow& row);
 
 }  // namespace sab

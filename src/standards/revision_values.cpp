@@ -7,7 +7,7 @@ namespace sab {
 namespace {
 
 // Also bounds what the names of the values can take of memory.
-constexpr std::size_t kDeepest = 256;
+constexpr std::size_t kMaxDepth = 256;
 
 // Elements under one parent that are still to be read.
 struct Level {
@@ -43,7 +43,7 @@ void ReadRevisionValues(const ConfigElement& revision, NamedValues& values) {
     AppendStep(path, name, ++level.seen[name]);
     if (IsLeaf(element)) {
       values.Set(path, element.ReadText(text));
-    } else if (levels.size() < kDeepest) {
+    } else if (levels.size() < kMaxDepth) {
       path += OLESTR("/");
       levels.push_back({element.Children().begin(), path.size(), {}});
     }

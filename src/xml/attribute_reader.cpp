@@ -59,8 +59,8 @@ std::string_view AttributeReader::ReadValue() {
 }
 
 void AttributeReader::CheckUnique() {
-  constexpr std::size_t kFew = 8;
-  if (attributes_.size() > kFew) {
+  constexpr std::size_t kLinearSearchLimit = 8;
+  if (attributes_.size() > kLinearSearchLimit) {
     std::vector<ExpandedName> names;
     for (const Attribute& attribute : attributes_) names.push_back({0, attribute.name});
     CheckUnique(names);

@@ -18,14 +18,14 @@ std::string_view TrimmedStart(std::string_view text) {
 Document::Document(std::string bytes)
     : bytes_(std::move(bytes)), size_(bytes_.size()), encoding_(bytes_) {
   if (encoding_.IsUtf8()) {
-    bytes_.reserve(size_ + kZerosBehind);  // exactly, where appending would double it
-    bytes_.append(kZerosBehind, '\0');
-    text_ = bytes_.data() + encoding_.MarkLength();
-    nodes_ = Read(text_, size_ - encoding_.MarkLength());
+    bytes_.reserve(size_ + kPadding);  // exactly, where appending would double it
+    bytes_.append(kPadding, '\0');
+    text_ = bytes_.data() + encoding_.BomLength();
+    nodes_ = Read(text_, size_ - encoding_.BomLength());
   } else {
     decoded_ = encoding_.Decode(bytes_);
     const std::size_t length = decoded_.size();
-    decoded_.append(kZerosBehind, '\0');
+    decoded_.append(kPadding, '\0');
     text_ = decoded_.data();
     nodes_ = Read(text_, length);
   }
@@ -47,7 +47,7 @@ void Document::AppendPiece(std::string_view piece, bool needs_decoding, std::u16
   }
 }
 
-bool Document::HasBlankBehind(NodeIndex node) const {
+bool Document::HasBlankAfter(NodeIndex node) const {
   const NodeIndex next = NextSibling(node);
   if (next != kNoNode && TypeOf(next) == NodeType::kText) return false;
   return TypeOf(node) != NodeType::kText && Has(text_[EndOfMarkup(node)], kSpace);
@@ -89,7 +89,7 @@ void Document::AppendJoinedText(NodeIndex start, std::u16string& out) const {
     if (i > start) {
       // What closed since the node before this one: that node, and its parents up to this one's.
       for (NodeIndex closed = i - 1; closed != node.parent; closed = nodes_[closed].parent) {
-        has_blank = has_blank || HasBlankBehind(closed) ||
+        has_blank = has_blank || HasBlankAfter(closed) ||
                     (IsElement(closed) && last_text < closed && StartsWithBlank(closed));
       }
       const bool is_text = node.type == NodeType::kText || node.type == NodeType::kCData ||

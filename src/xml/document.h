@@ -17,7 +17,7 @@ namespace sab::xml {
 class Document {
  public:
   /// What the reader looks at behind the text. Bytes with so much capacity to spare are not copied.
-  static constexpr std::size_t kZerosBehind = 16;
+  static constexpr std::size_t kPadding = 16;
 
   /// Reads a document in any known encoding. Raises Error; std::bad_alloc.
   explicit Document(std::string bytes);
@@ -91,7 +91,7 @@ class Document {
     return node;
   }
   // Whether white space that is no node follows a node, or stands first in an element.
-  bool HasBlankBehind(NodeIndex node) const;
+  bool HasBlankAfter(NodeIndex node) const;
   bool StartsWithBlank(NodeIndex element) const;
   // The text of an element that has nothing else; it never starts with white space.
   std::string_view OnlyTextOf(NodeIndex element) const {

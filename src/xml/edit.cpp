@@ -194,7 +194,7 @@ std::string Editor::Serialise() const {
   std::string out;
   out.reserve(bytes.size() + bytes.size() / 8 + 64);
   std::size_t text_done = 0;
-  std::size_t bytes_done = encoding.MarkLength();
+  std::size_t bytes_done = encoding.BomLength();
   out.append(bytes.substr(0, bytes_done));
   // The bytes of the text up to a place.
   const auto take = [&](std::size_t text_end) {

@@ -38,7 +38,7 @@ bool IsNameOfUtf16(const std::string& upper) {
 
 Encoding::Encoding(std::string_view bytes) {
   RecogniseForm(bytes);
-  const std::string_view body = bytes.substr(mark_length_);
+  const std::string_view body = bytes.substr(bom_length_);
   if (form_ == Form::kUtf8) {
     const std::string_view name = DeclaredName(body);
     const std::string upper = UpperCase(name);
@@ -47,7 +47,7 @@ Encoding::Encoding(std::string_view bytes) {
       throw Error(1, 1, "the file says " + upper + ", but its bytes are not: correct what it says");
     }
     // A mark says more than the declaration.
-    if (mark_length_ == 0) SetCodePage(name);
+    if (bom_length_ == 0) SetCodePage(name);
     return;
   }
   std::string start;  // of the declaration, as far as it is ASCII
@@ -66,15 +66,15 @@ Encoding::Encoding(std::string_view bytes) {
 void Encoding::RecogniseForm(std::string_view bytes) {
   using namespace std::string_view_literals;
   if (bytes.starts_with("\xEF\xBB\xBF"sv)) {
-    mark_length_ = 3;
+    bom_length_ = 3;
   } else if (bytes.starts_with("\xFF\xFE\0\0"sv) || bytes.starts_with("\0\0\xFE\xFF"sv)) {
     throw Error(1, 1, "UTF-32 is not read: save the file as UTF-8");
   } else if (bytes.starts_with("\xFF\xFE"sv)) {
     form_ = Form::kUtf16LittleEndian;
-    mark_length_ = 2;
+    bom_length_ = 2;
   } else if (bytes.starts_with("\xFE\xFF"sv)) {
     form_ = Form::kUtf16BigEndian;
-    mark_length_ = 2;
+    bom_length_ = 2;
   } else if (bytes.starts_with("<\0?\0"sv)) {
     form_ = Form::kUtf16LittleEndian;
   } else if (bytes.starts_with("\0<\0?"sv)) {
@@ -116,7 +116,7 @@ char16_t Encoding::UnitAt(const char* bytes) const {
 }
 
 std::string Encoding::Decode(std::string_view bytes) const {
-  const std::string_view body = bytes.substr(mark_length_);
+  const std::string_view body = bytes.substr(bom_length_);
   std::string text;
   text.reserve(body.size() + body.size() / 2);
   if (form_ == Form::kUtf8) {

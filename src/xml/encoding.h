@@ -20,7 +20,7 @@ class Encoding {
   /// Whether the bytes behind the mark are the text as they stand.
   bool IsUtf8() const { return form_ == Form::kUtf8; }
   /// Bytes of the byte-order mark.
-  std::size_t MarkLength() const { return mark_length_; }
+  std::size_t BomLength() const { return bom_length_; }
 
   /// The text as UTF-8, without the mark. Raises Error for undecodable bytes.
   std::string Decode(std::string_view bytes) const;
@@ -45,7 +45,7 @@ class Encoding {
   void AppendUnit(std::string& bytes, char16_t unit) const;
 
   Form form_ = Form::kUtf8;
-  std::size_t mark_length_ = 0;
+  std::size_t bom_length_ = 0;
   std::unique_ptr<CodePage> code_page_;
 };
 

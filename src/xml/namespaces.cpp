@@ -8,7 +8,7 @@ namespace sab::xml {
 namespace {
 
 constexpr std::string_view kXmlns = "http://www.w3.org/2000/xmlns/";
-constexpr std::uint32_t kFew = 8;
+constexpr std::uint32_t kLinearSearchLimit = 8;
 
 }  // namespace
 
@@ -25,7 +25,7 @@ const char* Namespaces::Declare(std::uint32_t depth, std::string_view prefix,
   if (!prefix.empty() && value.empty()) return "a prefix may not be undeclared";
   const auto index = static_cast<std::uint32_t>(declarations_.size());
   std::uint32_t hidden = 0;
-  if (index >= kFew) hidden = std::exchange(last_of_prefix_[prefix], index);
+  if (index >= kLinearSearchLimit) hidden = std::exchange(last_of_prefix_[prefix], index);
   declarations_.push_back({depth, prefix, value, 0, hidden});
   return nullptr;
 }
@@ -35,7 +35,7 @@ Namespaces::Declaration* Namespaces::Find(std::string_view prefix) {
     const auto last = last_of_prefix_.find(prefix);
     if (last != last_of_prefix_.end()) return &declarations_[last->second];
   }
-  for (std::size_t i = std::min<std::size_t>(declarations_.size(), kFew); i-- > 0;) {
+  for (std::size_t i = std::min<std::size_t>(declarations_.size(), kLinearSearchLimit); i-- > 0;) {
     if (declarations_[i].prefix == prefix) return &declarations_[i];
   }
   return prefix == "xml" ? &xml_ : nullptr;
@@ -50,7 +50,7 @@ void Namespaces::ForgetLast() {
   const Declaration& last = declarations_.back();
   if (last.hidden != 0) {
     last_of_prefix_[last.prefix] = last.hidden;
-  } else if (declarations_.size() > kFew) {
+  } else if (declarations_.size() > kLinearSearchLimit) {
     last_of_prefix_.erase(last.prefix);
   }
   declarations_.pop_back();

@@ -43,7 +43,7 @@ std::size_t SkipBracket(std::string_view path, std::size_t i) {
 
 // Whether a step after "<path>/" starts at the nodes of the whole path. It does not where the path
 // is several joined by an operator ("a | b"), or ends with a slash.
-bool GoesOnWithAStep(std::string_view path) {
+bool ContinuesWithStep(std::string_view path) {
   bool ends_step = false;  // what stands here ends a step: no name and no * may follow
   for (std::size_t i = 0; i < path.size();) {
     const char c = path[i];
@@ -114,7 +114,7 @@ NodeIndex Paths::SelectFirst(std::string_view path) {
 std::optional<std::vector<NodeIndex>> Paths::SelectParents(std::string_view path) {
   if (path.empty()) return std::vector<NodeIndex>(1, kNoNode);
   if (IsChildSteps(path)) return SelectAll(path);
-  if (!GoesOnWithAStep(path)) return std::nullopt;
+  if (!ContinuesWithStep(path)) return std::nullopt;
   std::vector<NodeIndex> parents = Evaluate(path, true);
   for (std::size_t i = 1; i < parents.size(); ++i) {
     if (parents[i - 1] == kNoNode || parents[i] < document_.EndOf(parents[i - 1]))

@@ -103,7 +103,7 @@ class Reader : private AttributeReader {
 
   void ReadElements() {
     do {
-      if (ReadForeseenTag()) continue;
+      if (ReadPredictedTag()) continue;
       if (*p_ != '<') {
         ReadText();
         continue;
@@ -134,7 +134,7 @@ class Reader : private AttributeReader {
     const char* const start = p_++;
     const std::string_view name = ReadName("an element's name");
     const auto indentation = space_end_ == start ? static_cast<std::size_t>(start - space_) : 0;
-    Foresee(name);
+    PredictTag(name);
     ReadElement(start, name,
                 static_cast<std::uint16_t>(indentation <= UINT16_MAX ? indentation : 0));
   }
@@ -142,7 +142,7 @@ class Reader : private AttributeReader {
   // Files repeat themselves: an element is mostly followed by what followed the last one of its
   // name, down to the indentation. So the next tag is compared as a whole with the one that stood
   // there before looking at its bytes one by one.
-  void Foresee(std::string_view name) {
+  void PredictTag(std::string_view name) {
     const auto letter = [](char c) { return static_cast<unsigned char>(c); };
     NodeIndex& last =
         last_of_name_[(name.size() + letter(name.front()) * std::size_t{5} + letter(name.back())) %
@@ -150,12 +150,12 @@ class Reader : private AttributeReader {
     const Node& node = nodes_[last];
     const bool has_name = last != kNoNode && node.name_length == name.size() &&
                           Matches(text_ + node.start + 1, name.data(), name.size());
-    foreseen_ = has_name ? last + 1 : kNoNode;
+    predicted_ = has_name ? last + 1 : kNoNode;
     last = nodes_.Size();
   }
 
-  bool ReadForeseenTag() {
-    const Node& node = nodes_[foreseen_];
+  bool ReadPredictedTag() {
+    const Node& node = nodes_[predicted_];
     if (node.type != NodeType::kElement || node.prefix_length != 0) return false;
     const std::uint16_t indentation = node.indentation;
     // From the white space to what ends the name.
@@ -166,7 +166,7 @@ class Reader : private AttributeReader {
     const std::string_view name(start + 1, node.name_length);
     p_ += size - 1;
     colon_ = nullptr;
-    ++foreseen_;
+    ++predicted_;
     ReadElement(start, name, indentation);
     return true;
   }
@@ -307,7 +307,7 @@ class Reader : private AttributeReader {
   const char* space_ = nullptr;  // white space between two tags, the last that was read
   const char* space_end_ = nullptr;
   NodeArray nodes_;
-  NodeIndex foreseen_ = kNoNode;                 // the element whose tag is expected to come again
+  NodeIndex predicted_ = kNoNode;                // the element whose tag is expected to come again
   std::array<NodeIndex, 64> last_of_name_ = {};  // by a number made of the name
   NodeIndex open_ = kNoNode;                     // the element whose content is being read
   NodeIndex previous_ = kNoNode;                 // its last child so far

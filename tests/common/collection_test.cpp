@@ -75,7 +75,7 @@ TEST_F(CollectionTest, EveryOperationGivesItsOrderThroughARandomLife) {
     std::function<HRESULT()> on_list;
     std::function<void()> on_keys;
   };
-  constexpr std::size_t kForAnEmptyList = 8;
+  constexpr std::size_t kOperationsOnEmptyList = 8;
   const Operation operations[] = {
       {[&] { return list->AddHead(x.Get(), nullptr); }, [&] { keys.insert(0, 1, key); }},
       {[&] { return list->AddTail(x.Get(), nullptr); }, [&] { keys += key; }},
@@ -108,7 +108,7 @@ TEST_F(CollectionTest, EveryOperationGivesItsOrderThroughARandomLife) {
     const std::size_t element = pick(pool.size());
     x = pool[element];
     key = static_cast<char>('a' + element);
-    std::size_t chosen = pick(kForAnEmptyList);
+    std::size_t chosen = pick(kOperationsOnEmptyList);
     if (!keys.empty()) {
       i = pick(keys.size());
       j = pick(keys.size());

@@ -9,13 +9,13 @@ namespace sab::testing {
 namespace {
 
 TEST(Arrays, BoundsThatNoIndexReachesAreRefused) {
-  constexpr LONG kLeast = std::numeric_limits<LONG>::min();
-  constexpr LONG kMost = std::numeric_limits<LONG>::max();
+  constexpr LONG kMin = std::numeric_limits<LONG>::min();
+  constexpr LONG kMax = std::numeric_limits<LONG>::max();
   const struct {
     SAFEARRAYBOUND bound;
     bool is_valid;
-  } rows[] = {{{1, kMost}, true},   {{2, kMost}, false},          {{0, kLeast + 1}, true},
-              {{0, kLeast}, false}, {{0xFFFFFFFF, kMost}, false}, {{3, kLeast}, true}};
+  } rows[] = {{{1, kMax}, true},  {{2, kMax}, false},          {{0, kMin + 1}, true},
+              {{0, kMin}, false}, {{0xFFFFFFFF, kMax}, false}, {{3, kMin}, true}};
   for (const auto& row : rows) {
     SAFEARRAYBOUND bound = row.bound;
     SAFEARRAY* const array = SafeArrayCreate(VT_UI1, 1, &bound);

@@ -263,8 +263,8 @@ TEST_F(CatalogueTest, ARevisionOfAThirdPartyReadsItsElementsItself) {
   // It may hand elements on, as long as its own call runs.
   ASSERT_EQ(
       S_OK,
-      Load(Catalogue(Standard("", Nested("Symbol", clsid + "<Revision><HandOn><RevName>r"
-                                                           "</RevName></HandOn></Revision>")))));
+      Load(Catalogue(Standard("", Nested("Symbol", clsid + "<Revision><Forward><RevName>r"
+                                                           "</RevName></Forward></Revision>")))));
   const auto own = Standards()[0]
                        .Follow("GetSymbolParserColl [0] GetRevParserColl")
                        .As<IVeStdSymRevParserColl>();

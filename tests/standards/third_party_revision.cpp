@@ -71,7 +71,7 @@ class Revision final : public IVeStdSymRevParser {
     const sabxml::Node node(i_ulPrsNode);
     const auto first = node.FirstChild();
     if (first && LocalNameOf(first) == OLESTR("Refuse")) return E_ACCESSDENIED;
-    if (first && LocalNameOf(first) == OLESTR("HandOn")) return HandOn(first);
+    if (first && LocalNameOf(first) == OLESTR("Forward")) return Forward(first);
     revision_ = standard_ + OLESTR(" ") + Describe(node);
     return S_OK;
   }
@@ -93,7 +93,7 @@ class Revision final : public IVeStdSymRevParser {
 
  private:
   // Lets a parser of the server read the element.
-  HRESULT HandOn(const sabxml::Node& node) {
+  HRESULT Forward(const sabxml::Node& node) {
     IVeStdSymRevParser* parser = nullptr;
     HRESULT result = CoCreateInstance(CLSID_VeStdBomRevParser, nullptr, CLSCTX_INPROC_SERVER,
                                       IID_IVeStdSymRevParser, reinterpret_cast<void**>(&parser));

@@ -24,7 +24,7 @@ std::string NameOfValue(const MemberDescription& member) {
   return member.name;
 }
 
-bool TellsValues(const MemberDescription& member, std::size_t inputs) {
+bool ReturnsValue(const MemberDescription& member, std::size_t inputs) {
   if (member.kind == "put" || member.InputCount() != inputs) return false;
   return !member.result.empty() || member.parameters.size() > inputs;
 }
@@ -32,7 +32,7 @@ bool TellsValues(const MemberDescription& member, std::size_t inputs) {
 bool IsReadable(const MemberDescription& member) {
   const bool is_named_so = member.kind == "get" || member.name.starts_with("Get") ||
                            member.name.starts_with("get_") || member.name.starts_with("Is");
-  return is_named_so && TellsValues(member, 0);
+  return is_named_so && ReturnsValue(member, 0);
 }
 
 // A count may stand for a list, whose elements another method gives.
@@ -45,12 +45,12 @@ ReadableMember Readable(const MemberDescription& member,
   const std::string stem = member.name.substr(0, member.name.size() - kCount.size());
   const MemberDescription* const name = Find(members, stem + "Name");
   const MemberDescription* const by_name = Find(members, stem);
-  if (name && by_name && TellsValues(*name, 1) && TellsValues(*by_name, 1)) {
+  if (name && by_name && ReturnsValue(*name, 1) && ReturnsValue(*by_name, 1)) {
     return {Kind::kNamedValues, stem + "s", member, *by_name, *name};
   }
   for (const std::string& candidate : {stem + "At", stem}) {
     const MemberDescription* const element = Find(members, candidate);
-    if (!element || !TellsValues(*element, 1)) continue;
+    if (!element || !ReturnsValue(*element, 1)) continue;
     readable.kind = Kind::kCountedList;
     readable.element = *element;
     readable.name.resize(readable.name.size() - kCount.size());

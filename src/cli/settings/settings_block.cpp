@@ -17,11 +17,11 @@ namespace sabxml::cli {
 namespace {
 
 // Deeper levels than those that settings have are told as one text.
-constexpr int kDeepest = 8;
+constexpr int kMaxDepth = 8;
 
 Json StructureAsJson(const sab::ConfigElement& element, int depth = 0) {
   sab::Text text;
-  if (depth == kDeepest || sab::IsLeaf(element)) return sab::ToUtf8(element.ReadText(text));
+  if (depth == kMaxDepth || sab::IsLeaf(element)) return sab::ToUtf8(element.ReadText(text));
   Json structure = Json::object();
   for (const sab::ConfigElement child : element.Children()) {
     Json value = StructureAsJson(child, depth + 1);

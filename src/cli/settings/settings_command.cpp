@@ -82,7 +82,7 @@ class SettingsCommand {
     command_.add_flag("--json", options_->as_json, "Print JSON");
     return *this;
   }
-  SettingsCommand& ThatWrites() {
+  SettingsCommand& WithWriteOptions() {
     command_.add_flag("--backup", options_->keeps_backup, "Keep the old file as FILE.bak");
     command_.add_flag("--dry-run", options_->is_dry, "Say what would be done and change nothing");
     return *this;
@@ -109,12 +109,12 @@ void AddSettingsCommands(CLI::App& program) {
       .WithNames("KEY", "Keys; all of them if none is given", false)
       .WithJson();
   SettingsCommand set(settings, "set", "Change values", SetSettings);
-  set.WithBlock().WithNames("KEY=VALUE", "Keys and their new values", true).ThatWrites();
+  set.WithBlock().WithNames("KEY=VALUE", "Keys and their new values", true).WithWriteOptions();
   set.App().footer(kSetHelp);
   SettingsCommand(settings, "unset", "Remove all copies of keys", UnsetSettings)
       .WithBlock()
       .WithNames("KEY", "Keys", true)
-      .ThatWrites();
+      .WithWriteOptions();
   SettingsCommand(settings, "dump", "Print values with their types, lines and copies", DumpSettings)
       .WithBlock()
       .WithJson();
@@ -130,7 +130,7 @@ void AddSettingsCommands(CLI::App& program) {
                       "End with 1 where there are differences");
 
   SettingsCommand compact(settings, "compact", "Leave one copy of each key", CompactSettings);
-  compact.WithBlock().ThatWrites();
+  compact.WithBlock().WithWriteOptions();
   compact.App().add_flag("--newest", compact.Options().keeps_newest,
                          "Keep what was saved last, not what a load takes");
   compact.App().footer(kCompactHelp);

@@ -15,7 +15,7 @@ std::string DefaultOf(const sab::SettingsRow& row, const void* fields) {
 }
 
 std::string AboutKey(const sab::SettingsRow& row) {
-  std::string about = sab::NoteOn(row);
+  std::string about = sab::NoteOf(row);
   if (row.property != row.key) {
     about += (about.empty() ? "member " : "; member ") + std::string(row.property);
   }
@@ -64,7 +64,7 @@ Json GroupAsJson(const SettingsChoice& choice) {
                     {"member", row.property},
                     {"type", sab::WordsForSetting(row.type)},
                     {"default", value},
-                    {"note", sab::NoteOn(row)}});
+                    {"note", sab::NoteOf(row)}});
   }
   group["keys"] = std::move(keys);
   return group;

@@ -73,7 +73,7 @@ std::string ShownOld(const SettingsEntry& entry) {
   return value.empty() ? "(default)" : value + " (default)";
 }
 
-std::string CopiesGone(std::size_t count) {
+std::string RemovedCopies(std::size_t count) {
   if (count == 0) return "";
   return count == 1 ? "1 further copy is removed"
                     : std::to_string(count) + " further copies are removed";
@@ -140,7 +140,7 @@ void SetSettings(const SettingsOptions& options) {
       continue;
     }
     const std::size_t further = entry.copies.empty() ? 0 : entry.copies.size() - 1;
-    columns.Add({entry.key, ShownOld(entry), "-> " + shown, CopiesGone(further)});
+    columns.Add({entry.key, ShownOld(entry), "-> " + shown, RemovedCopies(further)});
     block.Set(entry, text);
     is_changed = true;
   }
@@ -172,7 +172,7 @@ void UnsetSettings(const SettingsOptions& options) {
       columns.Add({entry.key, "(not there)"});
       continue;
     }
-    columns.Add({entry.key, ShownOld(entry), "removed", CopiesGone(entry.copies.size() - 1)});
+    columns.Add({entry.key, ShownOld(entry), "removed", RemovedCopies(entry.copies.size() - 1)});
     SettingsBlock::RemoveAll(entry);
     is_changed = true;
   }

@@ -67,7 +67,7 @@ void ShowTextTemplate(const Settings& settings, Server& server, const std::strin
   const Reference<IDispatch> parser = LoadTextTemplate(server, file);
   const std::unique_ptr<TreeSink> printer = PrinterFor(settings, as_json);
   printer->BeginObject({}, {}, 0);
-  TellTextTemplate(*parser.Get(), *printer);
+  PrintTextTemplate(*parser.Get(), *printer);
   printer->End();
 }
 

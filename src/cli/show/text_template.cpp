@@ -43,7 +43,7 @@ Reference<IDispatch> LoadTextTemplate(Server& server, const std::string& file) {
   return parser;
 }
 
-void TellTextTemplate(IDispatch& parser, TreeSink& sink) {
+void PrintTextTemplate(IDispatch& parser, TreeSink& sink) {
   sink.BeginObject(kClass, {}, 0);
   sink.BeginList("Sections");
   const LONG sections = Get(parser, "SectionCount").Get().lVal;

@@ -12,6 +12,6 @@ namespace sabxml::cli {
 Reference<IDispatch> LoadTextTemplate(Server& server, const std::string& file);
 
 /// Tells all sections of a loaded template with their lines.
-void TellTextTemplate(IDispatch& parser, TreeSink& sink);
+void PrintTextTemplate(IDispatch& parser, TreeSink& sink);
 
 }  // namespace sabxml::cli

@@ -8,10 +8,10 @@ namespace sabxml::cli {
 namespace {
 
 // Where nesting is deeper than anybody can see, blanks would outgrow the text.
-constexpr std::size_t kDeepestIndentation = 40;
+constexpr std::size_t kMaxIndentation = 40;
 
 std::string Indentation(std::size_t depth) {
-  return std::string(2 * std::min(depth, kDeepestIndentation), ' ');
+  return std::string(2 * std::min(depth, kMaxIndentation), ' ');
 }
 
 }  // namespace

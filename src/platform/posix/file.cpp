@@ -13,7 +13,7 @@
 namespace sab {
 namespace {
 
-constexpr std::size_t kRoom = 4096;
+constexpr std::size_t kExtraCapacity = 4096;
 
 bool Exists(const std::string& path) {
   struct stat status;
@@ -100,8 +100,8 @@ std::optional<std::string> ReadBytes(int file, std::string& reason) {
 
   // Room behind the end shows where it is without another allocation; the size of some files
   // (those of /proc) is only known there.
-  if (status.st_size > static_cast<off_t>(kLargestFile)) return refuse(Words(EFBIG));
-  std::string bytes(static_cast<std::size_t>(status.st_size) + kRoom, '\0');
+  if (status.st_size > static_cast<off_t>(kMaxFileSize)) return refuse(Words(EFBIG));
+  std::string bytes(static_cast<std::size_t>(status.st_size) + kExtraCapacity, '\0');
   std::size_t size = 0;
   for (;;) {
     const ssize_t count = read(file, bytes.data() + size, bytes.size() - size);
@@ -112,8 +112,8 @@ std::optional<std::string> ReadBytes(int file, std::string& reason) {
     }
     size += static_cast<std::size_t>(count);
     if (static_cast<off_t>(size) == status.st_size) break;
-    if (size > kLargestFile) return refuse(Words(EFBIG));
-    if (bytes.size() - size < kRoom / 2) bytes.resize(bytes.size() * 2);
+    if (size > kMaxFileSize) return refuse(Words(EFBIG));
+    if (bytes.size() - size < kExtraCapacity / 2) bytes.resize(bytes.size() * 2);
   }
   bytes.resize(size);
   return bytes;

@@ -12,7 +12,7 @@ namespace sab {
 namespace {
 
 // Ten seconds, in steps.
-constexpr int kMostWaits = 5000;
+constexpr int kMaxWaits = 5000;
 constexpr useconds_t kWait = 2000;
 
 constexpr HRESULT kLockViolation = static_cast<HRESULT>(0x80070021);
@@ -24,7 +24,7 @@ int TryLock(int file) {
   lock.l_type = F_WRLCK;
   lock.l_whence = SEEK_SET;
   // Beyond every file that is read, since elsewhere such a lock would keep readers away.
-  lock.l_start = static_cast<off_t>(kLargestFile);
+  lock.l_start = static_cast<off_t>(kMaxFileSize);
   lock.l_len = 1;
   // A lock of the process would be lost as soon as any descriptor of the file is closed.
   if (fcntl(file, F_OFD_SETLK, &lock) == 0) return 0;
@@ -40,7 +40,7 @@ FileLock::FileLock(TextView name) {
   const auto refuse = [&shown](int error) {
     throw ComError(ResultOf(error), shown + Words(error));
   };
-  for (int waits = 0; waits < kMostWaits; ++waits) {
+  for (int waits = 0; waits < kMaxWaits; ++waits) {
     OpenFile file(OpenWithoutWaiting(path.c_str(), O_RDWR));
     if (file.Get() < 0) {
       const bool is_no_file = errno == ENOENT || errno == ENOTDIR || errno == EISDIR;

@@ -18,8 +18,8 @@
 namespace sab {
 namespace {
 
-constexpr int kMostLinks = 40;
-constexpr int kMostNames = 1000;
+constexpr int kMaxLinks = 40;
+constexpr int kMaxNameAttempts = 1000;
 constexpr std::string_view kTemporaryStart = ".sabxml-";
 constexpr std::string_view kTemporaryEnd = ".tmp";
 
@@ -167,7 +167,7 @@ class TemporaryFile {
   int Create(mode_t mode) {
     static std::atomic<unsigned> counter =
         static_cast<unsigned>(std::chrono::steady_clock::now().time_since_epoch().count());
-    for (int attempt = 0; attempt < kMostNames; ++attempt) {
+    for (int attempt = 0; attempt < kMaxNameAttempts; ++attempt) {
       path_ = folder_ + std::string(kTemporaryStart) + std::to_string(getpid()) + '-' +
               std::to_string(counter++) + std::string(kTemporaryEnd);
       OpenFile file(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
@@ -209,7 +209,7 @@ struct Target {
 // Follows symbolic links to the file that is meant, which need not exist.
 int FollowLinks(Target& target) {
   std::string& path = target.path;
-  for (int links = 0; links < kMostLinks; ++links) {
+  for (int links = 0; links < kMaxLinks; ++links) {
     target.exists = lstat(path.c_str(), &target.status) == 0;
     if (!target.exists) return errno == ENOENT ? 0 : errno;
     if (!S_ISLNK(target.status.st_mode)) return 0;

@@ -49,7 +49,7 @@ constexpr VeXmlNodeFunctions kFunctions = {
       auto* const call = static_cast<NodeHandle*>(LiveHandle::Innermost());
       if (!call) return 0;
       try {
-        return call->HandOn(*node);
+        return call->Forward(*node);
       } catch (const std::bad_alloc&) {
         return 0;
       }
@@ -64,10 +64,10 @@ VeXmlNode NodeOf(const Element& element) {
 
 NodeHandle::NodeHandle(const Element& element) : node_(NodeOf(element)) {}
 
-ULONG_PTR NodeHandle::HandOn(const VeXmlNode& node) {
+ULONG_PTR NodeHandle::Forward(const VeXmlNode& node) {
   auto copy = std::make_unique<VeXmlNode>(node);
   const ULONG_PTR handle = HandleOf(*copy);
-  handed_on_.emplace(handle, std::move(copy));
+  forwarded_.emplace(handle, std::move(copy));
   return handle;
 }
 

@@ -19,17 +19,17 @@ class NodeHandle final : public LiveHandle {
   ULONG_PTR Get() const { return HandleOf(node_); }
 
   /// The handle of a copy of a node, which lives as long as this one. Raises std::bad_alloc.
-  ULONG_PTR HandOn(const VeXmlNode& node);
+  ULONG_PTR Forward(const VeXmlNode& node);
 
  private:
   static ULONG_PTR HandleOf(const VeXmlNode& node) { return reinterpret_cast<ULONG_PTR>(&node); }
 
   bool Is(ULONG_PTR handle) const noexcept override {
-    return handle == Get() || handed_on_.contains(handle);
+    return handle == Get() || forwarded_.contains(handle);
   }
 
   VeXmlNode node_;
-  std::unordered_map<ULONG_PTR, std::unique_ptr<VeXmlNode>> handed_on_;
+  std::unordered_map<ULONG_PTR, std::unique_ptr<VeXmlNode>> forwarded_;
 };
 
 /// The element that a handle names. Raises ComError(E_INVALIDARG) for a handle that this library

@@ -32,7 +32,7 @@ UINT NumberOf(std::string_view name) {
   for (const auto& known : kKnown) {
     if (upper == known.name) return known.number;
   }
-  const auto digits_behind = [&upper](std::string_view prefix) -> UINT {
+  const auto number_after = [&upper](std::string_view prefix) -> UINT {
     if (!upper.starts_with(prefix) || upper.size() == prefix.size()) return 0;
     UINT number = 0;
     for (const char c : std::string_view(upper).substr(prefix.size())) {
@@ -41,8 +41,8 @@ UINT NumberOf(std::string_view name) {
     }
     return number;
   };
-  if (const UINT number = digits_behind("WINDOWS-")) return number;
-  if (const UINT part = digits_behind("ISO-8859-")) return 28590 + part;
+  if (const UINT number = number_after("WINDOWS-")) return number;
+  if (const UINT part = number_after("ISO-8859-")) return 28590 + part;
   return 0;
 }
 

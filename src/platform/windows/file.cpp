@@ -14,13 +14,13 @@
 namespace sab {
 namespace {
 
-constexpr int kMostNames = 1000;
-constexpr int kMostAttempts = 250;
+constexpr int kMaxNameAttempts = 1000;
+constexpr int kMaxAttempts = 250;
 constexpr DWORD kWait = 2;
 constexpr wchar_t kTemporaryStart[] = L"sabxml-";
 constexpr wchar_t kTemporaryEnd[] = L".tmp";
-constexpr std::size_t kRoom = 16;
-constexpr DWORD kLargestStep = 1U << 26;
+constexpr std::size_t kPadding = 16;
+constexpr DWORD kMaxStep = 1U << 26;
 
 Text FolderOf(const Text& path) { return path.substr(0, path.find_last_of(L"\\/:") + 1); }
 
@@ -64,7 +64,7 @@ class TemporaryFile {
   // The steps of a replacement, each giving 0 or the error number of the system.
   DWORD WriteAndFlush(std::string_view bytes) {
     while (!bytes.empty()) {
-      const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), kLargestStep));
+      const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), kMaxStep));
       DWORD written = 0;
       if (!WriteFile(file_.Get(), bytes.data(), step, &written, nullptr)) return GetLastError();
       if (written == 0) return ERROR_DISK_FULL;
@@ -88,7 +88,7 @@ class TemporaryFile {
       // Whoever reads the old file will soon be ready.
       const bool is_open =
           error == ERROR_SHARING_VIOLATION || error == ERROR_UNABLE_TO_REMOVE_REPLACED;
-      if (attempt == kMostAttempts || (!is_half_done && !is_open)) return error;
+      if (attempt == kMaxAttempts || (!is_half_done && !is_open)) return error;
       if (is_half_done) exists = false;
       Sleep(kWait);
     }
@@ -100,7 +100,7 @@ class TemporaryFile {
   HANDLE Create() {
     static std::atomic<DWORD> counter = GetTickCount();
     const Text folder = path_;
-    for (int attempt = 0; attempt < kMostNames; ++attempt) {
+    for (int attempt = 0; attempt < kMaxNameAttempts; ++attempt) {
       path_ = folder + kTemporaryStart + std::to_wstring(GetCurrentProcessId()) + L'-' +
               std::to_wstring(counter++) + kTemporaryEnd;
       const HANDLE file = CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
@@ -217,15 +217,15 @@ std::optional<std::string> ReadFileBytes(TextView name, std::string& reason) {
   if (GetFileType(file.Get()) != FILE_TYPE_DISK) return refuse("not a regular file");
   LARGE_INTEGER file_size;
   if (!GetFileSizeEx(file.Get(), &file_size)) return refuse(Words(GetLastError()));
-  if (file_size.QuadPart > static_cast<LONGLONG>(kLargestFile))
+  if (file_size.QuadPart > static_cast<LONGLONG>(kMaxFileSize))
     return refuse(Words(ERROR_FILE_TOO_LARGE));
   const auto capacity = static_cast<std::size_t>(file_size.QuadPart);
   std::string bytes;
-  bytes.reserve(capacity + kRoom);
+  bytes.reserve(capacity + kPadding);
   bytes.resize(capacity);
   std::size_t size = 0;
   while (size < capacity) {
-    const auto step = static_cast<DWORD>(std::min<std::size_t>(capacity - size, kLargestStep));
+    const auto step = static_cast<DWORD>(std::min<std::size_t>(capacity - size, kMaxStep));
     DWORD count = 0;
     if (!ReadFile(file.Get(), bytes.data() + size, step, &count, nullptr))
       return refuse(Words(GetLastError()));

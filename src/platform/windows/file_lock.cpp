@@ -8,11 +8,11 @@ namespace sab {
 namespace {
 
 // Ten seconds, in steps.
-constexpr int kMostWaits = 5000;
+constexpr int kMaxWaits = 5000;
 constexpr DWORD kWait = 2;
 // While a file that is being deleted is still open, access is denied to all. The system's own
 // denial does not pass, so it is not waited for so long.
-constexpr int kMostDenials = 100;
+constexpr int kMaxDenials = 100;
 
 constexpr wchar_t kEnd[] = L".sabxml-lock";
 
@@ -30,7 +30,7 @@ FileLock::FileLock(TextView name) {
   const Text lock = FinalPathOf(path) + kEnd;
   DWORD error = ERROR_SHARING_VIOLATION;
   int denials = 0;
-  for (int waits = 0; waits < kMostWaits && denials < kMostDenials; ++waits) {
+  for (int waits = 0; waits < kMaxWaits && denials < kMaxDenials; ++waits) {
     const HANDLE file = CreateFileW(lock.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
                                     FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
