@@ -26,13 +26,16 @@ class Object:
     def __init__(self, reference):
         object.__setattr__(self, "_reference", reference)
 
-    # For names in other letters, and for members that the type information does not tell of.
+    # For names in other letters, for members that the type information does not tell of, and after
+    # every AttributeError.
     def __getattr__(self, name):
         if name in Object.__slots__:  # missing in an object that something else made
             raise AttributeError(name)
         member = self._member(name)
-        if member.kinds == _READ and not member.parameters and name == member.name:
+        if member.name not in self._members:
             return BoundMember(self, member)
+        if member.name == name:  # reading it has just failed so
+            return invoke(self, member, _abi.DISPATCH_PROPERTYGET, (), wrap)
         return getattr(self, member.name)
 
     def __setattr__(self, name, value):
@@ -197,8 +200,8 @@ class Opaque:
         self._reference = reference
 
 
-def wrap(reference):
-    dispatch = reference.query(_abi.IID_IDispatch)
+def wrap(reference, vt):
+    dispatch = reference if vt == _abi.VT_DISPATCH else reference.query(_abi.IID_IDispatch)
     return Opaque(reference) if dispatch is None else object_of(dispatch)
 
 
@@ -210,7 +213,7 @@ def object_of(dispatch):
 
 def interface_class(info, known={}):  # the same dictionary at every call
     """The class of the objects that are used through an interface."""
-    guid = guid_of(info)
+    guid = bytes(guid_of(info))
     if guid not in known:
         known[guid] = _new_class(name_of(info), members_of(info))
     return known[guid]

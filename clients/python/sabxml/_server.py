@@ -31,10 +31,10 @@ class Server:
         return self._instance(self._class_id(name))
 
     def classes(self):
-        """Identifiers of the classes by name."""
+        """The classes, each with its name and identifier, by their names in small letters."""
         if self._classes is None:
             classes = types_of(self._instance(_VE_APP_PARSER), _abi.TKIND_COCLASS)
-            self._classes = {name: guid_of(info) for name, info in classes.items()}
+            self._classes = {name.lower(): (name, guid_of(info)) for name, info in classes.items()}
         return self._classes
 
     def interfaces(self):
@@ -59,9 +59,8 @@ class Server:
         # Not registered, or a class without a ProgID.
         name = name[len(PROG_ID_PREFIX):]
         name = name[:-2] if name.endswith(".1") else name
-        for known, text in self.classes().items():
-            if known.lower() == name.lower():
-                return GUID.of(text)
+        if known := self.classes().get(name.lower()):
+            return known[1]
         raise Error(_abi.CO_E_CLASSSTRING, f"the server has no class named {name}")
 
     def _instance(self, clsid):
@@ -76,11 +75,13 @@ class Server:
         if self._get_class_object is None:
             self._load()
         code = self._get_class_object(byref(clsid), byref(_abi.IID_IClassFactory), byref(pointer))
-        runtime().check(code, f"the server has no class {clsid}")
+        if code:
+            runtime().check(code, f"the server has no class {clsid}")
         factory = Reference(pointer.value)
         code = _abi.ClassFactory.create_instance(factory.get(), None, byref(_abi.IID_IDispatch),
                                                  byref(pointer))
-        runtime().check(code, f"creating an object of the class {clsid}")
+        if code:
+            runtime().check(code, f"creating an object of the class {clsid}")
         return Reference(pointer.value)
 
     def _load(self):

@@ -3,7 +3,7 @@
 from ctypes import byref, c_int, c_uint, c_void_p, sizeof
 
 from . import _abi
-from ._abi import ELEMDESC, FUNCDESC, TYPEATTR, TYPEDESC, TypeInfo, TypeLib
+from ._abi import ELEMDESC, FUNCDESC, GUID, TYPEATTR, TYPEDESC, TypeInfo, TypeLib
 from ._runtime import Reference, runtime
 from ._variant import INTEGERS
 
@@ -56,8 +56,8 @@ class Member:
 
 
 def guid_of(info):
-    """The identifier of a type, as text."""
-    return _attributes(info, lambda attributes: str(attributes.guid))
+    """The identifier of a type."""
+    return _attributes(info, lambda attributes: GUID.from_buffer_copy(attributes))
 
 
 def name_of(info):

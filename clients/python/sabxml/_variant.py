@@ -12,6 +12,7 @@ _NUMBERS = {_abi.VT_I1: "i1", _abi.VT_UI1: "ui1", _abi.VT_I2: "i2", _abi.VT_UI2:
             _abi.VT_I4: "i4", _abi.VT_UI4: "ui4", _abi.VT_I8: "i8", _abi.VT_UI8: "ui8",
             _abi.VT_INT: "i4", _abi.VT_UINT: "ui4", _abi.VT_ERROR: "ui4",
             _abi.VT_R4: "r4", _abi.VT_R8: "r8"}
+_OBJECTS = {_abi.VT_DISPATCH, _abi.VT_UNKNOWN}
 _PLAIN = {*_NUMBERS, _abi.VT_EMPTY, _abi.VT_NULL, _abi.VT_BOOL}
 INTEGERS = {_abi.VT_I1, _abi.VT_UI1, _abi.VT_I2, _abi.VT_UI2, _abi.VT_I4, _abi.VT_UI4, _abi.VT_I8,
             _abi.VT_UI8, _abi.VT_INT, _abi.VT_UINT, _abi.VT_INT_PTR, _abi.VT_UINT_PTR}
@@ -113,7 +114,7 @@ def _elements(array, wrap):
 
 
 def load(variant, wrap):
-    """The value of a variant, which keeps what it owns; wrap makes an object of a reference."""
+    """The value of a variant, which keeps what it owns; wrap makes an object of a reference and its type."""
     vt = variant.vt
     if vt in _NUMBERS:
         return getattr(variant, _NUMBERS[vt])
@@ -123,11 +124,11 @@ def load(variant, wrap):
         return variant.i2 != 0
     if vt in (_abi.VT_EMPTY, _abi.VT_NULL):
         return None
-    if vt in (_abi.VT_DISPATCH, _abi.VT_UNKNOWN):
+    if vt in _OBJECTS:
         if not variant.pointer:
             return None
         _abi.add_ref(variant.pointer)
-        return wrap(Reference(variant.pointer))
+        return wrap(Reference(variant.pointer), vt)
     if vt & _abi.VT_BYREF:
         copy = VARIANT()
         runtime().check(runtime().VariantCopyInd(byref(copy), byref(variant)), "reading a value")
@@ -147,6 +148,11 @@ def clear(variant):
 
 def taken(variant, wrap):
     """The value of a variant, which is empty afterwards."""
+    vt = variant.vt
+    if vt in _OBJECTS and variant.pointer:
+        reference = Reference(variant.pointer)  # the variant's own, which saves counting
+        variant.vt = _abi.VT_EMPTY
+        return wrap(reference, vt)
     try:
         return load(variant, wrap)
     finally:

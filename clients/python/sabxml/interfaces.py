@@ -12,7 +12,8 @@ def __getattr__(name):
     info = None if name.startswith("__") else _server_at().interfaces().get(name)
     if info is None:
         raise AttributeError(f"the server has no interface named {name}")
-    return interface_class(info)
+    known = globals()[name] = interface_class(info)
+    return known
 
 
 def __dir__():
