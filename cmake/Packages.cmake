@@ -24,6 +24,8 @@ else()
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS python3)
+  set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+    ${PROJECT_SOURCE_DIR}/cmake/debian/postinst ${PROJECT_SOURCE_DIR}/cmake/debian/prerm)
   set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
     "${PROJECT_DESCRIPTION}: the library, its component runtime, the program sabxml and the Python client.")
 

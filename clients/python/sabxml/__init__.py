@@ -33,7 +33,7 @@ def create(name, library=None):
 
 def classes(library=None):
     """The names of all classes of the server."""
-    return sorted(name for name, _ in _server_at(library).classes().values())
+    return sorted(_server_at(library).classes())
 
 
 def settings(group, file, node, save_to=None):

@@ -173,3 +173,4 @@ class TypeLib:
     get_type_info_count = Slot(3, result=c_uint)
     get_type_info = Slot(4, c_uint, c_void_p)
     get_type_info_type = Slot(5, c_uint, c_void_p)
+    find_name = Slot(11, c_void_p, c_uint32, c_void_p, c_void_p, c_void_p)

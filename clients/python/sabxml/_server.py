@@ -7,7 +7,7 @@ from ._abi import GUID
 from ._errors import Error
 from ._runtime import (SERVER_NAME, Reference, enter_thread, load_library, load_nearby,
                        no_library, runtime)
-from ._type_info import guid_of, types_of
+from ._type_info import find_type, guid_of, type_library_of, type_names
 
 PROG_ID_PREFIX = "SabXmlParser."
 # A class that every server has; its type information leads to all others.
@@ -19,7 +19,7 @@ class Server:
 
     def __init__(self, path=None):
         self._path = path
-        self._classes = None
+        self._classes = {}  # identifiers by the names that were asked for; None for unknown ones
         self._get_class_object = None
         if path:
             self._load()  # its runtime is the one to use
@@ -31,15 +31,19 @@ class Server:
         return self._instance(self._class_id(name))
 
     def classes(self):
-        """The classes, each with its name and identifier, by their names in small letters."""
-        if self._classes is None:
-            classes = types_of(self._instance(_VE_APP_PARSER), _abi.TKIND_COCLASS)
-            self._classes = {name.lower(): (name, guid_of(info)) for name, info in classes.items()}
-        return self._classes
+        """The names of the classes."""
+        return list(type_names(self._type_library(), _abi.TKIND_COCLASS))
 
     def interfaces(self):
-        """The type information of the interfaces by name."""
-        return types_of(self._instance(_VE_APP_PARSER), _abi.TKIND_DISPATCH)
+        """The names of the interfaces."""
+        return list(type_names(self._type_library(), _abi.TKIND_DISPATCH))
+
+    def interface(self, name):
+        """The type information of an interface, or None."""
+        return find_type(self._type_library(), name, _abi.TKIND_DISPATCH)
+
+    def _type_library(self):
+        return type_library_of(self._instance(_VE_APP_PARSER))
 
     def _class_id(self, name):
         if not isinstance(name, str):
@@ -59,8 +63,11 @@ class Server:
         # Not registered, or a class without a ProgID.
         name = name[len(PROG_ID_PREFIX):]
         name = name[:-2] if name.endswith(".1") else name
-        if known := self.classes().get(name.lower()):
-            return known[1]
+        if name not in self._classes:
+            info = find_type(self._type_library(), name, _abi.TKIND_COCLASS)
+            self._classes[name] = info and guid_of(info)
+        if self._classes[name]:
+            return self._classes[name]
         raise Error(_abi.CO_E_CLASSSTRING, f"the server has no class named {name}")
 
     def _instance(self, clsid):

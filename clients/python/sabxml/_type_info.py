@@ -1,6 +1,7 @@
 """What a component says of itself: members with their parameters, and the server's types."""
 
-from ctypes import byref, c_int, c_uint, c_void_p, sizeof
+from ctypes import (byref, c_int, c_int32, c_uint, c_uint16, c_void_p, create_string_buffer,
+                    sizeof)
 
 from . import _abi
 from ._abi import ELEMDESC, FUNCDESC, GUID, TYPEATTR, TYPEDESC, TypeInfo, TypeLib
@@ -92,19 +93,34 @@ def type_info_of(dispatch):
     return None if code < 0 else Reference(info.value)
 
 
-def types_of(dispatch, wanted):
-    """The types of a kind in an object's type library: their type information by name."""
-    pointer, kind = c_void_p(), c_int()
+def type_library_of(dispatch):
+    """The type library that an object's type information is from."""
+    library = c_void_p()
     info = type_info_of(dispatch)
-    _check(TypeInfo.get_containing_type_lib(info.get(), byref(pointer), None))
-    library, types = Reference(pointer.value), {}
+    _check(TypeInfo.get_containing_type_lib(info.get(), byref(library), None))
+    return Reference(library.value)
+
+
+def type_names(library, wanted):
+    """The names of the types of a kind."""
+    pointer, kind = c_void_p(), c_int()
     for index in range(TypeLib.get_type_info_count(library.get())):
         _check(TypeLib.get_type_info_type(library.get(), index, byref(kind)))
         if kind.value == wanted:
             _check(TypeLib.get_type_info(library.get(), index, byref(pointer)))
-            info = Reference(pointer.value)
-            types[name_of(info)] = info
-    return types
+            yield name_of(Reference(pointer.value))
+
+
+def find_type(library, name, wanted):
+    """The type information of a type of a kind by its name in any letter case, or None."""
+    infos, members, count = (c_void_p * 8)(), (c_int32 * 8)(), c_uint16(8)
+    text = create_string_buffer(name.encode("utf-16-le", "surrogatepass") + b"\0")  # which may be changed to the letters of the library
+    _check(TypeLib.find_name(library.get(), text, 0, infos, members, byref(count)))
+    found = [Reference(info) for info in infos[:count.value]]
+    for info, member in zip(found, members):
+        if member == -1 and _attributes(info, lambda attributes: attributes.kind) == wanted:
+            return info
+    return None
 
 
 def _check(code):

@@ -9,7 +9,7 @@ from ._object import interface_class
 
 
 def __getattr__(name):
-    info = None if name.startswith("__") else _server_at().interfaces().get(name)
+    info = None if name.startswith("__") else _server_at().interface(name)
     if info is None:
         raise AttributeError(f"the server has no interface named {name}")
     known = globals()[name] = interface_class(info)
