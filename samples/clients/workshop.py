@@ -30,12 +30,13 @@ for page in app.GetConfigurations():
 
 with tempfile.TemporaryDirectory() as folder:
     copy = shutil.copy(workshop / "settings.xml", folder)
-    display = sabxml.create("VeDisplayCfgParser")
     # Saving leaves what a node has already, so the change goes to another one.
-    with sabxml.settings(display, copy, "/Settings/Display", save_to="/Settings/Apprentice"):
+    name, node, other = "VeDisplayCfgParser", "/Settings/Display", "/Settings/Apprentice"
+    with sabxml.settings(name, copy, node, save_to=other) as display:
         before = display.CursorSize
         display.CursorSize = 9
-    display.Load(copy, "/Settings/Apprentice")
+    display = sabxml.create(name)
+    display.Load(copy, other)
     print(f"cursor size {before}, then {display.CursorSize}")
 
     update = sabxml.create("VeAutoUpdateAdminCfgParser")

@@ -170,19 +170,23 @@ class Members(unittest.TestCase):
 
     def test_settings_as_a_context(self):
         file = shutil.copy(SAMPLES / "settings.xml", self.enterContext(tempfile.TemporaryDirectory()))
-        before, display = Path(file).read_bytes(), new("VeDisplayCfgParser")
+        before, group, node = Path(file).read_bytes(), "VeDisplayCfgParser", "/Settings/Apprentice"
         # The file has that key; the block fails.
-        for target, failure in [(None, sabxml.Error), ("/Settings/Apprentice", KeyError)]:
-            with self.assertRaises(failure), sabxml.settings(display, file, "/Settings/Display", target):
-                self.assertEqual(5, display.CursorSize)
-                display.CursorSize = 9
-                if failure is KeyError:
-                    raise KeyError
-            self.assertEqual((before, 9), (Path(file).read_bytes(), display.CursorSize))
-        with sabxml.settings(display, file, "/Settings/Display", "/Settings/Apprentice"):
+        for target, failure in [(None, sabxml.Error), (node, KeyError)]:
+            with self.assertRaises(failure):
+                with sabxml.settings(group, file, "/Settings/Display", target) as display:
+                    self.assertEqual(5, display.CursorSize)
+                    display.CursorSize = 9
+                    if failure is KeyError:
+                        raise KeyError
+            self.assertEqual(before, Path(file).read_bytes())
+        with sabxml.settings(group, file, "/Settings/Display", node) as display:
             display.CursorSize = 9
-        with sabxml.settings(new("VeDisplayCfgParser"), file, "/Settings/Apprentice") as again:
-            self.assertEqual(9, again.CursorSize)
+        with sabxml.settings(group, file, node) as display:
+            self.assertEqual(9, display.CursorSize)
+        with sabxml.settings("VeSysParameterCfgParser", file, node) as system:
+            system.TempPrefix = "tmp"  # a key that is saved and never loaded
+        self.assertIn(b"<TempPrefix>tmp<", Path(file).read_bytes())
 
 
 class Stubs(unittest.TestCase):
@@ -200,14 +204,14 @@ keys: list[str] = [accel.Key for accel in accels]
 product = sabxml.create("SabXmlParser.VeProductCfgParser")
 product.Value["Paper"] = product.ValueName(0) + product.Value["A"]
 pair: tuple[str, str] = sabxml.create("VeSysParameterCfgParser").get_MatchRuleAt(0, 0)
-with sabxml.settings(sabxml.create("VeDisplayCfgParser"), "x", "/y") as display:
+with sabxml.settings("VeDisplayCfgParser", "x", "/y") as display:
     display.CursorSize = 9
     display.CursorSize = "9"  # wrong
     display.CursorSiez  # wrong
 accels.AddTail(sabxml.create("VePrsRibbonTab"))  # wrong
 accels.AddTail(item=None)  # wrong
 product.ValueCount = 3  # wrong
-sabxml.settings(use, "x", "/y")  # wrong
+sabxml.settings("VeDisplayCfgParser", use, "/y")  # wrong
 """
 
     def test_members_are_those_of_the_objects(self):

@@ -21,14 +21,30 @@ def write_interfaces(library, source):
 
 
 def write_create(library, source):
-    out = [cpp.banner(source, "#"), "from typing import Any, Literal, Optional, overload\n",
-           "from . import interfaces as i", "from . import Path\n"]
-    for coclass in library.coclasses.values():
-        name = f'Literal["{coclass.name}", "{PROG_ID_PREFIX}{coclass.name}"]'
-        out += ["@overload", signature("create", [f"name: {name}", "library: Optional[Path] = ..."],
-                                       f"i.{coclass.interface}")]
-    out += ["@overload", signature("create", ["name: str", "library: Optional[Path] = ..."], "Any")]
+    out = [cpp.banner(source, "#"), "from contextlib import AbstractContextManager",
+           "from typing import Any, Literal, Optional, overload\n", "from . import interfaces as i",
+           "from . import Path\n"]
+    classes = [(f'Literal["{c.name}", "{PROG_ID_PREFIX}{c.name}"]', c.interface)
+               for c in library.coclasses.values()]
+    groups = [(name, interface) for name, interface in classes
+              if library.interfaces[interface].base == "IVeCfgParser"]
+    for name, interface in classes:
+        out += ["@overload", create(name, f"i.{interface}")]
+    out += ["@overload", create("str", "Any")]
+    for name, interface in groups:
+        out += ["@overload", settings(name, f"i.{interface}")]
+    out += ["@overload", settings("str", "Any")]
     return "\n".join(out) + "\n"
+
+
+def create(name, type_):
+    return signature("create", [f"name: {name}", "library: Optional[Path] = ..."], type_)
+
+
+def settings(name, type_):
+    return signature("settings", [f"name: {name}", "file: Path", "node: str",
+                                  "save_to: Optional[str] = ...", "library: Optional[Path] = ..."],
+                     f"AbstractContextManager[{type_}]")
 
 
 def write_interface(library, interface):

@@ -36,18 +36,18 @@ def classes(library=None):
     return sorted(_server_at(library).classes())
 
 
-def settings(group, file, node, save_to=None):
-    """A context that loads a settings group on entry and saves it if the block succeeds.
+def settings(name, file, node, save_to=None, library=None):
+    """A context with a settings group, which is loaded on entry and saved if the block succeeds.
 
-        with settings(create("VeDisplayCfgParser"), "settings.xml", "/Settings/Display") as display:
+        with settings("VeDisplayCfgParser", "settings.xml", "/Settings/Display") as display:
             display.CursorSize = 9
 
-    file and node are those of Load and Save; save_to is another node to save to. Saving adds keys and
-    replaces none, so Error is raised, and the file left as it was, where a property would not be read
-    back as it is: its key is there already.
+    name and library are those of create(), file and node those of Load and Save; save_to is another
+    node to save to. Saving adds keys and replaces none, so Error is raised, and the file left as it
+    was, where a property would not be loaded as it is: its key is there already.
     """
     from ._settings import Settings  # what it needs would take most of an import
-    return Settings(group, file, node, save_to)
+    return Settings(lambda: create(name, library), file, node, save_to)
 
 
 def _server_at(library=None):

@@ -1,9 +1,8 @@
 from collections.abc import Iterator
-from contextlib import AbstractContextManager
 from os import PathLike
-from typing import Any, Generic, Optional, Protocol, TypeVar, Union, overload
+from typing import Any, Generic, Optional, TypeVar, Union, overload
 
-from ._create import create as create
+from ._create import create as create, settings as settings
 
 __version__: str
 
@@ -54,13 +53,4 @@ class Property(Generic[_Read, _Written]):
     def __get__(self, item: Object, owner: Any = ...) -> _Read: ...
     def __set__(self, item: Object, value: _Written) -> None: ...
 
-class _SettingsGroup(Protocol):
-    def Load(self, i_bsCfgPath: TextLike, i_bsNodePath: TextLike) -> None: ...
-    def Save(self, i_bsCfgPath: TextLike, i_bsNodePath: TextLike) -> None: ...
-
-_Group = TypeVar("_Group", bound=_SettingsGroup)
-
 def classes(library: Optional[Path] = ...) -> list[str]: ...
-def settings(
-    group: _Group, file: Path, node: str, save_to: Optional[str] = ...
-) -> AbstractContextManager[_Group]: ...

@@ -11,47 +11,43 @@ from ._errors import Error
 class Settings:
     """Loads a settings group on entry and saves it when the block succeeds."""
 
-    def __init__(self, group, file, node, save_to):
-        self._group, self._file, self._node = group, file, node
+    def __init__(self, create, file, node, save_to):
+        self._create, self._file, self._node = create, file, node
         self._save_to = node if save_to is None else save_to
+        self._group = create()
 
     def __enter__(self):
         self._group.Load(self._file, self._node)
         return self._group
 
     def __exit__(self, kind, error, traceback):
-        if kind is None:
-            if os.path.exists(self._file):  # else Save tells
-                self._try_with_a_copy()
-            self._group.Save(self._file, self._save_to)
+        if kind is not None:
+            return
+        if os.path.exists(self._file):  # else Save tells
+            self._refuse_what_would_be_lost()
+        self._group.Save(self._file, self._save_to)
 
-    def _try_with_a_copy(self):
-        """Refuses values that the file would not give back: Save leaves the keys that it has."""
-        group = self._group
-        values = _properties(group)
+    def _refuse_what_would_be_lost(self):
+        """Compares what would be loaded after saving with what is loaded from a file without keys."""
         with tempfile.TemporaryDirectory() as folder:
-            copy = shutil.copy(self._file, folder)
-            group.Save(copy, self._save_to)
-            group.Load(copy, self._save_to)
-        lost = {name: value for name, value in _properties(group).items()
-                if not _is_same(value, values[name])}
-        for name in lost:
-            setattr(group, name, values[name])
+            empty = os.path.join(folder, "empty")
+            os.mkdir(empty)
+            empty = os.path.join(empty, "settings.xml")
+            with open(empty, "w") as file:
+                file.write("<Settings/>")
+            wanted = self._saved_and_loaded(empty, "/Settings")
+            kept = self._saved_and_loaded(shutil.copy(self._file, folder), self._save_to)
+        lost = [f"{name} would stay {value!r} instead of {wanted[name]!r}"
+                for name, value in kept.items() if value != wanted[name]]
         if lost:
-            told = ", ".join(f"{name} would be {value!r} instead of {values[name]!r}"
-                             for name, value in lost.items())
-            raise Error(_abi.E_FAIL, f"{self._file} is left as it was, since after saving to "
-                        f"{self._save_to} {told}: saving adds keys and replaces none. Save to a node "
-                        "without these keys (save_to=), or change them with sabxml settings set")
+            raise Error(_abi.E_FAIL, f"{self._file} is left as it was. Saving adds keys to "
+                        f"{self._save_to} and replaces none: {', '.join(lost)}. Save to a node without "
+                        "these keys (save_to=), or change them with sabxml settings set")
 
-
-def _properties(group):
-    both = _abi.DISPATCH_PROPERTYGET | _abi.DISPATCH_PROPERTYPUT
-    return {member.name: getattr(group, member.name) for member in group._members.values()
-            if member.kinds == both and not member.parameters}
-
-
-def _is_same(read, written):
-    if isinstance(read, float):  # files hold six decimals
-        return abs(read - written) <= 1e-6
-    return read == (written.strip() if isinstance(written, str) else written)
+    def _saved_and_loaded(self, file, node):
+        self._group.Save(file, node)
+        group = self._create()
+        group.Load(file, node)
+        both = _abi.DISPATCH_PROPERTYGET | _abi.DISPATCH_PROPERTYPUT
+        return {member.name: getattr(group, member.name) for member in group._members.values()
+                if member.kinds == both and not member.parameters}
