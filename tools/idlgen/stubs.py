@@ -10,11 +10,11 @@ TYPES = {
 }
 PROG_ID_PREFIX = "SabXmlParser."
 # What can be handed over besides the type that is handed out.
-ACCEPTED = {"BSTR": "TextLike"}
+ACCEPTED = {"BSTR": "_TextLike"}
 
 
 def write_interfaces(library, source):
-    out = [cpp.banner(source, "#"), "from . import Collection, Indexed, Object, Property, Ref, TextLike\n"]
+    out = [cpp.banner(source, "#"), "from . import Collection, Object, Ref, _Indexed, _Property, _TextLike\n"]
     for interface in library.interfaces.values():
         out += write_interface(library, interface)
     return "\n".join(out) + "\n"
@@ -23,7 +23,7 @@ def write_interfaces(library, source):
 def write_create(library, source):
     out = [cpp.banner(source, "#"), "from contextlib import AbstractContextManager",
            "from typing import Any, Literal, Optional, overload\n", "from . import interfaces as i",
-           "from . import Path\n"]
+           "from . import _Path\n"]
     classes = [(f'Literal["{c.name}", "{PROG_ID_PREFIX}{c.name}"]', c.interface)
                for c in library.coclasses.values()]
     groups = [(name, interface) for name, interface in classes
@@ -38,12 +38,12 @@ def write_create(library, source):
 
 
 def create(name, type_):
-    return signature("create", [f"name: {name}", "library: Optional[Path] = ..."], type_)
+    return signature("create", [f"name: {name}", "library: Optional[_Path] = ..."], type_)
 
 
 def settings(name, type_):
-    return signature("settings", [f"name: {name}", "file: Path", "node: str",
-                                  "save_to: Optional[str] = ...", "library: Optional[Path] = ..."],
+    return signature("settings", [f"name: {name}", "file: _Path", "node: str",
+                                  "save_to: Optional[str] = ...", "library: Optional[_Path] = ..."],
                      f"AbstractContextManager[{type_}]")
 
 
@@ -66,9 +66,9 @@ def write_property(library, member, is_writable):
     type_ = result(library, value)
     if indexes:
         index = ", ".join(accepted(library, p) for p in indexes)
-        type_ = f"Indexed[{f'tuple[{index}]' if len(indexes) > 1 else index}, {type_}]"
+        type_ = f"_Indexed[{f'tuple[{index}]' if len(indexes) > 1 else index}, {type_}]"
     elif is_writable:
-        return [f"    {member.name}: Property[{type_}, {accepted(library, value)}]",
+        return [f"    {member.name}: _Property[{type_}, {accepted(library, value)}]",
                 f"    {documentation(member.help)}"]
     return ["    @property", signature(member.name, ["self"], type_, member.help)]
 
