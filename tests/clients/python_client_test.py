@@ -78,6 +78,8 @@ FACTS = [
      (["templates\\part.xml", "templates\\assembly.xml"], ["常规", "Printing"])),
     ("app = new('VeAppParser')", "'GenerateApp' in dir(app), hasattr(app, 'GetColour'), bool(app)",
      (True, False, True)),
+    ("u = sabxml.Collection(new('VeAppParser')._reference); u.ConfigurationPath = 'x'",  # untyped
+     "bool(u), u.configurationpath(), dir(u)", (True, "x", [])),
     ("bare = sabxml.Object.__new__(sabxml.Object)", "hasattr(bare, 'Key')", False),
     ("i = sabxml.interfaces", "len(dir(i)), hasattr(i, 'INothing'), i.IVeAppParser.ConfigurationPath.__doc__",
      (86, False, "配置文件路径")),

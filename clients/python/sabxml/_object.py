@@ -83,9 +83,15 @@ class Object:
 
 
 class Collection(Object):
-    """A collection of objects: a sequence whose elements can be replaced and removed."""
+    """A collection of objects: a sequence whose elements can be replaced and removed.
+
+    Also any object without type information, which may be one.
+    """
 
     __slots__ = ()
+
+    def __bool__(self):
+        return self._find("GetCount") is None or len(self) > 0
 
     def __len__(self):
         return invoke(self, self._find("GetCount") or self._member("Count"), _READ, (), wrap)
