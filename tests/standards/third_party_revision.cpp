@@ -11,8 +11,6 @@ namespace {
 
 using Text = std::basic_string<OLECHAR>;
 
-long live_objects = 0;
-
 // The text of an automation string, which is freed.
 Text Taken(HRESULT result, BSTR string) {
   Text text = FAILED(result) ? OLESTR("?") : Text(string ? string : OLESTR(""));
@@ -39,10 +37,7 @@ Text Describe(const sabxml::Node& node) {
 
 class Revision final : public IVeStdSymRevParser {
  public:
-  Revision() { ++live_objects; }
-  Revision(const Revision&) = delete;
-  Revision& operator=(const Revision&) = delete;
-  virtual ~Revision() { --live_objects; }
+  virtual ~Revision() = default;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
     const bool is_known =
@@ -136,7 +131,7 @@ class Factory final : public IClassFactory {
 
 }  // namespace
 
-STDAPI DllCanUnloadNow() { return live_objects == 0 ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() { return S_FALSE; }
 
 STDAPI DllGetClassObject(REFCLSID rclsid, REFIID riid, LPVOID* ppv) {
   static Factory factory;

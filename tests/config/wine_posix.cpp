@@ -1,3 +1,0 @@
-#include "config/wine.h"
-
-bool sab::RunsUnderWine() { return false; }
