@@ -5,63 +5,16 @@
 #include <random>
 #include <vector>
 
-#include "server/created_object.h"
+#include "common/accel_list.h"
 
 namespace sab::testing {
 namespace {
 
-using Accel = ComPtr<IVePrsAccel>;
-using AccelColl = ComPtr<IVePrsAccelColl>;
-
-class CollectionTest : public ::testing::Test {
- protected:
-  static Accel NewAccel(const std::string& key) {
-    Accel accel = Created<IVePrsAccel>(CLSID_VePrsAccel);
-    EXPECT_EQ(S_OK, accel->put_Key(Bstr(FromUtf8(key)).Get()));
-    return accel;
-  }
-  static AccelColl NewCollection(const std::string& keys = {}) {
-    AccelColl collection = Created<IVePrsAccelColl>(CLSID_VePrsAccelColl);
-    for (const char key : keys) {
-      EXPECT_EQ(S_OK, collection->AddTail(NewAccel({key}).Get(), nullptr));
-    }
-    return collection;
-  }
-  static LONG_PTR PositionAt(const AccelColl& collection, ULONG_PTR index) {
-    LONG_PTR position = -1;
-    EXPECT_EQ(S_OK, collection->FindIndex(index, &position));
-    return position;
-  }
-  // The keys from head to tail; they must read the same from tail to head.
-  static std::string Keys(const AccelColl& collection) {
-    std::string forward;
-    std::string backward;
-    LONG_PTR position = 0;
-    EXPECT_EQ(S_OK, collection->GetHeadPosition(&position));
-    while (position) {
-      Accel accel;
-      EXPECT_EQ(S_OK, collection->GetNext(&position, accel.Put()));
-      forward += TextOf(*accel, &IVePrsAccel::get_Key);
-    }
-    EXPECT_EQ(S_OK, collection->GetTailPosition(&position));
-    while (position) {
-      Accel accel;
-      EXPECT_EQ(S_OK, collection->GetPrev(&position, accel.Put()));
-      backward.insert(0, TextOf(*accel, &IVePrsAccel::get_Key));
-    }
-    EXPECT_EQ(forward, backward);
-    ULONG_PTR count = 0;
-    EXPECT_EQ(S_OK, collection->GetCount(&count));
-    EXPECT_EQ(forward.size(), count);
-    return forward;
-  }
-};
-
 // A list and the text of its keys, changed alike through a long random life: any slip in the order,
 // the links, the free list or the counts shows as another text.
-TEST_F(CollectionTest, EveryOperationGivesItsOrderThroughARandomLife) {
-  const AccelColl list = NewCollection();
-  const AccelColl pair = NewCollection("YZ");
+TEST(CollectionTest, EveryOperationGivesItsOrderThroughARandomLife) {
+  const AccelList list = NewList();
+  const AccelList pair = NewList("YZ");
   std::string keys;
   // What the operations take: an element and its key, and two of the list's places.
   Accel x;
@@ -112,50 +65,40 @@ TEST_F(CollectionTest, EveryOperationGivesItsOrderThroughARandomLife) {
     if (!keys.empty()) {
       i = pick(keys.size());
       j = pick(keys.size());
-      at_i = PositionAt(list, i);
-      at_j = PositionAt(list, j);
+      at_i = PositionAt(*list, i);
+      at_j = PositionAt(*list, j);
       none = 0;
       chosen = keys.size() < 100 ? pick(std::size(operations)) : std::size(operations) - 1;
     }
     ASSERT_EQ(S_OK, operations[chosen].on_list()) << chosen;
     operations[chosen].on_keys();
-    ASSERT_EQ(keys, Keys(list)) << chosen;
+    ASSERT_EQ(keys, Keys(*list)) << chosen;
   }
 }
 
-TEST_F(CollectionTest, PositionsNameElementsNotPlaces) {
-  const AccelColl collection = NewCollection("pqrs");
-  const LONG_PTR q = PositionAt(collection, 1);
-  const LONG_PTR s = PositionAt(collection, 3);
-  EXPECT_EQ(S_OK, collection->SwapElements(q, s));
-  EXPECT_EQ(S_OK, collection->MoveToHead(q));
+TEST(CollectionTest, PositionsNameElementsAndFindLooksAfterTheStart) {
+  const AccelList list = NewList("pqrs");
+  const LONG_PTR q = PositionAt(*list, 1);
+  EXPECT_EQ(S_OK, list->SwapElements(q, PositionAt(*list, 3)));
+  EXPECT_EQ(S_OK, list->MoveToHead(q));
   Accel at_q;
-  EXPECT_EQ(S_OK, collection->GetAt(q, at_q.Put()));
+  EXPECT_EQ(S_OK, list->GetAt(q, at_q.Put()));
   EXPECT_EQ("q", TextOf(*at_q, &IVePrsAccel::get_Key));
-  EXPECT_EQ(q, PositionAt(collection, 0));
-}
+  EXPECT_EQ(q, PositionAt(*list, 0));
 
-TEST_F(CollectionTest, FindLooksBehindTheStart) {
-  const AccelColl collection = NewCollection("p");
-  const Accel twice = NewAccel("x");
-  LONG_PTR first = 0;
-  LONG_PTR second = 0;
-  EXPECT_EQ(S_OK, collection->AddTail(twice.Get(), &first));
-  EXPECT_EQ(S_OK, collection->AddTail(twice.Get(), &second));
-  const struct {
-    LONG_PTR start;
-    LONG_PTR found;
-  } rows[] = {{0, first}, {first, second}, {second, 0}};
-  for (const auto& row : rows) {
-    LONG_PTR position = -1;
-    EXPECT_EQ(S_OK, collection->Find(twice.Get(), row.start, &position));
-    EXPECT_EQ(row.found, position);
+  LONG_PTR twice = 0;
+  EXPECT_EQ(S_OK, list->AddTail(at_q.Get(), &twice));
+  const std::pair<LONG_PTR, LONG_PTR> rows[] = {{0, q}, {q, twice}, {twice, 0}};
+  for (const auto& [start, expected] : rows) {
+    LONG_PTR found = -1;
+    EXPECT_EQ(S_OK, list->Find(at_q.Get(), start, &found));
+    EXPECT_EQ(expected, found);
   }
 }
 
-TEST_F(CollectionTest, WrongPositionsAndNullPointersAreRefused) {
-  const AccelColl collection = NewCollection("pq");
-  const AccelColl other = NewCollection("pq");
+TEST(CollectionTest, WrongPositionsAndNullPointersAreRefused) {
+  const AccelList collection = NewList("pq");
+  const AccelList other = NewList("pq");
   const Accel x = NewAccel("x");
   LONG_PTR stale = 0;
   ASSERT_EQ(S_OK, collection->AddTail(x.Get(), &stale));
@@ -164,9 +107,9 @@ TEST_F(CollectionTest, WrongPositionsAndNullPointersAreRefused) {
 
   using Results = std::vector<HRESULT>;
   Accel out;
-  const LONG_PTR head = PositionAt(collection, 0);
+  const LONG_PTR head = PositionAt(*collection, 0);
   for (const LONG_PTR bad :
-       {stale, PositionAt(other, 0), LONG_PTR{-1}, LONG_PTR{1}, LONG_PTR{0x7FFFFFFF}}) {
+       {stale, PositionAt(*other, 0), LONG_PTR{-1}, LONG_PTR{1}, LONG_PTR{0x7FFFFFFF}}) {
     LONG_PTR position = bad;
     EXPECT_EQ(Results(12, E_INVALIDARG),
               Results({collection->GetAt(bad, out.Put()), collection->GetNext(&position, out.Put()),
@@ -191,11 +134,11 @@ TEST_F(CollectionTest, WrongPositionsAndNullPointersAreRefused) {
                      collection->GetHeadPosition(nullptr), collection->GetNext(nullptr, out.Put()),
                      collection->GetAt(head, nullptr), collection->InsertAfter(x.Get(), nullptr),
                      collection->Find(x.Get(), 0, nullptr), collection->FindIndex(0, nullptr)}));
-  EXPECT_EQ("pqr", Keys(collection));
+  EXPECT_EQ("pqr", Keys(*collection));
 }
 
-TEST_F(CollectionTest, AStalePositionStaysRefused) {
-  const AccelColl list = NewCollection();
+TEST(CollectionTest, AStalePositionStaysRefused) {
+  const AccelList list = NewList();
   const Accel x = NewAccel("x");
   LONG_PTR stale = 0;
   ASSERT_EQ(S_OK, list->AddTail(x.Get(), &stale));
@@ -207,15 +150,15 @@ TEST_F(CollectionTest, AStalePositionStaysRefused) {
   }
 }
 
-TEST_F(CollectionTest, AnEmptyCollectionAnswersForItself) {
-  const AccelColl collection = NewCollection();
+TEST(CollectionTest, AnEmptyCollectionAnswersForItself) {
+  const AccelList collection = NewList();
   VARIANT_BOOL empty = VARIANT_FALSE;
   EXPECT_EQ(S_OK, collection->IsEmpty(&empty));
   EXPECT_EQ(VARIANT_TRUE, empty);
   Accel none;
   EXPECT_EQ(S_OK, collection->GetHead(none.Put()));
   EXPECT_FALSE(none);
-  EXPECT_EQ(0, PositionAt(collection, 0));
+  EXPECT_EQ(0, PositionAt(*collection, 0));
   EXPECT_EQ(E_FAIL, collection->RemoveHead(none.Put()));
   EXPECT_EQ(E_FAIL, collection->RemoveTailNoReturn());
   EXPECT_NE("", TakeErrorDescription());

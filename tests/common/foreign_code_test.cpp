@@ -4,8 +4,8 @@
 
 #include <functional>
 
+#include "common/accel_list.h"
 #include "framework/user_interface/element_objects.h"
-#include "server/created_object.h"
 #include "support/late_value.h"
 
 namespace sab::testing {
@@ -31,37 +31,9 @@ class Item final : public CVePrsAccel {
 
 class List final : public CVePrsAccelColl {
  public:
-  explicit List(const char* keys = "") {
-    for (; *keys; ++keys) Add(std::string(1, *keys).c_str());
-  }
   HRESULT STDMETHODCALLTYPE GetNext(LONG_PTR* position, IVePrsAccel** out) override {
     if (const Action action = std::exchange(at_next, {})) action();
     return CVePrsAccelColl::GetNext(position, out);
-  }
-
-  Item& Add(const char* key) {
-    ComPtr<Item> item;
-    item.Attach(new Item(key));
-    EXPECT_EQ(S_OK, AddTail(item.Get(), nullptr));
-    return *item;
-  }
-  LONG_PTR PositionAt(ULONG_PTR index) {
-    LONG_PTR position = 0;
-    EXPECT_EQ(S_OK, FindIndex(index, &position));
-    return position;
-  }
-  std::string Keys() {
-    std::string keys;
-    LONG_PTR position = PositionAt(0);
-    while (position) {
-      ComPtr<IVePrsAccel> item;
-      EXPECT_EQ(S_OK, GetNext(&position, item.Put()));
-      keys += TextOf(*item, &IVePrsAccel::get_Key);
-    }
-    ULONG_PTR count = 0;
-    EXPECT_EQ(S_OK, GetCount(&count));
-    EXPECT_EQ(keys.size(), count);
-    return keys;
   }
 
   Action at_next;
@@ -72,6 +44,12 @@ ComPtr<Class> New(Arguments... arguments) {
   ComPtr<Class> object;
   object.Attach(new Class(arguments...));
   return object;
+}
+
+ComPtr<Item> Add(List& list, const char* key) {
+  const auto item = New<Item>(key);
+  EXPECT_EQ(S_OK, list.AddTail(item.Get(), nullptr));
+  return item;
 }
 
 // An outer object.
@@ -120,7 +98,7 @@ TEST(ForeignCode, ADyingObjectIsDestroyedOnce) {
     SCOPED_TRACE(row.name);
     const long before = ModuleLocks::Count();
     ComPtr<List> list = New<List>();
-    Item& item = list->Add("x");
+    Item& item = *Add(*list, "x").Get();
     ComPtr<IUnknown> owner = row.owner(list);
     // An aggregated object's own count is behind its lists's interface once it dies.
     ComPtr<IVePrsAccelColl> own = owner.As<IVePrsAccelColl>();
@@ -178,17 +156,17 @@ TEST(ForeignCode, AListThatIsChangedDuringItsOwnCallStaysWhole) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
     list = New<List>();
-    const ComPtr<Item> first(&list->Add("a"));  // may be called after the list has let go of it
-    list->Add("b");
-    list->Add("c");
+    const ComPtr<Item> first = Add(*list, "a");  // may be called after the list has let go of it
+    for (const char* const key : {"b", "c"}) Add(*list, key);
     x = New<Item>();
-    other = New<List>("yz");
-    at_a = list->PositionAt(0);
-    at_b = list->PositionAt(1);
+    other = New<List>();
+    for (const char* const key : {"y", "z"}) Add(*other, key);
+    at_a = PositionAt(*list, 0);
+    at_b = PositionAt(*list, 1);
     x->at_add = first->at_add = other->at_next = row.meanwhile;
     EXPECT_EQ(row.result, row.call());
     x->at_add = first->at_add = {};
-    EXPECT_EQ(row.keys, list->Keys());
+    EXPECT_EQ(row.keys, Keys(*list));
   }
 }
 
