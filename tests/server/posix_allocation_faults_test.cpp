@@ -3,7 +3,7 @@
 // read until then is complete, and nothing stays alive.
 
 #include <algorithm>
-#include <cstdlib>
+#include <functional>
 #include <iostream>
 
 #include "automation/dispatch_arguments.h"
@@ -15,21 +15,6 @@
 
 namespace sab::testing {
 namespace {
-
-/// @param run runs with the number of allocations that succeed; returns whether one has failed
-template <class Run>
-void WithEachAllocationFailing(const char* what, const Run& run) {
-  const bool is_torture = std::getenv("SAB_TORTURE") != nullptr;
-  long failures = 0;
-  bool has_struck = true;
-  for (long successes = 0; has_struck; successes += is_torture ? 1 : 1 + successes / 8) {
-    SCOPED_TRACE(std::string(what) + " " + std::to_string(successes));
-    has_struck = run(successes);
-    if (has_struck) ++failures;
-    ASSERT_EQ(S_OK, Server().CanUnloadNow());
-  }
-  std::cout << "counted: " << failures << " failing allocations of " << what << '\n';
-}
 
 // A late-bound call whose arguments are there before memory runs out.
 HRESULT Invoked(IDispatch& object, DISPID member, const InvokeParameters& given,
@@ -58,45 +43,50 @@ std::vector<DISPID> OwnedObjectsOf(const InterfaceInfo& info) {
 TEST(AllocationFaults, AnObjectIsCreatedWithItsPartsOrThereIsNoMemory) {
   const InvokeParameters none({}, false);
   int registered = 0;
+  long failures = 0;
   for (const CoclassInfo& coclass : TheLibrary().coclasses) {
     const std::string name = ToUtf8(coclass.name);
+    SCOPED_TRACE(name);
     const CLSID clsid = RegisteredClassId(name);
     const std::vector<DISPID> members = OwnedObjectsOf(*coclass.default_interface);
-    const auto create = [&](ComPtr<IDispatch>& out) {
-      return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, out.PutVoid());
+    ComPtr<IDispatch> object;
+    const auto create = [&] {
+      return CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                              object.PutVoid());
     };
-    ComPtr<IDispatch> first;
-    const bool is_registered = create(first) == S_OK;
-    registered += is_registered;
-    first.Reset();
-    WithEachAllocationFailing(name.c_str(), [&](long successes) {
-      std::vector<VARIANT> parts(members.size());
-      std::vector<HRESULT> results(members.size(), S_OK);
+    // The others are created by their owners only.
+    const auto create_by_factory = [&] {
       ComPtr<IClassFactory> factory;
-      ComPtr<IDispatch> object;
-      EXPECT_EQ(S_OK, Server().GetClassObject(clsid, IID_IClassFactory, factory.PutVoid()));
-      HRESULT created = S_OK;
-      bool has_struck = false;
-      {
-        const AllocationFaults faults(successes);
-        created = is_registered ? create(object)
-                                : factory->CreateInstance(nullptr, IID_IDispatch, object.PutVoid());
-        for (std::size_t i = 0; object && i < members.size(); ++i) {
-          results[i] = Invoked(*object, members[i], none, &parts[i]);
-        }
-        has_struck = faults.HasStruck();
-      }
-      EXPECT_TRUE(object ? created == S_OK : created == E_OUTOFMEMORY) << created;
-      for (std::size_t i = 0; object && i < members.size(); ++i) {
-        const bool is_there = parts[i].vt == VT_DISPATCH && parts[i].pdispVal;
-        EXPECT_TRUE(is_there ? results[i] == S_OK : results[i] == E_OUTOFMEMORY)
-            << members[i] << ": " << results[i];
-        VariantClear(&parts[i]);
-      }
-      return has_struck;
-    });
+      const HRESULT found = Server().GetClassObject(clsid, IID_IClassFactory, factory.PutVoid());
+      if (FAILED(found)) return found;
+      return factory->CreateInstance(nullptr, IID_IDispatch, object.PutVoid());
+    };
+    const bool is_registered = create() == S_OK;
+    registered += is_registered;
+    object.Reset();
+    std::vector<VARIANT> parts(members.size());
+    std::vector<HRESULT> results(members.size());
+    HRESULT created = S_OK;
+    failures += WithEachAllocationFailing(
+        [&] {
+          created = is_registered ? create() : create_by_factory();
+          for (std::size_t i = 0; object && i < members.size(); ++i) {
+            results[i] = Invoked(*object, members[i], none, &parts[i]);
+          }
+        },
+        [&](bool has_failed) {
+          EXPECT_EQ(has_failed && !object ? E_OUTOFMEMORY : S_OK, created);
+          for (std::size_t i = 0; object && i < members.size(); ++i) {
+            const bool is_there = parts[i].vt == VT_DISPATCH && parts[i].pdispVal;
+            EXPECT_EQ(is_there ? S_OK : E_OUTOFMEMORY, results[i]) << members[i];
+            VariantClear(&parts[i]);
+          }
+          object.Reset();
+          EXPECT_EQ(S_OK, Server().CanUnloadNow());
+        });
   }
-  EXPECT_LT(50, registered);  // the others are created by their owners only
+  EXPECT_LT(50, registered);
+  std::cout << "counted: " << failures << " failing allocations of creating\n";
 }
 
 // The texts between blanks that are in no bracket.
@@ -155,68 +145,69 @@ TEST(AllocationFaults, AFileIsReadWholeOrInPartAndSaidSo) {
       {"VeStandardCfgParser", "Load", "standards/catalogue.xml"},
       {"VeTxtTemplateFileParser", "Load", "text_templates/title_block.txt"},
   };
+  long failures = 0;
   for (const auto& row : rows) {
+    SCOPED_TRACE(row.file);
     const std::string file = SAB_SAMPLES "/" + std::string(row.file);
     const bool is_generated = std::string(row.method) != "Load";
     std::vector<LateValue> arguments;
     if (!is_generated) arguments.emplace_back(file);
     const InvokeParameters given(arguments, false);
-    // Reads with the faults of an allocation, and tells what is there.
-    const auto read = [&](long successes, HRESULT& result, bool& has_struck) {
-      const LateObject object(row.class_name);
-      EXPECT_EQ(is_generated ? S_OK : DISP_E_UNKNOWNNAME, object.Put("ConfigurationPath", file));
+    HRESULT result = S_OK;
+    ComPtr<IDispatch> object;
+    DISPID member = DISPID_UNKNOWN;
+    const auto make = [&] {
+      const LateObject late(row.class_name);
+      EXPECT_EQ(is_generated ? S_OK : DISP_E_UNKNOWNNAME, late.Put("ConfigurationPath", file));
+      object = late.As<IDispatch>();
       Text wide = FromUtf8(row.method);
       LPOLESTR name = wide.data();
-      DISPID member = DISPID_UNKNOWN;
-      const auto bound = object.As<IDispatch>();
-      EXPECT_EQ(S_OK, bound->GetIDsOfNames(IID_NULL, &name, 1, 0, &member));
-      {
-        const AllocationFaults faults(successes);
-        result = Invoked(*bound, member, given);
-        has_struck = faults.HasStruck();
-      }
-      return object.Told();
+      EXPECT_EQ(S_OK, object->GetIDsOfNames(IID_NULL, &name, 1, 0, &member));
     };
-    HRESULT result = S_OK;
-    bool has_struck = false;
-    const std::string whole = read(1'000'000'000, result, has_struck);
-    ASSERT_EQ(S_OK, result) << file;
-    WithEachAllocationFailing(row.class_name, [&](long successes) {
-      const std::string part = read(successes, result, has_struck);
+    make();
+    ASSERT_EQ(S_OK, Invoked(*object, member, given));
+    const std::string whole = LateObject(object).Told();
+    make();
+    const auto check = [&](bool has_failed) {
+      const std::string part = LateObject(object).Told();
       if (SUCCEEDED(result)) {
         EXPECT_EQ(whole, part);
       } else {
-        EXPECT_EQ(E_OUTOFMEMORY, result);
+        EXPECT_TRUE(has_failed && result == E_OUTOFMEMORY) << result;
         ExpectPartOf(whole, part);
       }
-      return has_struck;
-    });
+      object.Reset();
+      EXPECT_EQ(S_OK, Server().CanUnloadNow());
+      make();
+    };
+    failures += WithEachAllocationFailing([&] { result = Invoked(*object, member, given); }, check);
   }
+  std::cout << "counted: " << failures << " failing allocations of reading\n";
 }
 
-TEST(AllocationFaults, TheNameOfTheStandardIsToldOrThereIsNoMemory) {
-  const LateObject whole("VeStandardCfgParser");
-  ASSERT_EQ(S_OK, whole.Call("Load", {SAB_SAMPLES "/standards/catalogue.xml"}));
-  const LateObject standard = whole.Follow("GetStandardParserColl [0]");
-  const auto symbol = standard.Follow("GetSymbolParserColl [0]").As<IVeStdSymbolParser>();
-  Bstr name;
-  const AllocationFaults faults(0);
-  EXPECT_EQ(E_OUTOFMEMORY, symbol->GetAttachStdName(name.Put()));
-}
-
-TEST(AllocationFaults, NoNameIsLeftWhereItsHelpCannotBeCopied) {
+TEST(AllocationFaults, TextsAreToldWholeOrThereIsNoMemory) {
+  const LateObject catalogue("VeStandardCfgParser");
+  ASSERT_EQ(S_OK, catalogue.Call("Load", {SAB_SAMPLES "/standards/catalogue.xml"}));
+  const auto symbol = catalogue.Follow("GetStandardParserColl [0] GetSymbolParserColl [0]")
+                          .As<IVeStdSymbolParser>();
   ComPtr<ITypeInfo> info;
-  ASSERT_EQ(S_OK, Created<IDispatch>(CLSID_VeAppParser)->GetTypeInfo(0, 0, info.Put()));
-  long successes = -1;
-  HRESULT result = S_OK;
-  do {
-    Bstr texts[2];
-    const AllocationFaults faults(++successes);
-    result = info->GetDocumentation(MEMBERID_NIL, texts[0].Put(), texts[1].Put(), nullptr, nullptr);
-    EXPECT_EQ(FAILED(result), texts[0].IsNull() && texts[1].IsNull()) << successes;
-  } while (result == E_OUTOFMEMORY);
-  EXPECT_EQ(S_OK, result);
-  EXPECT_LE(2, successes);
+  ASSERT_EQ(S_OK, symbol->GetTypeInfo(0, 0, info.Put()));
+  const std::function<HRESULT(BSTR*, BSTR*)> calls[] = {
+      [&](BSTR* name, BSTR*) { return symbol->GetAttachStdName(name); },
+      [&](BSTR* name, BSTR* help) {
+        return info->GetDocumentation(MEMBERID_NIL, name, help, nullptr, nullptr);
+      }};
+  for (const auto& call : calls) {
+    Bstr name;
+    Bstr help;
+    HRESULT result = S_OK;
+    const auto check = [&](bool has_failed) {
+      EXPECT_EQ(has_failed ? E_OUTOFMEMORY : S_OK, result);
+      EXPECT_EQ(has_failed, name.IsNull());
+      EXPECT_TRUE(!has_failed || help.IsNull());
+    };
+    EXPECT_LE(1, WithEachAllocationFailing([&] { result = call(name.Put(), help.Put()); }, check));
+  }
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <functional>
 #include <iostream>
 
 #include "server/created_object.h"
@@ -17,13 +16,8 @@
 namespace sab::testing {
 namespace {
 
+constexpr char kHistory[] = "BrowseHistory.xml";
 constexpr char kBefore[] = "<S>\n  <G>\n    <PtMode>4</PtMode>\n  </G>\n</S>\n";
-
-// How often what is left to chance is tried.
-int Rounds() {
-  const char* const rounds = std::getenv("SAB_TEST_ROUNDS");
-  return rounds ? std::atoi(rounds) : 1;
-}
 
 void Count(long number, const char* what) {
   std::cout << "counted: " << number << ' ' << what << '\n';
@@ -33,19 +27,17 @@ class SaveFaultsTest : public ::testing::Test {
  protected:
   using Parser = ComPtr<IVeCfgParser>;
 
-  Parser Created(std::string_view class_name) const {
-    return LateObject(std::string(class_name)).As<IVeCfgParser>();
-  }
   // Folders with a history, which is a file of its own.
   Parser CreatedWithHistory() const {
     const LateObject object("VeFilePathCfgParser");
     EXPECT_EQ(S_OK, object.Call("put_DCBrowseHistory", {"new"}));
     return object.As<IVeCfgParser>();
   }
+  HRESULT Load(const Parser& parser) const { return parser->Load(name_.Get(), node_.Get()); }
   HRESULT Save(const Parser& parser) const { return parser->Save(name_.Get(), node_.Get()); }
   void WriteOld() const {
     folder_.Write("t.xml", kBefore);
-    folder_.Write("BrowseHistory.xml", "<old/>");
+    folder_.Write(kHistory, "<old/>");
   }
   bool IsSaved() const {
     const bool is_saved = folder_.Read("t.xml") != kBefore;
@@ -55,10 +47,10 @@ class SaveFaultsTest : public ::testing::Test {
     return is_saved;
   }
   bool IsHistorySaved() const {
-    const bool is_saved = folder_.Read("BrowseHistory.xml") != "<old/>";
+    const bool is_saved = folder_.Read(kHistory) != "<old/>";
     if (is_saved) {
       EXPECT_EQ("DCHistory{History=new}",
-                ElementsOf(folder_.Name("BrowseHistory.xml"), "/BrowseFileHistorys"));
+                ElementsOf(folder_.Name(kHistory), "/BrowseFileHistorys"));
     }
     return is_saved;
   }
@@ -71,34 +63,22 @@ class SaveFaultsTest : public ::testing::Test {
 TEST_F(SaveFaultsTest, EveryFileCallMayFail) {
   const Parser parser = CreatedWithHistory();
   long failures = 0;
-  long faults = 0;
-  for (const FileFault& fault : kFileFaults) {
-    for (long successes = 0;; ++successes) {
-      WriteOld();
-      HRESULT result = S_OK;
-      std::string call;
-      {
-        const FileFaults failing(successes, fault);
-        result = Save(parser);
-        if (!failing.IsReached()) break;
-        call = failing.Call();
-      }
-      SCOPED_TRACE(call + " " + std::to_string(successes) + ": " + fault.name);
-      ++faults;
-      EXPECT_EQ(2U, folder_.Entries().size());
-      const bool is_saved = IsSaved();
-      if (SUCCEEDED(result)) {
-        EXPECT_TRUE(is_saved && IsHistorySaved());
-      } else {
-        ++failures;
-        EXPECT_FALSE(IsHistorySaved());
-        const std::string description = TakeErrorDescription();
-        EXPECT_NE(std::string::npos, description.find(is_saved ? "BrowseHistory.xml" : "t.xml"))
-            << description;
-      }
-      if (HasFailure()) return;
-    }
-  }
+  WriteOld();
+  HRESULT result = S_OK;
+  const long faults = WithEachFileCallFailing(
+      [&] { result = Save(parser); },
+      [&] {
+        EXPECT_EQ(2U, folder_.Entries().size());
+        const bool is_saved = IsSaved();
+        EXPECT_EQ(SUCCEEDED(result), IsHistorySaved());
+        EXPECT_TRUE(is_saved || FAILED(result));
+        if (FAILED(result)) {
+          ++failures;
+          const std::string told = TakeErrorDescription();
+          EXPECT_NE(std::string::npos, told.find(is_saved ? kHistory : "t.xml")) << told;
+        }
+        WriteOld();
+      });
   EXPECT_GT(failures, 60);
   Count(faults, "faults of file calls while saving");
 }
@@ -106,17 +86,16 @@ TEST_F(SaveFaultsTest, EveryFileCallMayFail) {
 TEST_F(SaveFaultsTest, AWriterKilledAtAnyFileCallLeavesWholeFilesAndTheNextSaveTidiesUp) {
   const Parser parser = CreatedWithHistory();
   std::size_t left_over = 0;
-  long kills = 0;
-  for (;; ++kills) {
-    SCOPED_TRACE(kills);
-    WriteOld();
-    if (!IsKilledAtFileCall(kills, [&] { Save(parser); })) break;
-    EXPECT_TRUE(IsSaved() || !IsHistorySaved());
-    IsHistorySaved();
+  WriteOld();
+  const auto check = [&] {
+    const bool is_saved = IsSaved();
+    EXPECT_TRUE(!IsHistorySaved() || is_saved);
     left_over += folder_.Entries().size() - 2;
-    ASSERT_EQ(S_OK, Save(parser));
+    EXPECT_EQ(S_OK, Save(parser));
     EXPECT_EQ(2U, folder_.Entries().size());
-  }
+    WriteOld();
+  };
+  const long kills = KilledAtEachFileCall([&] { Save(parser); }, check);
   EXPECT_GT(kills, 20);
   EXPECT_GT(left_over, 5U);
   Count(kills, "writers killed at a file call");
@@ -125,7 +104,7 @@ TEST_F(SaveFaultsTest, AWriterKilledAtAnyFileCallLeavesWholeFilesAndTheNextSaveT
 // Each process adds elements of its own; a save that succeeds is never lost.
 TEST_F(SaveFaultsTest, ManyWritersAtOnceLoseNothing) {
   constexpr int kWriters = 8;
-  const int saves = 5 * Rounds();
+  const int saves = std::getenv("SAB_TORTURE") ? 1000 : 5;
   folder_.Write("t.xml", "<S><G/></S>");
   for (int writer = 0; writer < kWriters; ++writer) {
     const pid_t child = fork();
@@ -155,30 +134,25 @@ TEST_F(SaveFaultsTest, ManyWritersAtOnceLoseNothing) {
 // A save leaves the file as it was; a load leaves nothing half read.
 TEST_F(SaveFaultsTest, EveryAllocationMayFail) {
   long faults = 0;
-  const auto try_all = [&](const std::function<HRESULT()>& call) {
-    for (long allocations = 0;; ++allocations, ++faults) {
-      folder_.Write("t.xml", kBefore);
-      HRESULT result = S_OK;
-      {
-        const AllocationFaults failing(allocations);
-        result = call();
-        if (!failing.HasStruck()) break;
-      }
-      EXPECT_EQ(E_OUTOFMEMORY, result) << allocations;
-      EXPECT_EQ(kBefore, folder_.Read("t.xml")) << allocations;
-      EXPECT_EQ(1U, folder_.Entries().size()) << allocations;
-      if (HasFailure()) return;
+  HRESULT result = S_OK;
+  const auto check = [&](bool has_failed) {
+    EXPECT_EQ(has_failed ? E_OUTOFMEMORY : S_OK, result);
+    if (has_failed) {
+      EXPECT_EQ(kBefore, folder_.Read("t.xml"));
     }
+    EXPECT_EQ(1U, folder_.Entries().size());
+    folder_.Write("t.xml", kBefore);
   };
   std::vector<std::string_view> classes(NamedValueClasses().begin(), NamedValueClasses().end());
   for (const SettingsGroup& group : SettingsGroups()) classes.push_back(group.class_name);
+  folder_.Write("t.xml", kBefore);
   for (const std::string_view class_name : classes) {
     SCOPED_TRACE(class_name);
     if (class_name == "VeCustomPTParser") continue;  // the same class under another interface
-    const Parser parser = Created(class_name);
-    try_all([&] { return parser->Load(name_.Get(), node_.Get()); });
+    const Parser parser = LateObject(std::string(class_name)).As<IVeCfgParser>();
+    faults += WithEachAllocationFailing([&] { result = Load(parser); }, check);
     if (class_name == "VeFilePathCfgParser" || class_name == "VeAutoUpdateAdminCfgParser") continue;
-    try_all([&] { return Save(parser); });
+    faults += WithEachAllocationFailing([&] { result = Save(parser); }, check);
   }
   EXPECT_GT(faults, 500);
   Count(faults, "allocations refused while loading and saving");
@@ -186,20 +160,20 @@ TEST_F(SaveFaultsTest, EveryAllocationMayFail) {
 
 TEST_F(SaveFaultsTest, SetsOfAPackingAreReplacedAtOnceOrStay) {
   const LateObject object("VeFileBaleCfgParser");
-  bool has_struck = true;
-  for (long successes = 0; has_struck; ++successes) {
+  const Parser parser = object.As<IVeCfgParser>();
+  const auto load_old = [&] {
     folder_.Write("t.xml", "<S><G><Old><A/></Old></G></S>");
-    ASSERT_EQ(S_OK, object.As<IVeCfgParser>()->Load(name_.Get(), node_.Get()));
+    EXPECT_EQ(S_OK, Load(parser));
     folder_.Write("t.xml", "<S><G><New><A/></New><New><A/></New></G></S>");
-    HRESULT result = S_OK;
-    {
-      const AllocationFaults failing(successes);
-      result = object.As<IVeCfgParser>()->Load(name_.Get(), node_.Get());
-      has_struck = failing.HasStruck();
-    }
-    EXPECT_EQ(has_struck ? E_OUTOFMEMORY : S_OK, result);
-    EXPECT_EQ(has_struck ? "1" : "2", object.Follow("GetFileBales").Get("Count")) << successes;
-  }
+  };
+  load_old();
+  HRESULT result = S_OK;
+  const auto check = [&](bool has_failed) {
+    EXPECT_EQ(has_failed ? E_OUTOFMEMORY : S_OK, result);
+    EXPECT_EQ(has_failed ? "1" : "2", object.Follow("GetFileBales").Get("Count"));
+    load_old();
+  };
+  WithEachAllocationFailing([&] { result = Load(parser); }, check);
 }
 
 }  // namespace

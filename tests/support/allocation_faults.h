@@ -1,23 +1,16 @@
 #pragma once
 
-#include "support/open_descriptors.h"
+#include <functional>
 
 namespace sab::testing {
 
-/// Lets operator new, in the tests and in every library that they have loaded, and the memory of
-/// the component runtime fail after a number of calls that succeed; from then on all fail. It is so
-/// for as long as an instance lives, which expects that no descriptor is left open.
-class AllocationFaults {
- public:
-  explicit AllocationFaults(long successes);
-  AllocationFaults(const AllocationFaults&) = delete;
-  AllocationFaults& operator=(const AllocationFaults&) = delete;
-  ~AllocationFaults();
-
-  bool HasStruck() const;
-
- private:
-  OpenDescriptors descriptors_;
-};
+/// Does an action again and again while memory runs out: operator new, in the tests and in every
+/// library that they have loaded, and the memory of the component runtime fail after 0, 1, 2 …
+/// allocations that succeed, until none has failed. Expects each time that no descriptor is left
+/// open.
+/// @param check is called after the action, with memory; has_failed: whether an allocation failed
+/// @return how many allocations failed
+long WithEachAllocationFailing(const std::function<void()>& act,
+                               const std::function<void(bool has_failed)>& check);
 
 }  // namespace sab::testing

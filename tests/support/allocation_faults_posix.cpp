@@ -1,9 +1,12 @@
 #include "support/allocation_faults.h"
 
+#include <dlfcn.h>
+#include <gtest/gtest.h>
 #include <sabxml/com.h>
 
-#include <cstdlib>
 #include <new>
+
+#include "support/open_descriptors.h"
 
 namespace {
 
@@ -22,39 +25,44 @@ BOOL MayAllocate(SIZE_T) {
   return TRUE;
 }
 
-void* Allocate(std::size_t size) {
-  if (!MayAllocate(size)) throw std::bad_alloc();
-  if (void* const memory = std::malloc(size ? size : 1)) return memory;
-  throw std::bad_alloc();
+// The function in whose place the executable's comes: the C++ library's, or a sanitizer's.
+template <class Function>
+Function* Next(const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 }  // namespace
 
-void* operator new(std::size_t size) { return Allocate(size); }
-void* operator new[](std::size_t size) { return Allocate(size); }
-// The sanitizers' own would not pass on to the one above.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return MayAllocate(size) ? std::malloc(size ? size : 1) : nullptr;
+void* operator new(std::size_t size) {
+  static auto* const next = Next<void*(std::size_t)>("_Znwm");
+  return MayAllocate(size) ? next(size) : throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void* operator new[](std::size_t size) {
+  static auto* const next = Next<void*(std::size_t)>("_Znam");
+  return MayAllocate(size) ? next(size) : throw std::bad_alloc();
+}
+void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept {
+  static auto* const next = Next<void*(std::size_t, const std::nothrow_t&)>("_ZnwmRKSt9nothrow_t");
+  return MayAllocate(size) ? next(size, tag) : nullptr;
+}
 
 namespace sab::testing {
 
-AllocationFaults::AllocationFaults(long successes) {
-  allocations_until_failure = successes;
-  has_struck = false;
-  SabComFilterAllocations(MayAllocate);
+long WithEachAllocationFailing(const std::function<void()>& act,
+                               const std::function<void(bool has_failed)>& check) {
+  for (long failures = 0;; ++failures) {
+    SCOPED_TRACE("allocations that succeed: " + std::to_string(failures));
+    const OpenDescriptors descriptors;
+    has_struck = false;
+    allocations_until_failure = failures;
+    SabComFilterAllocations(MayAllocate);
+    act();
+    allocations_until_failure = kNever;
+    SabComFilterAllocations(nullptr);
+    descriptors.ExpectNoMore();
+    check(has_struck);
+    if (!has_struck || ::testing::Test::HasFailure()) return failures;
+  }
 }
-
-AllocationFaults::~AllocationFaults() {
-  allocations_until_failure = kNever;
-  descriptors_.ExpectNoMore();
-  SabComFilterAllocations(nullptr);
-}
-
-bool AllocationFaults::HasStruck() const { return has_struck; }
 
 }  // namespace sab::testing

@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <dlfcn.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -9,16 +10,26 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <type_traits>
+
+#include "support/open_descriptors.h"
 
 // The functions below take the place of the C library's: what is defined in the executable comes
 // first, for the libraries that it loads as well.
 
 namespace {
 
-using sab::testing::FileFault;
+// What happens to a file call in place of its work.
+struct FileFault {
+  const char* name;
+  int error;             // the call does nothing and fails with it; 0 for none
+  std::size_t most = 0;  // without an error: read and write transfer no more bytes than this
+};
 
 constexpr long kNever = -1;
+constexpr FileFault kFileFaults[] = {{"EIO", EIO},     {"ENOSPC", ENOSPC}, {"EACCES", EACCES},
+                                     {"EINTR", EINTR}, {"short", 0, 1},    {"nothing written", 0}};
 constexpr FileFault kKill = {"kill", 0};
 
 // Calls until one goes wrong.
@@ -126,32 +137,43 @@ int FaultyClose(int file) {
 
 namespace sab::testing {
 
-FileFaults::FileFaults(long successes, const FileFault& fault) {
-  planned = &fault;
-  struck_call = nullptr;
-  calls_until_fault = successes;
+long WithEachFileCallFailing(const std::function<void()>& act, const std::function<void()>& check) {
+  long faults = 0;
+  for (const FileFault& fault : kFileFaults) {
+    for (long successes = 0;; ++successes, ++faults) {
+      const OpenDescriptors descriptors;
+      planned = &fault;
+      struck_call = nullptr;
+      calls_until_fault = successes;
+      act();
+      calls_until_fault = kNever;
+      SCOPED_TRACE(std::string(fault.name) + " at call " + std::to_string(successes) + ", of " +
+                   (struck_call ? struck_call : "none"));
+      descriptors.ExpectNoMore();
+      check();
+      if (!struck_call) break;
+      if (::testing::Test::HasFailure()) return faults;
+    }
+  }
+  return faults;
 }
 
-FileFaults::~FileFaults() {
-  calls_until_fault = kNever;
-  descriptors_.ExpectNoMore();
-}
-
-bool FileFaults::IsReached() const { return struck_call != nullptr; }
-
-const char* FileFaults::Call() const { return struck_call ? struck_call : "none"; }
-
-bool IsKilledAtFileCall(long successes, const std::function<void()>& action) {
-  const pid_t child = fork();
-  if (child == 0) {
-    const FileFaults faults(successes, kKill);
-    action();
-    _exit(0);
+long KilledAtEachFileCall(const std::function<void()>& act, const std::function<void()>& check) {
+  for (long kills = 0;; ++kills) {
+    const pid_t child = fork();
+    if (child == 0) {
+      planned = &kKill;
+      calls_until_fault = kills;
+      act();
+      _exit(0);
+    }
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGKILL) return kills;
+    SCOPED_TRACE("killed at call " + std::to_string(kills));
+    check();
   }
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
-  return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
 }
 
 }  // namespace sab::testing
