@@ -1,5 +1,7 @@
 // Descriptors of all kinds: what they read, what they refuse, what they hand out.
 
+#include <algorithm>
+
 #include "base/com_error.h"
 #include "dispatch_tables.h"
 #include "framework/descriptor_test.h"
@@ -133,13 +135,15 @@ TEST_F(DescriptorTest, EveryElementFillsItsMember) {
   }
 }
 
+// What was read before a failure stays. Each required element alone is tried with the command line.
 TEST_F(DescriptorTest, WhatIsThereDecidesTheResult) {
-  constexpr char kGuid[] = "{1B2F4A60-9D33-4C41-8F52-0A6E7D21C9B4}";
-  const std::string modules = "<Modules><Module>m</Module></Modules>";
+  const std::string required = kApp.required;
+  const std::string whole = "AppID=ID_APP_QUARN AppTmplID=T ProductName=P CompanyName=C & D";
   const std::string services = "<PreProcServices><Service>s</Service></PreProcServices>";
-  const std::string no_module =
+  const std::string part =
       "<Identify>T</Identify><DefEnvironment><Identify>E</Identify></DefEnvironment>";
-  const std::string no_modules = no_module + "<DefModule><Identify>M</Identify></DefModule>";
+  const std::string no_modules = part + "<DefModule><Identify>M</Identify></DefModule>" + services;
+  const std::string env = "<Identify>I</Identify><UIPath>u</UIPath><DefaultCmd>c</DefaultCmd>";
   const struct {
     const Kind& kind;
     std::string content;
@@ -147,64 +151,37 @@ TEST_F(DescriptorTest, WhatIsThereDecidesTheResult) {
     std::string says;  // of a failure
     std::string told;
   } rows[] = {
-      {kApp, kApp.required, S_OK, "",
-       "AppID=ID_APP_QUARN AppTmplID=T ProductName=P CompanyName=C & D"},
-      {kApp, "<Identify/>" + std::string(kApp.required), S_OK, "",
-       "AppID=ID_APP_QUARN AppTmplID=T ProductName=P CompanyName=C & D"},
-      {kApp, "<Identify>I</Identify><ProductName>P</ProductName>", kInvalidApplication,
-       "Application/AppTemplateID is missing", "AppID=I"},
+      {kApp, required, S_OK, "", whole},
+      {kApp, "<Identify/>" + required, S_OK, "", whole},
       {kApp, "<Identify>I</Identify><AppTemplateID> </AppTemplateID>", kInvalidApplication,
        "Application/AppTemplateID is empty", "AppID=I"},
-      {kApp, "<AppTemplateID>T</AppTemplateID>", kInvalidApplication, "Application/ProductName",
-       "AppID=ID_APP_QUARN AppTmplID=T"},
       {kApp, "<AppTemplateID>T</AppTemplateID><ProductName>P</ProductName>", kInvalidApplication,
-       "Application/CompanyName", "AppID=ID_APP_QUARN AppTmplID=T ProductName=P"},
-      {kApp, "<apptemplateid>T</apptemplateid>", kInvalidApplication, "AppTemplateID is missing",
-       "AppID=ID_APP_QUARN"},
-      {kApp, std::string(kApp.required) + "<Templates><Template><Path/></Template></Templates>",
-       kInvalidTemplate, "Application/Templates",
-       "AppID=ID_APP_QUARN AppTmplID=T ProductName=P CompanyName=C & D"},
+       "Application/CompanyName is missing", "AppID=ID_APP_QUARN AppTmplID=T ProductName=P"},
+      {kApp, required + "<Templates><Template><Path/></Template></Templates>", kInvalidTemplate,
+       "Application/Templates", whole},
 
-      {kTmpl, kTmpl.required, S_OK, "", "TmplID=T ModulePaths=[m] DefaultEnv=E DefaultModule=M"},
-      {kTmpl, modules, kInvalidTemplate, "Template/Identify", ""},
-      {kTmpl, "<Identify>T</Identify><DefEnvironment><Identify/></DefEnvironment>",
-       kInvalidTemplate, "Template/DefEnvironment/Identify is empty", "TmplID=T"},
-      {kTmpl, no_module + modules, kInvalidTemplate, "Template/DefModule/Identify is missing",
-       "TmplID=T DefaultEnv=E"},
-      {kTmpl, no_module + "<DefModule><Identify/></DefModule>" + modules + services, S_OK, "",
-       "TmplID=T ModulePaths=[m] DefaultEnv=E PreServiceCLSIDs=[s]"},
-      {kTmpl, no_modules + services, kInvalidTemplate, "Template/Modules",
+      {kTmpl, part + "<Modules><Module>m</Module></Modules>", kInvalidTemplate,
+       "Template/DefModule/Identify is missing", "TmplID=T DefaultEnv=E"},
+      {kTmpl, part + "<DefModule><Identify/></DefModule><Modules><Module>m</Module></Modules>",
+       S_OK, "", "TmplID=T ModulePaths=[m] DefaultEnv=E"},
+      {kTmpl, no_modules, kInvalidTemplate, "Template/Modules",
        "TmplID=T DefaultEnv=E DefaultModule=M"},
-      {kTmpl, no_modules + services + "<Modules><Module/></Modules>", kInvalidTemplate,
-       "Template/Modules", "TmplID=T DefaultEnv=E DefaultModule=M"},
+      {kTmpl, no_modules + "<Modules><Module/></Modules>", kInvalidTemplate, "Template/Modules",
+       "TmplID=T DefaultEnv=E DefaultModule=M"},
 
-      {kModule, "<Identify>I</Identify>", S_OK, "", "ModuleID=I"},
-      {kModule, "<Title>t</Title>", kInvalidModule, "Module/Identify is missing", ""},
-      {kModule, "<Identify/><Title>t</Title>", kInvalidModule, "Module/Identify is empty", ""},
       {kModule, "<Identify>I</Identify><Title>t</Title><Environments><Environment/></Environments>",
        kInvalidModule, "Module/Environments", "ModuleID=I ModuleTitle=t"},
-      {kModule,
-       "<Identify>I</Identify><Configurations><Configuration><CLSID>" + std::string(kGuid) +
-           "</CLSID></Configuration></Configurations>",
-       S_OK, "", "ModuleID=I Configurations=[{CLSID=" + std::string(kGuid) + "}]"},
 
       // Getters of an environment fail while their value is empty; the panel's fails without a
       // command.
-      {kEnv, "<Identify>I</Identify><UIPath>u</UIPath><DefaultCmd>c</DefaultCmd>", S_OK, "",
-       "EnvID=I UiPath=u DefaultCmd=c"},
+      {kEnv, env, S_OK, "", "EnvID=I UiPath=u DefaultCmd=c"},
       {kEnv, "<Identify>I</Identify><UIPath>u</UIPath><DefaultPanel>p</DefaultPanel><DefaultCmd/>",
        kInvalidEnvironment, "Environment/DefaultCmd is empty",
        "EnvID=I UiPath=u DefaultCmd=(0x80004005) DefaultPanel=(0x80004005)"},
-      {kEnv, "<Identify>I</Identify><DefaultCmd>c</DefaultCmd>", kInvalidEnvironment,
-       "Environment/UIPath",
-       "EnvID=I UiPath=(0x80004005) DefaultCmd=(0x80004005) DefaultPanel=(0x80004005)"},
-      {kEnv,
-       "<Identify>I</Identify><UIPath>u</UIPath><DefaultCmd>c</DefaultCmd>"
-       "<Commands><Command/></Commands>",
-       kInvalidEnvironment, "Environment/Commands", "EnvID=I UiPath=u DefaultCmd=c"},
+      {kEnv, env + "<Commands><Command/></Commands>", kInvalidEnvironment, "Environment/Commands",
+       "EnvID=I UiPath=u DefaultCmd=c"},
 
-      {kCmd, "<Identify>F</Identify>", S_OK, "", "CmdFileID=F"},
-      {kCmd, "<Identify/>", kInvalidCommand, "Cmd/Identify", ""},
+      {kCmd, "<Identify/>", kInvalidCommand, "Cmd/Identify is empty", ""},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.content);
@@ -227,7 +204,7 @@ TEST_F(DescriptorTest, WhatIsThereDecidesTheResult) {
 
 // In document order, complete entries only; a second run adds to them.
 TEST_F(DescriptorTest, ListsAccumulate) {
-  const std::string guid = "{1B2F4A60-9D33-4C41-8F52-0A6E7D21C9B4}";
+  const std::string clsid = "<CLSID>{1B2F4A60-9D33-4C41-8F52-0A6E7D21C9B4}</CLSID>";
   const struct {
     const Kind& kind;
     std::string around;
@@ -241,13 +218,14 @@ TEST_F(DescriptorTest, ListsAccumulate) {
        "GetTmplatePaths", "a.xml sub\\b.xml c.xml"},
       {kApp, "Configurations",
        "<Configuration><CLSID>abc</CLSID><Path>lost</Path></Configuration>"
-       "<Configuration><Path>p</Path><LocalName>old</LocalName><CLSID>" +
-           guid +
-           "</CLSID><LocalName>new</LocalName><PropertyPageCLSID>any text</PropertyPageCLSID>"
-           "</Configuration><Configuration><CLSID>" +
-           guid + "</CLSID></Configuration><Configuration/><Other/>",
+       "<Configuration><Path>p</Path><LocalName>old</LocalName>" +
+           clsid +
+           "<LocalName>new</LocalName><PropertyPageCLSID>any text</PropertyPageCLSID>"
+           "</Configuration><Configuration>" +
+           clsid + "</Configuration><Configuration/><Other/>",
        "GetConfigurations",
-       "{CLSID=" + guid + " Path=p PropertyPageCLSID=any text LocalName=new} {CLSID=" + guid + "}"},
+       "{CLSID={1B2F4A60-9D33-4C41-8F52-0A6E7D21C9B4} Path=p PropertyPageCLSID=any text "
+       "LocalName=new} {CLSID={1B2F4A60-9D33-4C41-8F52-0A6E7D21C9B4}}"},
       {kTmpl, "Modules", "<Module>a.xml</Module><module>no</module><Module> b.xml </Module>",
        "GetModulePaths", "a.xml b.xml"},
       {kTmpl, "PreProcServices", "<Service>not a class</Service><Other>no</Other><Service/>",
@@ -293,42 +271,41 @@ TEST_F(DescriptorTest, ListsAccumulate) {
 // What getters hand out before anything is read, and how they refuse a null place.
 TEST_F(DescriptorTest, TextsThatAreUnsetAndPlacesThatAreNull) {
   const struct {
-    Kind kind;
+    const char* class_name;
     const char* unset;
     HRESULT without_place;  // of texts but one, and of a user interface
-  } rows[] = {
-      {kApp, "(null)", E_POINTER},
-      {kTmpl, "", E_FAIL},
-      {kModule, "", E_FAIL},
-      {kEnv, "(0x80004005)", E_FAIL},
-      {kCmd, "", E_FAIL},
-      {kUi, "", E_FAIL},
-      {{"VeTxtTemplateFileParser", "", ""}, "(0x80070057)", E_POINTER},
-  };
+  } rows[] = {{"VeAppParser", "(null)", E_POINTER},
+              {"VeTmplParser", "", E_FAIL},
+              {"VeModuleParser", "", E_FAIL},
+              {"VeEnvParser", "(0x80004005)", E_FAIL},
+              {"VeCmdParser", "", E_FAIL},
+              {"VeUiParser", "", E_FAIL},
+              {"VeTxtTemplateFileParser", "(0x80070057)", E_POINTER}};
   for (const auto& row : rows) {
-    const LateObject object(row.kind.class_name);
-    for (const InterfaceInfo* info : TheLibrary().interfaces) {
-      if (!EqualsAscii(info->name, "I" + std::string(row.kind.class_name))) continue;
-      ComPtr<IUnknown> own;
-      object.As<IDispatch>()->QueryInterface(*info->iid, own.PutVoid());
-      for (std::size_t i = 0; i < info->members.size(); ++i) {
-        const MemberInfo& member = info->members[i];
-        const std::string name = ToUtf8(member.name);
-        SCOPED_TRACE(row.kind.class_name + (" " + name));
-        if (member.parameters.empty() || name == "ConfigurationPath") continue;
-        if (!member.parameters.back().IsRetval()) continue;
-        const ValueType& type = member.parameters.back().type;
-        const bool is_text = type.type == VT_BSTR && !type.is_array;
-        const std::vector<std::string> indexes(member.parameters.size() - 1, "9");
-        if (is_text) {
-          EXPECT_EQ(row.unset, object.Get(name, indexes));
-        }
-        std::vector<Slot> slots(member.parameters.size(), Slot{});
-        slots.back().is_missing = true;
-        const bool is_odd = (is_text && name != "GetCLSID") || name == "UI";
-        EXPECT_EQ(is_odd ? row.without_place : E_POINTER,
-                  CallNullable(*info, own.Get(), i, slots.data()));
+    const LateObject object(row.class_name);
+    const InterfaceInfo& info =
+        **std::ranges::find_if(TheLibrary().interfaces, [&](const InterfaceInfo* candidate) {
+          return EqualsAscii(candidate->name, "I" + std::string(row.class_name));
+        });
+    ComPtr<IUnknown> own;
+    EXPECT_EQ(S_OK, object.As<IDispatch>()->QueryInterface(*info.iid, own.PutVoid()));
+    for (std::size_t i = 0; i < info.members.size(); ++i) {
+      const MemberInfo& member = info.members[i];
+      const std::string name = ToUtf8(member.name);
+      SCOPED_TRACE(row.class_name + (" " + name));
+      if (member.parameters.empty() || name == "ConfigurationPath") continue;
+      if (!member.parameters.back().IsRetval()) continue;
+      const ValueType& type = member.parameters.back().type;
+      const bool is_text = type.type == VT_BSTR && !type.is_array;
+      const std::vector<std::string> indexes(member.parameters.size() - 1, "9");
+      if (is_text) {
+        EXPECT_EQ(row.unset, object.Get(name, indexes));
       }
+      std::vector<Slot> slots(member.parameters.size(), Slot{});
+      slots.back().is_missing = true;
+      const bool is_odd = (is_text && name != "GetCLSID") || name == "UI";
+      EXPECT_EQ(is_odd ? row.without_place : E_POINTER,
+                CallNullable(info, own.Get(), i, slots.data()));
     }
   }
   const LateObject without_panel = Put(kEnv.class_name, DocumentOf(kEnv, "", ""));
@@ -339,16 +316,16 @@ TEST_F(DescriptorTest, TextsThatAreUnsetAndPlacesThatAreNull) {
 TEST_F(DescriptorTest, AFileThatCannotBeReadSaysWhy) {
   for (const Kind& kind : {kApp, kTmpl, kModule, kEnv, kCmd, kUi}) {
     const std::string name = kind.class_name;
-    SCOPED_TRACE(name);
-    std::string failure;
-    EXPECT_EQ(kDocumentNotLoaded, Generate(LateObject(name), name, &failure));
-    EXPECT_NE(std::string::npos, failure.find("put ConfigurationPath first"));
     const LateObject parser = Put(name, "<A>\n<B>x</b>\n</A>");
-    EXPECT_EQ(kDocumentNotLoaded, Generate(parser, name, &failure));
-    EXPECT_NE(std::string::npos, failure.find("descriptor.xml:2:")) << failure;
+    const auto expect = [&](const LateObject& object, const char* says) {
+      std::string failure;
+      EXPECT_EQ(kDocumentNotLoaded, Generate(object, name, &failure)) << name;
+      EXPECT_NE(std::string::npos, failure.find(says)) << failure;
+    };
+    expect(LateObject(name), "put ConfigurationPath first");
+    expect(parser, "descriptor.xml:2:");
     EXPECT_EQ(S_OK, parser.Put("ConfigurationPath", ToUtf8(folder_.Name("none.xml"))));
-    EXPECT_EQ(kDocumentNotLoaded, Generate(parser, name, &failure));
-    EXPECT_NE(std::string::npos, failure.find("none.xml"));
+    expect(parser, "none.xml");
   }
   std::string failure;
   EXPECT_EQ(kInvalidUserInterface, Generate(Put("VeUiParser", "<ui/>"), "VeUiParser", &failure));

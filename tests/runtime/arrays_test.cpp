@@ -4,6 +4,7 @@
 #include <sabxml/com.h>
 
 #include <limits>
+#include <utility>
 
 namespace sab::testing {
 namespace {
@@ -11,15 +12,12 @@ namespace {
 TEST(Arrays, BoundsThatNoIndexReachesAreRefused) {
   constexpr LONG kMin = std::numeric_limits<LONG>::min();
   constexpr LONG kMax = std::numeric_limits<LONG>::max();
-  const struct {
-    SAFEARRAYBOUND bound;
-    bool is_valid;
-  } rows[] = {{{1, kMax}, true},  {{2, kMax}, false},          {{0, kMin + 1}, true},
-              {{0, kMin}, false}, {{0xFFFFFFFF, kMax}, false}, {{3, kMin}, true}};
-  for (const auto& row : rows) {
-    SAFEARRAYBOUND bound = row.bound;
+  std::pair<SAFEARRAYBOUND, bool> rows[] = {{{1, kMax}, true},           {{2, kMax}, false},
+                                            {{0, kMin + 1}, true},       {{0, kMin}, false},
+                                            {{0xFFFFFFFF, kMax}, false}, {{3, kMin}, true}};
+  for (auto& [bound, is_valid] : rows) {
     SAFEARRAY* const array = SafeArrayCreate(VT_UI1, 1, &bound);
-    EXPECT_EQ(row.is_valid, array != nullptr) << bound.cElements << ' ' << bound.lLbound;
+    EXPECT_EQ(is_valid, array != nullptr) << bound.cElements << ' ' << bound.lLbound;
     SafeArrayDestroy(array);
   }
 }

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <random>
+#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -45,7 +46,9 @@ class Exchange {
       if (strings_.size() < 500) return strings_.push_back(string);
       std::swap(string, strings_[place % strings_.size()]);
     }
-    Require(SysStringLen(string) > 0, "a string of another thread is whole");
+    const UINT length = SysStringLen(string);
+    const std::basic_string<OLECHAR> text(length, static_cast<OLECHAR>(length));
+    Require(length > 0 && text == string, "a string of another thread is whole");
     SysFreeString(string);
   }
 
@@ -67,7 +70,9 @@ void UseObjects(unsigned seed) {
     Require(CoCreateInstance(CLSID_VePrsAccel, nullptr, CLSCTX_INPROC_SERVER, IID_IVePrsAccel,
                              accel.Put()) == S_OK,
             "an element is created");
-    const BSTR key = SysAllocStringLen(nullptr, 1 + (seed + i) % 100);
+    const UINT length = 1 + (seed + i) % 250;
+    const std::basic_string<OLECHAR> text(length, static_cast<OLECHAR>(length));
+    const BSTR key = SysAllocStringLen(text.c_str(), length);
     Require(
         accel.object->put_Key(key) == S_OK && list.object->AddTail(accel.object, nullptr) == S_OK,
         "an element is added");

@@ -151,26 +151,26 @@ TEST_F(CatalogueTest, ARevisionNeedsItsClassBeforeIt) {
 }
 
 TEST_F(CatalogueTest, EveryKindOfRevisionKeepsAllItsValues) {
-  const CLSID* const kinds[] = {
-      &CLSID_VeStdRoughRevParser,   &CLSID_VeStdGeoTolRevParser,     &CLSID_VeStdWeldRevParser,
-      &CLSID_VeStdDatumRevParser,   &CLSID_VeStdCutsRevParser,       &CLSID_VeStdPartnoRevParser,
-      &CLSID_VeStdBomRevParser,     &CLSID_VeStdDetailViewRevParser, &CLSID_VeStdDimLeaderRevParser,
-      &CLSID_VeStdTaperRevParser,   &CLSID_VeStdHoleListRevParser,   &CLSID_VeStdDimRevParser,
-      &CLSID_VeStdCenterLnRevParser};
+  const std::vector<std::string> kinds = Split(
+      "Rough GeoTol Weld Datum Cuts Partno Bom DetailView DimLeader Taper HoleList Dim CenterLn",
+      ' ');
+  const auto class_of = [](const std::string& kind) {
+    return RegisteredClassId("VeStd" + kind + "RevParser");
+  };
   std::string symbols;
-  for (const CLSID* kind : kinds) {
-    symbols += Nested("Symbol",
-                      "<Identify>12x</Identify><CLSID>{host}</CLSID>" + RevisionClass(*kind) +
-                          "<Revision><State> 1 </State><Rows><Row><A>a</A></Row><Row><A>b</A><A/>"
-                          "</Row></Rows><RevName>r</RevName><RevName>s</RevName></Revision>");
+  for (const std::string& kind : kinds) {
+    symbols += Nested(
+        "Symbol", "<Identify>12x</Identify><CLSID>{host}</CLSID>" + RevisionClass(class_of(kind)) +
+                      "<Revision><State> 1 </State><Rows><Row><A>a</A></Row><Row><A>b</A><A/>"
+                      "</Row></Rows><RevName>r</RevName><RevName>s</RevName></Revision>");
   }
   ASSERT_EQ(S_OK, Load(Catalogue(Standard("<Name>N</Name>", symbols))));
   const auto read = Standards()[0].Follow("GetSymbolParserColl").Elements();
-  ASSERT_EQ(std::size(kinds), read.size());
+  ASSERT_EQ(kinds.size(), read.size());
   for (std::size_t i = 0; i < read.size(); ++i) {
     SCOPED_TRACE(i);
     EXPECT_EQ("{host}", read[i].Get("GetCLSID"));
-    EXPECT_EQ(InBraces(*kinds[i]), read[i].Get("GetRevParserCLSID"));
+    EXPECT_EQ(InBraces(class_of(kinds[i])), read[i].Get("GetRevParserCLSID"));
     const auto revisions = read[i].Follow("GetRevParserColl").Elements();
     ASSERT_EQ(1U, revisions.size());
     // The members of all kinds have the same places.
@@ -231,9 +231,8 @@ TEST_F(CatalogueTest, NothingIsLoadedFromNoNodeAndFromANumber) {
     EXPECT_NE(std::string::npos, failure.find(name)) << failure;
     EXPECT_EQ(E_INVALIDARG, LateObject(name).Call("Load", {"1234"}));
   }
-  for (const ULONG_PTR number : {ULONG_PTR{1234}, ULONG_PTR{4096}}) {
-    EXPECT_EQ(E_INVALIDARG, LateObject("VeStandardParser").As<IVeStandardParser>()->Load(number));
-  }
+  const auto standard = LateObject("VeStandardParser").As<IVeStandardParser>();
+  for (const ULONG_PTR number : {1234U, 4096U}) EXPECT_EQ(E_INVALIDARG, standard->Load(number));
 }
 
 // A class of a third party's in the registry, for as long as an instance lives.
