@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <thread>
 
 #include "config/document_fixture.h"
 
@@ -78,29 +77,6 @@ TEST_F(ConfigSaveTest, MissingFileIsNotMadeWhereItCouldBe) {
   const Text elsewhere = OLESTR("http://127.0.0.1:9/t.xml");
   EXPECT_FALSE(document_.Load(elsewhere));
   EXPECT_EQ(ResultOf([&] { document_.Save(elsewhere); }), E_INVALIDARG);
-}
-
-TEST_F(ConfigSaveTest, ManyWritersLoseNothing) {
-  constexpr int kWriters = 4;
-  constexpr int kSaves = 10;
-  folder_.Write("t.xml", "<r/>");
-  std::vector<std::thread> writers;
-  for (int writer = 0; writer < kWriters; ++writer) {
-    writers.emplace_back([this] {
-      EXPECT_TRUE(SUCCEEDED(CoInitialize(nullptr)));
-      for (int i = 0; i < kSaves; ++i) {
-        ConfigDocument document;
-        EXPECT_TRUE(document.LoadToChange(name_)) << document.Failure().Describe();
-        document.Root().Append("A");
-        document.Save(name_);
-      }
-      CoUninitialize();
-    });
-  }
-  for (std::thread& writer : writers) writer.join();
-  ASSERT_TRUE(document_.Load(name_));
-  EXPECT_EQ(document_.SelectElements(OLESTR("/r/A")).size(), std::size_t{kWriters * kSaves});
-  EXPECT_EQ(folder_.Entries().size(), 1U);
 }
 
 TEST_F(ConfigSaveTest, OnlyElementsCanBeChanged) {

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <set>
-#include <utility>
 #include <vector>
 
 #include "automation/dispatch_arguments.h"
@@ -129,48 +128,6 @@ TEST(Inventory, NamesAreBoundToMembers) {
     EXPECT_EQ(row.use, bound.lpfuncdesc->invkind);
     found->ReleaseFuncDesc(bound.lpfuncdesc);
   }
-}
-
-// A value that a property of the type takes. It differs from property to property as far as the
-// type allows.
-LateValue ValueFor(const ParameterInfo& parameter, unsigned place) {
-  if (parameter.type.type == VT_BSTR) return LateValue("值" + std::to_string(place));
-  const auto number = static_cast<LONG>(place);
-  if (parameter.type.type == VT_BOOL) return LateValue(-(number % 2));
-  return LateValue(parameter.type.enumeration ? number % 2 : number);
-}
-
-// All are put before any is read, so that one which goes to the place of another is seen.
-TEST(Inventory, EveryPropertyGivesBackWhatWasPut) {
-  unsigned tried = 0;
-  for (const ClassEntry& entry : ClassTable()) {
-    for (const unsigned round : {20U, 21U}) {
-      const auto object = New(entry);
-      std::vector<std::pair<const MemberInfo*, std::vector<LateValue>>> puts;
-      for (auto* info = CoclassOf(entry)->default_interface; info; info = info->base) {
-        for (const MemberInfo& member : info->members) {
-          if (member.kind != MemberKind::kPropertyPut) continue;
-          std::vector<LateValue> arguments;
-          // Two members may set the same named value; each gets one of its own.
-          if (member.parameters.size() == 2)
-            arguments.emplace_back("值" + std::to_string(member.id));
-          const unsigned place = round + static_cast<unsigned>(puts.size());
-          arguments.push_back(ValueFor(member.parameters.back(), place));
-          EXPECT_EQ(S_OK, Call(*object, member.id, DISPATCH_PROPERTYPUT, arguments).code)
-              << entry.name << ' ' << ToUtf8(member.name);
-          puts.emplace_back(&member, std::move(arguments));
-        }
-      }
-      for (auto& [member, arguments] : puts) {
-        const std::string expected = arguments.back().Text();
-        arguments.pop_back();
-        const LateResult got = Call(*object, member->id, DISPATCH_PROPERTYGET, arguments);
-        EXPECT_EQ(expected, got.value.Text()) << entry.name << ' ' << ToUtf8(member->name);
-        ++tried;
-      }
-    }
-  }
-  EXPECT_GT(tried, 500U);
 }
 
 // Arguments that no member can do much with.
