@@ -19,15 +19,20 @@ namespace {
 
 class HiveTest : public ::testing::Test {
  protected:
-  static LSTATUS Write(const std::string& key, const OLECHAR* name, const Text& text) {
+  // A text with its zero, unless a size in bytes is given.
+  static LSTATUS Write(const Text& key, const OLECHAR* name, const Text& text, DWORD size = 0) {
     HKEY opened = nullptr;
-    LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, FromUtf8(key).c_str(), 0, nullptr, 0,
-                                     KEY_WRITE, nullptr, &opened, nullptr);
+    LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0, KEY_WRITE,
+                                     nullptr, &opened, nullptr);
     if (status != ERROR_SUCCESS) return status;
-    status = RegSetValueExW(opened, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                            static_cast<DWORD>((text.size() + 1) * sizeof(OLECHAR)));
+    if (size == 0) size = static_cast<DWORD>((text.size() + 1) * sizeof(OLECHAR));
+    status =
+        RegSetValueExW(opened, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()), size);
     const LSTATUS closed = RegCloseKey(opened);
     return status != ERROR_SUCCESS ? status : closed;
+  }
+  static LSTATUS Write(const std::string& key, const OLECHAR* name, const Text& text) {
+    return Write(FromUtf8(key), name, text);
   }
 
   ScratchRegistry registry_;
@@ -139,19 +144,13 @@ TEST_F(HiveTest, EveryNameReadsBackOrIsRefused) {
   const Text text = {'t', '\n', 0xD800, '"', 0};
   const auto* const bytes = reinterpret_cast<const BYTE*>(text.c_str());
   for (const auto& row : rows) {
-    HKEY key = nullptr;
-    LSTATUS status = RegCreateKeyExW(HKEY_CLASSES_ROOT, row.key.c_str(), 0, nullptr, 0, KEY_WRITE,
-                                     nullptr, &key, nullptr);
-    if (status == ERROR_SUCCESS) {
-      status = RegSetValueExW(key, row.name.c_str(), 0, REG_SZ, bytes, 9);
-      RegCloseKey(key);
-    }
-    EXPECT_EQ(row.status, status) << ToUtf8(row.key);
+    EXPECT_EQ(row.status, Write(row.key, row.name.c_str(), text, 9)) << ToUtf8(row.key);
     if (row.status != ERROR_SUCCESS) continue;
     const std::string file = folder_.Read("registry.reg");
     std::filesystem::remove(folder_.Path("registry.reg"));
     EXPECT_EQ("(none)", RegistryText(ToUtf8(row.key), ToUtf8(row.name)));
     folder_.Write("registry.reg", file);
+    HKEY key = nullptr;
     BYTE found[16] = {};
     DWORD size = sizeof found;
     ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CLASSES_ROOT, row.key.c_str(), 0, KEY_READ, &key));
@@ -232,12 +231,7 @@ TEST_F(HiveTest, CreationFailsByTheReason) {
   EXPECT_EQ(CO_E_DLLNOTFOUND, create());
   EXPECT_NE(std::string::npos, TakeErrorDescription().find("the library libc.so.6"));
   // Half a unit is no text.
-  HKEY key = nullptr;
-  ASSERT_EQ(ERROR_SUCCESS,
-            RegOpenKeyExW(HKEY_CLASSES_ROOT, FromUtf8(class_key).c_str(), 0, KEY_WRITE, &key));
-  const BYTE odd[] = {0};
-  EXPECT_EQ(ERROR_SUCCESS, RegSetValueExW(key, nullptr, 0, REG_SZ, odd, 1));
-  RegCloseKey(key);
+  EXPECT_EQ(ERROR_SUCCESS, Write(FromUtf8(class_key), nullptr, {}, 1));
   EXPECT_EQ(REGDB_E_CLASSNOTREG, create());
   SetErrorInfo(0, nullptr);
 }

@@ -59,7 +59,6 @@ TEST(TypeInformation, KeepsTheLibraryLoaded) {
   EXPECT_EQ(S_OK, Server().CanUnloadNow());
 }
 
-// Three classes, of which the second cannot be registered.
 // What another copy, or anybody else, has written under our keys is not ours to remove.
 TEST(Registration, UnregisteringRemovesOnlyWhatThisCopyRegistered) {
   const ScratchRegistry registry;
@@ -84,27 +83,21 @@ TEST(Registration, UnregisteringRemovesOnlyWhatThisCopyRegistered) {
   EXPECT_NE(std::string::npos, registry.folder.Read("registry.reg").find("Their own words"));
 }
 
+// Three classes, of which the second cannot be registered.
 TEST(Registration, StopsAtTheFirstFailureAndRestoresTheLocale) {
+  const ScratchRegistry registry;
   ClassEntry rows[] = {ClassTable()[0], ClassTable()[1], ClassTable()[2]};
-  constexpr CLSID kClassIds[] = {
-      {0x51F1A001, 1, 2, {3}}, {0x51F1A002, 1, 2, {3}}, {0x51F1A003, 1, 2, {3}}};
-  constexpr std::string_view kProgIds[] = {"SabTest.First", "SabTest\\Second", "SabTest.Third"};
-  for (std::size_t i = 0; i < 3; ++i) {
-    rows[i].clsid = &kClassIds[i];
-    rows[i].registered_prog_id = kProgIds[i];
-    rows[i].registered_version_independent_prog_id = kProgIds[i];
-  }
+  rows[1].registered_prog_id = "SabTest\\Second";
   const LCID before = GetThreadLocale();
   constexpr LCID kOfTheCaller = 0x0404;
   SetThreadLocale(kOfTheCaller);
-  const HRESULT result = RegisterServer(rows, RegistrationScope::kUser);
-  EXPECT_TRUE(FAILED(result));
-  const std::string description = TakeErrorDescription();
-  EXPECT_NE(std::string::npos, description.find("class_with_progid.rgs:3:")) << description;
+  EXPECT_TRUE(FAILED(RegisterServer(rows, RegistrationScope::kUser)));
   EXPECT_EQ(kOfTheCaller, GetThreadLocale());
   SetThreadLocale(before);
-  EXPECT_EQ("(none)", OfTheUser("SabTest.First"));
-  EXPECT_EQ("(none)", OfTheUser("SabTest.Third"));
+  const std::string description = TakeErrorDescription();
+  EXPECT_NE(std::string::npos, description.find("class_with_progid.rgs:3:")) << description;
+  for (const ClassEntry& row : rows)
+    EXPECT_EQ("(none)", OfTheUser(row.VersionIndependentProgId())) << row.name;
 }
 
 }  // namespace

@@ -219,45 +219,5 @@ TEST_F(SettingsGroupsTest, TextsAreConvertedAsFarAsTheirTypeReaches) {
   }
 }
 
-TEST_F(SettingsGroupsTest, WhatALoadTakesAndLeaves) {
-  const struct {
-    const char* class_name;
-    const char* document;
-    const char* node_path;
-    const char* put;    // "Member=value", set before
-    const char* then;   // the same after the load
-    const char* saved;  // what the first element begins with when all is saved to it again
-  } rows[] = {
-      {"VeAutoUpdateAdminCfgParser", "<Interval>5</Interval>", "", "", "Interval=5", nullptr},
-      {"VeDisplayCfgParser",
-       "<S><G><PtMode>1</PtMode></G><G><PtMode>2</PtMode><PtSize>3</PtSize></G></S>", "/S/G",
-       "PtMode=7", "PtMode=1 PtSize=3", "PtMode=1 ObscuredColor=0 "},
-      // A missing key leaves all but the merging of styles.
-      {"VeSysParameterCfgParser", "<S><G><DefStandard>4</DefStandard></G></S>", "/S/G",
-       "CurStandard=9 SetIsMergeSameStyle=0", "DefStandard=4 CurStandard=9 GetIsMergeSameStyle=-1",
-       "DefStandard=4 TempPrefix= "},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.document);
-    Write(row.document);
-    const LateObject object(row.class_name);
-    for (const std::string& value : Split(row.put, ' ')) {
-      const auto parts = Split(value, '=');
-      EXPECT_TRUE(object.Put(parts[0], parts[1]) == S_OK ||
-                  object.Call(parts[0], {parts[1]}) == S_OK);
-    }
-    ASSERT_EQ(S_OK, Load(object, row.node_path));
-    for (const std::string& value : Split(row.then, ' ')) {
-      const std::string member = Split(value, '=')[0];
-      EXPECT_EQ(value, member + "=" + object.Get(member));
-    }
-    if (!row.saved) continue;
-    ASSERT_EQ(S_OK, Save(object));
-    EXPECT_TRUE(Elements("(/S/G)[1]").starts_with(row.saved)) << Elements();
-    const std::string second = Elements("(/S/G)[2]");
-    EXPECT_TRUE(second == "(no node)" || second == "PtMode=2 PtSize=3") << second;
-  }
-}
-
 }  // namespace
 }  // namespace sab::testing

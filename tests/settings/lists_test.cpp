@@ -70,6 +70,8 @@ TEST_F(SettingsListsTest, WhatMethodsAndFilesMakeOfTheLists) {
        "<AutoLayerRule><Key>{00000002-0000-0000-0000-000000000000}</Key><Value>v</Value>"
        "</AutoLayerRule></AllAutoLayerRule>",
        " AllAutoLayerRule{AutoLayerRule{Key={00000002-0000-0000-0000-000000000000} Value=v}} "},
+      // A missing key leaves all but the merging of styles.
+      {kSystem, "SetIsMergeSameStyle 0|InsertMatchRule old o", "<Other/>", " MergeSameStyle=-1 "},
       // The last name counts; half pairs are not saved.
       {kSystem,
        "AddVisualStylePair 1 one|AddVisualStylePair 2  |AddVisualStylePair  none|"
