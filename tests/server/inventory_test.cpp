@@ -1,4 +1,4 @@
-// Every class of the server: what it says of itself, its properties, its place in the registry.
+// Every class of the server: what it says of itself and of its failures, its place in the registry.
 
 #include <gtest/gtest.h>
 

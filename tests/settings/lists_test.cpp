@@ -37,7 +37,6 @@ TEST_F(SettingsListsTest, WhatMethodsAndFilesMakeOfTheLists) {
       "InsertMatchRule A x|InsertMatchRule A X|InsertMatchRule a x|InsertMatchRule A é|"
       "InsertMatchRule A É|InsertMatchRule A жук|InsertMatchRule A ЖУК|InsertMatchRule A  |"
       "InsertMatchRule A  |InsertMatchRule A e";
-  const std::string included = "AddIncludeType LINE|AddExculdeTypeID 9|";
   const struct {
     const char* class_name;
     std::string calls;
@@ -91,7 +90,7 @@ TEST_F(SettingsListsTest, WhatMethodsAndFilesMakeOfTheLists) {
        " SelectAllLayer=0 SelectAllLnType=-1 SelectAllColor=0 IncludeTypes=LINE;ARC;; "
        "ExcludeTypes=文字; ExceptiveColors=-16777216; IncludeTypeIDs=-3; "
        "ExcludeTypeIDs=2147483647; "},
-      {kSelect, included + "AddIncludeTypeID 5",
+      {kSelect, "AddIncludeType LINE|AddExculdeTypeID 9|AddIncludeTypeID 5",
        "<IncludeTypes>ARC;;文字</IncludeTypes><IncludeTypeIDs>;7;;x; 8</IncludeTypeIDs>",
        " IncludeTypes=ARC;文字; ExcludeTypes= ExceptiveColors= IncludeTypeIDs=7;0;8; "
        "ExcludeTypeIDs=9; "},
