@@ -11,7 +11,7 @@
 #include "base/bstr.h"
 #include "base/com_ptr.h"
 #include "base/module_lock.h"
-#include "dispatch_tables.h"
+#include "generated/dispatch_tables.h"
 #include "server/class_entry.h"
 #include "server/module.h"
 

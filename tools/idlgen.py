@@ -44,10 +44,10 @@ def main(arguments):
     origin = f"{source.parent.name}/{source.name}"
     outputs = {
         "include/SabXmlParser.h": header.write(library, origin).encode("utf-8"),
-        "dispatch_tables.h": dispatch.write_header(library, origin).encode("utf-8"),
-        "dispatch_tables.cpp": dispatch.write_source(library, origin).encode("utf-8"),
-        "edge.h": edge.write_edge(library, origin).encode("utf-8"),
-        "coclasses.h": edge.write_coclasses(library, origin).encode("utf-8"),
+        "generated/dispatch_tables.h": dispatch.write_header(library, origin).encode("utf-8"),
+        "generated/dispatch_tables.cpp": dispatch.write_source(library, origin).encode("utf-8"),
+        "generated/edge.h": edge.write_edge(library, origin).encode("utf-8"),
+        "generated/coclasses.h": edge.write_coclasses(library, origin).encode("utf-8"),
         "SabXmlParser.gbk.idl": plain_definition(library),
         "python/sabxml/interfaces.pyi": stubs.write_interfaces(library, origin).encode("utf-8"),
         "python/sabxml/_create.pyi": stubs.write_create(library, origin).encode("utf-8"),

@@ -2,9 +2,9 @@
 
 #include <SabXmlParser.h>
 
-#include "coclasses.h"
 #include "formats/configuration.h"
 #include "framework/make.h"
+#include "generated/coclasses.h"
 
 namespace sab {
 

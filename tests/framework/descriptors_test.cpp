@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/com_error.h"
-#include "dispatch_tables.h"
 #include "framework/descriptor_test.h"
+#include "generated/dispatch_tables.h"
 #include "server/nullable_calls.h"
 
 namespace sab::testing {

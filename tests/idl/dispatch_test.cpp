@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "dispatch_tables.h"
+#include "generated/dispatch_tables.h"
 #include "server/created_object.h"
 #include "support/late_value.h"
 

@@ -74,7 +74,7 @@ class Generator(unittest.TestCase):
             out = Path(folder) / "out"
             header = (out / "include/SabXmlParser.h").read_text(encoding="utf-8")
             self.assertIn("virtual HRESULT STDMETHODCALLTYPE get_Name(BSTR* pVal) = 0;", header)
-            edge = (out / "edge.h").read_text(encoding="utf-8")
+            edge = (out / "generated/edge.h").read_text(encoding="utf-8")
             self.assertIn("return ReadMember(Base::Origin(), this->fields, &F::Name, pVal);", edge)
             self.assertIn("CLSID_Thing = {0x00000000, 0x0000, 0x0000, "
                           "{0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x03}}", header)

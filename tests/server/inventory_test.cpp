@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "automation/dispatch_arguments.h"
-#include "dispatch_tables.h"
+#include "generated/dispatch_tables.h"
 #include "object/error_edge.h"
 #include "server/class_entry.h"
 #include "server/created_object.h"

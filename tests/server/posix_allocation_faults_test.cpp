@@ -7,7 +7,7 @@
 #include <iostream>
 
 #include "automation/dispatch_arguments.h"
-#include "dispatch_tables.h"
+#include "generated/dispatch_tables.h"
 #include "server/created_object.h"
 #include "support/allocation_faults.h"
 #include "support/late_object.h"

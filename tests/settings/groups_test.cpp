@@ -6,7 +6,7 @@
 #include <random>
 #include <set>
 
-#include "dispatch_tables.h"
+#include "generated/dispatch_tables.h"
 #include "settings/settings_groups.h"
 #include "settings/settings_test.h"
 #include "support/elements.h"

@@ -7,7 +7,7 @@
 
 #include "base/bstr.h"
 #include "common/conversions.h"
-#include "dispatch_tables.h"
+#include "generated/dispatch_tables.h"
 
 namespace sab::testing {
 namespace {

@@ -27,7 +27,7 @@ def write_header(library, source):
 
 
 def write_source(library, source):
-    out = [cpp.banner(source), '#include "dispatch_tables.h"\n', "namespace sab {", "namespace {\n"]
+    out = [cpp.banner(source), '#include "generated/dispatch_tables.h"\n', "namespace sab {", "namespace {\n"]
     for enumeration in library.enumerations.values():
         out += write_enumeration(enumeration)
     for interface in library.interfaces.values():

@@ -2,9 +2,9 @@
 
 #include <SabXmlParser.h>
 
-#include "coclasses.h"
 #include "formats/user_interface.h"
 #include "framework/make.h"
+#include "generated/coclasses.h"
 
 // Where the elements of a user-interface file go, and which objects they make. Values are put
 // through the interfaces, since a host may have put a class of its own in the place of ours.

@@ -1,6 +1,6 @@
 #include "platform/script_resource.h"
 
-#include "embedded_scripts.h"
+#include "generated/embedded_scripts.h"
 
 namespace sab {
 
