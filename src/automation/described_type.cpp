@@ -16,8 +16,6 @@ const ForeignType kForeignTypes[] = {
 
 }  // namespace
 
-bool IsSameName(TextView a, TextView b) { return EqualsIgnoringAsciiCase(a, b); }
-
 UINT DescribedType::Count() {
   const LibraryInfo& library = TheLibrary();
   return static_cast<UINT>(library.enumerations.size() + library.interfaces.size() +

@@ -7,9 +7,6 @@
 
 namespace sab {
 
-/// Whether two names are the same in letters of any case.
-bool IsSameName(TextView a, TextView b);
-
 /// A type of the system's own library that this one refers to.
 struct ForeignType {
   const OLECHAR* name;

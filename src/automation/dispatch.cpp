@@ -9,9 +9,6 @@
 namespace sab {
 namespace {
 
-// The names of the tables are ASCII.
-bool IsSameName(TextView a, TextView b) { return EqualsIgnoringAsciiCase(a, b); }
-
 const MemberInfo* FindByName(const InterfaceInfo& info, TextView name) {
   for (const InterfaceInfo* level = &info; level; level = level->base) {
     for (const MemberInfo& member : level->members) {

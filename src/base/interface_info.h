@@ -5,11 +5,16 @@
 #include <cstddef>
 #include <span>
 
+#include "base/text.h"
+
 namespace sab {
 
 // What the interface definitions say, as tables that the build generates. Dispatch runs over them
 // on every platform; where there is no type library, type information does too. Names are
 // automation text; help texts are UTF-8.
+
+/// Whether two names are the same; those of the tables are ASCII, letter case does not matter.
+inline bool IsSameName(TextView a, TextView b) { return EqualsIgnoringAsciiCase(a, b); }
 
 struct InterfaceInfo;
 
