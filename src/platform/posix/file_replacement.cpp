@@ -10,9 +10,8 @@
 #include <ctime>
 #include <mutex>
 
-#include "base/com_error.h"
 #include "platform/file.h"
-#include "platform/file_name.h"
+#include "platform/file_change.h"
 #include "system_file.h"
 
 namespace sab {
@@ -204,15 +203,19 @@ struct Target {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? "." : path.substr(0, slash + 1);
   }
+
+  int Find();
+
+ private:
+  int FollowLinks();
 };
 
 // Follows symbolic links to the file that is meant, which need not exist.
-int FollowLinks(Target& target) {
-  std::string& path = target.path;
+int Target::FollowLinks() {
   for (int links = 0; links < kMaxLinks; ++links) {
-    target.exists = lstat(path.c_str(), &target.status) == 0;
-    if (!target.exists) return errno == ENOENT ? 0 : errno;
-    if (!S_ISLNK(target.status.st_mode)) return 0;
+    exists = lstat(path.c_str(), &status) == 0;
+    if (!exists) return errno == ENOENT ? 0 : errno;
+    if (!S_ISLNK(status.st_mode)) return 0;
     std::array<char, PATH_MAX> link;
     const ssize_t length = readlink(path.c_str(), link.data(), link.size());
     if (length < 0) return errno;
@@ -224,13 +227,13 @@ int FollowLinks(Target& target) {
   return ELOOP;
 }
 
-int Find(Target& target) {
-  if (const int error = FollowLinks(target)) return error;
-  if (!target.exists) return 0;
-  if (S_ISDIR(target.status.st_mode)) return EISDIR;
-  if (!S_ISREG(target.status.st_mode)) return EINVAL;
+int Target::Find() {
+  if (const int error = FollowLinks()) return error;
+  if (!exists) return 0;
+  if (S_ISDIR(status.st_mode)) return EISDIR;
+  if (!S_ISREG(status.st_mode)) return EINVAL;
   // Renaming would get round the mode of a file that may not be written.
-  return faccessat(AT_FDCWD, target.path.c_str(), W_OK, AT_EACCESS) == 0 ? 0 : errno;
+  return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 
 int CheckFolder(const Target& target) {
@@ -260,24 +263,12 @@ int Replace(const Target& target, std::string_view bytes) {
   return 0;
 }
 
-// Finds a file and does something to it; raises ComError where either fails.
-template <class Action>
-void Change(TextView name, const Action& action) {
-  const std::string shown = "cannot write " + ToUtf8(name) + ": ";
-  if (const char* const against = ReasonAgainstName(name))
-    throw ComError(E_INVALIDARG, shown + against);
-  Target target{PathOf(name)};
-  int error = Find(target);
-  if (error == 0) error = action(target);
-  if (error != 0) throw ComError(ResultOf(error), shown + Words(error));
-}
-
 }  // namespace
 
-void CheckReplaceable(TextView name) { Change(name, CheckFolder); }
+void CheckReplaceable(TextView name) { ChangeFile<Target>(name, CheckFolder); }
 
 void ReplaceFileBytes(TextView name, std::string_view bytes) {
-  Change(name, [bytes](const Target& target) { return Replace(target, bytes); });
+  ChangeFile<Target>(name, [bytes](const Target& target) { return Replace(target, bytes); });
 }
 
 }  // namespace sab

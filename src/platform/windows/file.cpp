@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "base/com_error.h"
+#include "platform/file_change.h"
 #include "platform/file_name.h"
 #include "system_file.h"
 
@@ -122,17 +122,17 @@ class TemporaryFile {
 struct Target {
   Text path;
   bool exists = false;
-};
 
-DWORD Find(Target& target) {
-  const DWORD attributes = GetFileAttributesW(target.path.c_str());
-  target.exists = attributes != INVALID_FILE_ATTRIBUTES;
-  if (!target.exists && GetLastError() != ERROR_FILE_NOT_FOUND) return GetLastError();
-  if (target.exists && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
-    return ERROR_ACCESS_DENIED;
-  target.path = FinalPathOf(std::move(target.path));
-  return 0;
-}
+  DWORD Find() {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    exists = attributes != INVALID_FILE_ATTRIBUTES;
+    if (!exists && GetLastError() != ERROR_FILE_NOT_FOUND) return GetLastError();
+    if (exists && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0)
+      return ERROR_ACCESS_DENIED;
+    path = FinalPathOf(std::move(path));
+    return 0;
+  }
+};
 
 DWORD CheckAccess(const Target& target) {
   if (!target.exists) return 0;
@@ -148,18 +148,6 @@ DWORD Replace(const Target& target, std::string_view bytes) {
   if (const DWORD error = file.CreationError()) return error;
   if (const DWORD error = file.WriteAndFlush(bytes)) return error;
   return file.TakePlaceOf(target.path, target.exists);
-}
-
-// Finds a file and does something to it; raises ComError where either fails.
-template <class Action>
-void Change(TextView name, const Action& action) {
-  const std::string shown = "cannot write " + ToUtf8(name) + ": ";
-  if (const char* const against = ReasonAgainstName(name))
-    throw ComError(E_INVALIDARG, shown + against);
-  Target target{PathOf(name)};
-  DWORD error = Find(target);
-  if (error == 0) error = action(target);
-  if (error != 0) throw ComError(HRESULT_FROM_WIN32(error), shown + Words(error));
 }
 
 }  // namespace
@@ -241,10 +229,10 @@ bool FileExists(TextView name) {
          GetFileAttributesW(PathOf(name).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-void CheckReplaceable(TextView name) { Change(name, CheckAccess); }
+void CheckReplaceable(TextView name) { ChangeFile<Target>(name, CheckAccess); }
 
 void ReplaceFileBytes(TextView name, std::string_view bytes) {
-  Change(name, [bytes](const Target& target) { return Replace(target, bytes); });
+  ChangeFile<Target>(name, [bytes](const Target& target) { return Replace(target, bytes); });
 }
 
 }  // namespace sab

@@ -14,6 +14,8 @@ namespace sab {
 /// What an error number of the system means, for people.
 std::string Words(DWORD error);
 
+inline HRESULT ResultOf(DWORD error) { return HRESULT_FROM_WIN32(error); }
+
 /// The path under which the system knows a name.
 Text PathOf(TextView name);
 
