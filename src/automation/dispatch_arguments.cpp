@@ -1,5 +1,9 @@
 #include "automation/dispatch_arguments.h"
 
+#include <sabxml/variant_size.h>
+
+#include <cstring>
+
 #include "automation/result_place.h"
 
 namespace sab {
@@ -132,7 +136,7 @@ HRESULT DispatchArguments::ReadNumberOrText(VARTYPE type, const VARIANTARG& valu
   VARIANT converted{};
   const HRESULT result = Convert(converted, value, type);
   if (FAILED(result)) return result;
-  slot.int64 = converted.llVal;  // every other member of the slot lies in these eight bytes
+  std::memcpy(slot.Place(), sabxml::PlaceOfValue(converted, type), sabxml::SizeOfValue(type));
   is_owned_[index] = type == VT_BSTR;
   return S_OK;
 }
@@ -153,7 +157,7 @@ HRESULT DispatchArguments::ReadObject(const InterfaceInfo& wanted, const VARIANT
 HRESULT DispatchArguments::TakeResult(const ParameterInfo& parameter, std::size_t index,
                                       VARIANT& value) {
   is_owned_[index] = false;
-  const Slot& slot = slots_[index];
+  Slot& slot = slots_[index];
   value = {};
   const ValueType& type = parameter.type;
   if (type.is_array) {
@@ -170,8 +174,9 @@ HRESULT DispatchArguments::TakeResult(const ParameterInfo& parameter, std::size_
     value.vt = VT_BSTR;
     if (!value.bstrVal) return E_OUTOFMEMORY;
   } else {
+    std::memcpy(sabxml::PlaceOfValue(value, type.type), slot.Place(),
+                sabxml::SizeOfValue(type.type));
     value.vt = type.type;
-    value.llVal = slot.int64;
   }
   return S_OK;
 }

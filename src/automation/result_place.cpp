@@ -1,5 +1,8 @@
 #include "automation/result_place.h"
 
+#include <sabxml/variant_size.h>
+
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -92,43 +95,18 @@ HRESULT StoreThrough(VARIANTARG& argument, VARIANT& value) noexcept {
     const HRESULT result = VariantChangeType(&value, &value, 0, type);
     if (FAILED(result)) return result;
   }
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-      *place->pbVal = value.bVal;
-      return S_OK;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-      *place->piVal = value.iVal;
-      return S_OK;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
-      *place->plVal = value.lVal;
-      return S_OK;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_DATE:
-    case VT_CY:
-      *place->pllVal = value.llVal;
-      return S_OK;
-    case VT_BSTR:
-      std::swap(*place->pbstrVal, value.bstrVal);
-      return S_OK;
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-      std::swap(*place->ppunkVal, value.punkVal);
-      return S_OK;
-    default:
-      if ((type & VT_ARRAY) == 0) return DISP_E_TYPEMISMATCH;
-      std::swap(*place->pparray, value.parray);
-      return S_OK;
+  if (type == VT_BSTR) {
+    std::swap(*place->pbstrVal, value.bstrVal);
+  } else if (type == VT_DISPATCH || type == VT_UNKNOWN) {
+    std::swap(*place->ppunkVal, value.punkVal);
+  } else if ((type & VT_ARRAY) != 0) {
+    std::swap(*place->pparray, value.parray);
+  } else {
+    const std::size_t size = sabxml::SizeOfValue(type);
+    if (size == 0 || size > sizeof value.llVal) return DISP_E_TYPEMISMATCH;
+    std::memcpy(place->byref, sabxml::PlaceOfValue(value, type), size);
   }
+  return S_OK;
 }
 
 void MakeScriptable(VARIANT& value) noexcept {

@@ -86,6 +86,8 @@ struct Slot {
     SAFEARRAY* array;
   };
   bool is_missing;  ///< an optional argument that the caller left out
+
+  void* Place() { return &text; }  ///< of the value, whatever its type
 };
 
 struct InterfaceInfo {

@@ -1,4 +1,5 @@
 #include <sabxml/com.h>
+#include <sabxml/variant_size.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -18,41 +19,6 @@ struct Block {
 
 Block* BlockOf(SAFEARRAY* array) {
   return reinterpret_cast<Block*>(reinterpret_cast<char*>(array) - offsetof(Block, array));
-}
-
-ULONG SizeOf(VARTYPE type) {
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-      return 1;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-      return 2;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
-      return 4;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-      return 8;
-    case VT_BSTR:
-    case VT_UNKNOWN:
-    case VT_DISPATCH:
-      return sizeof(void*);
-    case VT_VARIANT:
-      return sizeof(VARIANT);
-    case VT_DECIMAL:
-      return sizeof(DECIMAL);
-    default:
-      return 0;
-  }
 }
 
 USHORT FeaturesOf(VARTYPE type) {
@@ -170,7 +136,7 @@ SAFEARRAY* SafeArrayCreate(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds
 }
 
 SAFEARRAY* SafeArrayCreateVector(VARTYPE type, LONG lower_bound, ULONG count) {
-  const ULONG size = SizeOf(type);
+  const auto size = static_cast<ULONG>(sabxml::SizeOfValue(type));
   if (size == 0 || count > std::numeric_limits<ULONG>::max() / size ||
       !AreValid(lower_bound, count)) {
     return nullptr;
@@ -349,9 +315,7 @@ HRESULT SafeArrayPutElement(SAFEARRAY* array, LONG* indices, void* element) {
   if (!element && !is_pointer) return E_INVALIDARG;
   // The copy comes first: it may be the element itself that is put.
   VARIANT copy{};
-  void* const fresh = type == VT_VARIANT ? static_cast<void*>(&copy) : &copy.byref;
-  DECIMAL decimal{};
-  void* const target = type == VT_DECIMAL ? static_cast<void*>(&decimal) : fresh;
+  void* const target = sabxml::PlaceOfValue(copy, type);
   const HRESULT result = CopyElement(type, array->cbElements,
                                      is_pointer ? static_cast<void*>(&element) : element, target);
   if (FAILED(result)) return result;

@@ -1,4 +1,5 @@
 #include <sabxml/com.h>
+#include <sabxml/variant_size.h>
 
 #include <cstring>
 
@@ -34,40 +35,9 @@ HRESULT Follow(const VARIANTARG& reference, VARIANT& value) {
   if ((type & VT_ARRAY) != 0) {
     value.parray = *reference.pparray;
   } else {
-    switch (type) {
-      case VT_I1:
-      case VT_UI1:
-        value.bVal = *reference.pbVal;
-        break;
-      case VT_I2:
-      case VT_UI2:
-      case VT_BOOL:
-        value.iVal = *reference.piVal;
-        break;
-      case VT_I4:
-      case VT_UI4:
-      case VT_INT:
-      case VT_UINT:
-      case VT_R4:
-      case VT_ERROR:
-        value.lVal = *reference.plVal;
-        break;
-      case VT_DECIMAL:
-        value.decVal = *reference.pdecVal;
-        break;
-      case VT_I8:
-      case VT_UI8:
-      case VT_R8:
-      case VT_CY:
-      case VT_DATE:
-      case VT_BSTR:
-      case VT_UNKNOWN:
-      case VT_DISPATCH:
-        value.llVal = *reference.pllVal;
-        break;
-      default:
-        return E_INVALIDARG;
-    }
+    const std::size_t size = type == VT_VARIANT ? 0 : sabxml::SizeOfValue(type);
+    if (size == 0) return E_INVALIDARG;
+    std::memcpy(sabxml::PlaceOfValue(value, type), reference.byref, size);
   }
   value.vt = type;
   return S_OK;

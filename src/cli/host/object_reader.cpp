@@ -1,5 +1,7 @@
 #include "cli/host/object_reader.h"
 
+#include <sabxml/variant_size.h>
+
 #include <algorithm>
 #include <charconv>
 #include <utility>
@@ -78,9 +80,7 @@ std::vector<Json> ElementsOf(SAFEARRAY* array) {
   for (LONG i = lower; i <= upper; ++i) {
     Value element;
     VARIANT& variant = element.Get();
-    // An array of variants fills the whole variant, any other the value in it.
-    void* const place = type == VT_VARIANT ? static_cast<void*>(&variant) : &variant.llVal;
-    if (FAILED(SafeArrayGetElement(array, &i, place))) continue;
+    if (FAILED(SafeArrayGetElement(array, &i, sabxml::PlaceOfValue(variant, type)))) continue;
     if (type != VT_VARIANT) variant.vt = type;
     elements.push_back(ScalarOf(variant));
   }
