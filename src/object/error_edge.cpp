@@ -1,24 +1,18 @@
 #include "object/error_edge.h"
 
-#include <cstdio>
 #include <new>
 
 #include "base/bstr.h"
 #include "base/com_error.h"
 #include "base/com_ptr.h"
+#include "base/result_words.h"
 
 namespace sab {
 namespace {
 
 std::string WordsOf(HRESULT code) {
-  if (code == E_POINTER) {
-    return "A pointer is null that must not be: pass the address of a variable for every result.";
-  }
-  if (code == E_NOINTERFACE) return "The object does not have the interface that was asked for.";
-  if (code == E_OUTOFMEMORY) return "There is not enough memory.";
-  char text[40];
-  std::snprintf(text, sizeof text, "The call failed with 0x%08X.", static_cast<unsigned>(code));
-  return text;
+  const std::string words = ResultWords(code);
+  return "The call failed with " + ResultDigits(code) + (words.empty() ? "." : ": " + words + ".");
 }
 
 }  // namespace

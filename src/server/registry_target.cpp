@@ -6,6 +6,7 @@
 #include "base/bstr.h"
 #include "base/com_error.h"
 #include "base/com_ptr.h"
+#include "base/registry_key.h"
 
 namespace sab {
 namespace {
@@ -29,24 +30,9 @@ void CheckStatus(LSTATUS status, const RegistryPath& path, const char* action) {
                                          : ""));
 }
 
-class OpenKey {
- public:
-  OpenKey(const RegistryPath& path, REGSAM access) {
-    status_ = RegOpenKeyExW(path.root, FromUtf8(path.key).c_str(), 0, access, &key_);
-  }
-  OpenKey(const OpenKey&) = delete;
-  OpenKey& operator=(const OpenKey&) = delete;
-  ~OpenKey() {
-    if (status_ == ERROR_SUCCESS) RegCloseKey(key_);
-  }
-
-  LSTATUS Status() const { return status_; }
-  HKEY Get() const { return key_; }
-
- private:
-  HKEY key_ = nullptr;
-  LSTATUS status_;
-};
+OpenKey Open(const RegistryPath& path, REGSAM access) {
+  return OpenKey(path.root, FromUtf8(path.key), access);
+}
 
 bool IsAbsent(LSTATUS status) {
   return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND;
@@ -87,7 +73,7 @@ void SystemRegistry::CreateKey(const RegistryPath& path) {
 
 void SystemRegistry::SetValue(const RegistryPath& path, const std::string& name, DWORD type,
                               const std::vector<BYTE>& data) {
-  const OpenKey key(path, KEY_SET_VALUE);
+  const OpenKey key = Open(path, KEY_SET_VALUE);
   CheckStatus(key.Status(), path, "opened");
   CheckStatus(RegSetValueExW(key.Get(), NameOrNull(FromUtf8(name)), 0, type, data.data(),
                              static_cast<DWORD>(data.size())),
@@ -96,7 +82,7 @@ void SystemRegistry::SetValue(const RegistryPath& path, const std::string& name,
 
 void SystemRegistry::DeleteValue(const RegistryPath& path, const std::string& name, DWORD type,
                                  const std::vector<BYTE>& data) {
-  const OpenKey key(path, KEY_QUERY_VALUE | KEY_SET_VALUE);
+  const OpenKey key = Open(path, KEY_QUERY_VALUE | KEY_SET_VALUE);
   if (IsAbsent(key.Status())) return;
   CheckStatus(key.Status(), path, "opened");
   const Text wide = FromUtf8(name);
@@ -107,7 +93,7 @@ void SystemRegistry::DeleteValue(const RegistryPath& path, const std::string& na
 }
 
 Text SystemRegistry::DefaultText(const RegistryPath& path) {
-  const OpenKey key(path, KEY_QUERY_VALUE);
+  const OpenKey key = Open(path, KEY_QUERY_VALUE);
   if (IsAbsent(key.Status())) return {};
   CheckStatus(key.Status(), path, "opened");
   const std::optional<RegistryValue> found = ReadValue(key.Get(), nullptr, path);
@@ -124,7 +110,7 @@ void SystemRegistry::DeleteTree(const RegistryPath& path) {
 
 void SystemRegistry::DeleteKeyIfEmpty(const RegistryPath& path) {
   {
-    const OpenKey key(path, KEY_READ);
+    const OpenKey key = Open(path, KEY_READ);
     if (IsAbsent(key.Status())) return;
     CheckStatus(key.Status(), path, "opened");
     DWORD subkeys = 0;

@@ -1,6 +1,6 @@
 #include "cli/host/automation.h"
 
-#include "cli/host/result_words.h"
+#include "base/result_words.h"
 #include "cli/standard_input.h"
 
 namespace sabxml::cli {
@@ -24,8 +24,8 @@ std::string ToUtf8(BSTR text) {
 
 std::string Failure::Explanation() const {
   if (SUCCEEDED(code_)) return what();
-  const std::string words = ResultWords(code_);
-  return what() + (" (" + ResultDigits(code_)) + (words.empty() ? "" : ": " + words) + ")";
+  const std::string words = sab::ResultWords(code_);
+  return what() + (" (" + sab::ResultDigits(code_)) + (words.empty() ? "" : ": " + words) + ")";
 }
 
 void Fail(HRESULT code, const std::string& action) {

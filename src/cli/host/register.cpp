@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 
+#include "base/registry_key.h"
 #include "cli/commands.h"
 #include "cli/platform.h"
 
@@ -44,62 +45,46 @@ void PrintDifference(std::vector<std::string> before, std::vector<std::string> a
   if (gone.empty() && added.empty()) std::cout << "Nothing would change.\n";
 }
 
-// A key of the registry; null for one that cannot be opened.
-class OpenKey {
- public:
-  OpenKey(HKEY parent, const std::basic_string<OLECHAR>& path) {
-    if (RegOpenKeyExW(parent, path.c_str(), 0, KEY_READ, &key_) != ERROR_SUCCESS) key_ = nullptr;
+// The default value of a key below one that is open; empty without a text.
+std::string DefaultText(const sab::OpenKey& parent, const sab::Text& name) {
+  const sab::OpenKey key(parent.Get(), name, KEY_READ);
+  OLECHAR text[1024] = {};
+  DWORD size = sizeof text - sizeof(OLECHAR);
+  DWORD type = REG_NONE;
+  if (!key ||
+      RegQueryValueExW(key.Get(), nullptr, nullptr, &type, reinterpret_cast<LPBYTE>(text), &size) !=
+          ERROR_SUCCESS ||
+      type != REG_SZ) {
+    return {};
   }
-  OpenKey(const OpenKey&) = delete;
-  OpenKey& operator=(const OpenKey&) = delete;
-  ~OpenKey() {
-    if (key_) RegCloseKey(key_);
-  }
+  return sab::ToUtf8(text);
+}
 
-  /// The default value of a key below this one; empty without a text.
-  std::string TextOf(const OLECHAR* name) const {
-    const OpenKey child(key_, name);
-    OLECHAR text[1024] = {};
-    DWORD size = sizeof text - sizeof(OLECHAR);
-    DWORD type = REG_NONE;
-    if (!child.key_ ||
-        RegQueryValueExW(child.key_, nullptr, nullptr, &type, reinterpret_cast<LPBYTE>(text),
-                         &size) != ERROR_SUCCESS ||
-        type != REG_SZ) {
-      return {};
-    }
-    return sab::ToUtf8(text);
+// The name of a key below one that is open; empty after the last.
+sab::Text Subkey(const sab::OpenKey& parent, DWORD index) {
+  OLECHAR name[256];
+  DWORD length = 256;
+  if (!parent || RegEnumKeyExW(parent.Get(), index, name, &length, nullptr, nullptr, nullptr,
+                               nullptr) != ERROR_SUCCESS) {
+    return {};
   }
-
-  /// The name of a key below this one; empty after the last.
-  std::basic_string<OLECHAR> Subkey(DWORD index) const {
-    OLECHAR name[256];
-    DWORD length = 256;
-    if (!key_ || RegEnumKeyExW(key_, index, name, &length, nullptr, nullptr, nullptr, nullptr) !=
-                     ERROR_SUCCESS) {
-      return {};
-    }
-    return {name, length};
-  }
-  HKEY Get() const { return key_; }
-
- private:
-  HKEY key_ = nullptr;
-};
+  return {name, length};
+}
 
 // The libraries that classes of the server's type library are registered for.
 std::set<std::string> RegisteredLibraries(bool for_user) {
   OLECHAR type_library[40];
   StringFromGUID2(LIBID_SabXmlParserLib, type_library, 40);
-  const OpenKey classes(for_user ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT,
-                        for_user ? OLESTR("Software\\Classes\\CLSID") : OLESTR("CLSID"));
+  const sab::OpenKey classes(for_user ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT,
+                             for_user ? OLESTR("Software\\Classes\\CLSID") : OLESTR("CLSID"),
+                             KEY_READ);
   std::set<std::string> libraries;
   for (DWORD index = 0;; ++index) {
-    const std::basic_string<OLECHAR> name = classes.Subkey(index);
+    const sab::Text name = Subkey(classes, index);
     if (name.empty()) return libraries;
-    const OpenKey entry(classes.Get(), name);
-    if (entry.Get() && entry.TextOf(OLESTR("TypeLib")) == sab::ToUtf8(type_library)) {
-      libraries.insert(entry.TextOf(OLESTR("InprocServer32")));
+    const sab::OpenKey entry(classes.Get(), name, KEY_READ);
+    if (entry && DefaultText(entry, OLESTR("TypeLib")) == sab::ToUtf8(type_library)) {
+      libraries.insert(DefaultText(entry, OLESTR("InprocServer32")));
     }
   }
 }

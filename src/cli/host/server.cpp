@@ -2,7 +2,7 @@
 
 #include <SabXmlParser.h>
 
-#include "cli/host/result_words.h"
+#include "base/result_words.h"
 #include "cli/host/type_description.h"
 #include "cli/platform.h"
 #include "cli/suggestion.h"
@@ -55,8 +55,9 @@ Reference<IDispatch> Server::CreateClass(REFCLSID clsid) {
     return CreateFromLibrary(clsid);
   } catch (const Failure& failure) {
     if (registered == REGDB_E_CLASSNOTREG) throw;
-    throw Failure(std::string("the registered server cannot be used (") + ResultDigits(registered) +
-                      " " + ResultWords(registered) + "), and without it " + failure.what(),
+    throw Failure(std::string("the registered server cannot be used (") +
+                      sab::ResultDigits(registered) + " " + sab::ResultWords(registered) +
+                      "), and without it " + failure.what(),
                   failure.Code());
   }
 }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/result_words.h"
 #include "cli/host/object_reader.h"
-#include "cli/host/result_words.h"
 #include "cli/show/element_counter.h"
 
 namespace sabxml::cli {
@@ -25,13 +25,13 @@ void Walk::AddJson(std::string_view name, const Json& value) {
 
 void Walk::Note(const Mention& mention, const Failure& failure) {
   failures_.emplace_back(failure.what() + NamedBy(mention.named_by, mention.named), failure.Code());
-  lines_.back().content = ResultWords(failure.Code());
+  lines_.back().content = sab::ResultWords(failure.Code());
   if (lines_.back().content.empty()) lines_.back().content = failure.what();
   lines_.back().has_failed = true;
   if (!json_) return;
   json_->BeginObject("error", {}, 0);
-  json_->AddValue("code", ResultDigits(failure.Code()));
-  json_->AddValue("meaning", ResultWords(failure.Code()));
+  json_->AddValue("code", sab::ResultDigits(failure.Code()));
+  json_->AddValue("meaning", sab::ResultWords(failure.Code()));
   json_->AddValue("reason", failure.what());
   json_->End();
 }

@@ -6,6 +6,7 @@
 
 #include "base/bstr.h"
 #include "base/com_ptr.h"
+#include "base/registry_key.h"
 #include "platform/module_path.h"
 
 namespace sab {
@@ -72,18 +73,15 @@ std::wstring VersionOf(const TLIBATTR& library) {
 
 std::vector<std::wstring> RegisteredVersions(REFGUID guid) {
   std::vector<std::wstring> versions;
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, KeyOf(guid).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) {
-    return versions;
-  }
+  const OpenKey key(HKEY_CLASSES_ROOT, KeyOf(guid), KEY_READ);
+  if (!key) return versions;
   wchar_t name[64];
   DWORD length = 64;
-  while (RegEnumKeyExW(key, static_cast<DWORD>(versions.size()), name, &length, nullptr, nullptr,
-                       nullptr, nullptr) == ERROR_SUCCESS) {
+  while (RegEnumKeyExW(key.Get(), static_cast<DWORD>(versions.size()), name, &length, nullptr,
+                       nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
     versions.emplace_back(name, length);
     length = 64;
   }
-  RegCloseKey(key);
   return versions;
 }
 

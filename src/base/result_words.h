@@ -1,18 +1,19 @@
-#include "cli/host/result_words.h"
+#pragma once
 
+#include <sabxml/com.h>
 #include <sabxml/result_codes.h>
 
 #include <cstdio>
 #include <span>
+#include <string>
 
-namespace sabxml::cli {
-namespace {
+namespace sab {
 
-// Of the system; those of the server have words of their own.
-constexpr sabxml::ResultWords kWords[] = {
+/// What the codes of the component runtime say; those of the server have words of their own.
+inline constexpr sabxml::ResultWords kRuntimeResultWords[] = {
     {0x80004001, "not implemented"},
     {0x80004002, "no such interface"},
-    {0x80004003, "a pointer is missing"},
+    {0x80004003, "a pointer is null: pass the address of a variable for every result"},
     {0x80004005, "unspecified failure"},
     {0x8000FFFF, "unexpected failure"},
     {0x80020003, "no such member"},
@@ -30,23 +31,22 @@ constexpr sabxml::ResultWords kWords[] = {
     {0x8007007E, "the library or one that it needs is not found"},
 };
 
-}  // namespace
-
-std::string ResultDigits(HRESULT code) {
+/// "0x84000C06"
+inline std::string ResultDigits(HRESULT code) {
   char text[16];
   std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(code));
   return text;
 }
 
-std::string ResultWords(HRESULT code) {
-  for (const std::span<const sabxml::ResultWords> words :
-       {std::span<const sabxml::ResultWords>(kResultWords),
-        std::span<const sabxml::ResultWords>(kWords)}) {
-    for (const sabxml::ResultWords& known : words) {
+/// What a result code of the server or of the component runtime means; empty for an unknown one.
+inline std::string ResultWords(HRESULT code) {
+  using Table = std::span<const sabxml::ResultWords>;
+  for (const Table table : {Table(sabxml::kResultWords), Table(kRuntimeResultWords)}) {
+    for (const sabxml::ResultWords& known : table) {
       if (known.code == static_cast<std::uint32_t>(code)) return known.words;
     }
   }
   return {};
 }
 
-}  // namespace sabxml::cli
+}  // namespace sab
