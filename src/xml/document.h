@@ -6,6 +6,7 @@
 
 #include "xml/characters.h"
 #include "xml/encoding.h"
+#include "xml/joined_text.h"
 #include "xml/node.h"
 #include "xml/reader.h"
 #include "xml/text.h"
@@ -16,7 +17,8 @@ namespace sab::xml {
 /// kNoNode means none, and as a parent the document itself.
 class Document {
  public:
-  /// What the reader looks at behind the text. Bytes with so much capacity to spare are not copied.
+  /// Bytes after the text that the reader may look at. Bytes with that much spare capacity are not
+  /// copied.
   static constexpr std::size_t kPadding = 16;
 
   /// Reads a document in any known encoding. Raises Error; std::bad_alloc.
@@ -64,7 +66,7 @@ class Document {
     if (HasOnlyText(node)) {
       AppendUtf16(OnlyTextOf(node), out);
     } else {
-      AppendJoinedText(node, out);
+      AppendJoinedText(*this, node, out);
     }
   }
   /// Whether the text of an element needs no node of its own.
@@ -80,9 +82,9 @@ class Document {
   std::string_view TextBytes() const { return {text_, nodes_[0].end}; }
   const Encoding& GetEncoding() const { return encoding_; }
   const Node& At(NodeIndex node) const { return nodes_[node]; }
-  /// Where an element's content starts; for <name/> behind the tag.
+  /// Where an element's content starts; for <name/> after the tag.
   std::size_t ContentStart(NodeIndex element) const;
-  /// Behind all of a node: its end tag, or what ends a comment, a section or an instruction.
+  /// After the whole node: its end tag, or what ends a comment, a section or an instruction.
   std::size_t EndOfMarkup(NodeIndex node) const;
 
  private:
@@ -90,9 +92,6 @@ class Document {
     while (node != kNoNode && !IsElement(node)) node = NextSibling(node);
     return node;
   }
-  // Whether white space that is no node follows a node, or stands first in an element.
-  bool HasBlankAfter(NodeIndex node) const;
-  bool StartsWithBlank(NodeIndex element) const;
   // The text of an element that has nothing else; it never starts with white space.
   std::string_view OnlyTextOf(NodeIndex element) const {
     const Node& node = nodes_[element];
@@ -103,14 +102,12 @@ class Document {
     }
     return {text_ + start, end - start};
   }
-  void AppendJoinedText(NodeIndex node, std::u16string& out) const;
-  void AppendPiece(std::string_view piece, bool needs_decoding, std::u16string& out) const;
 
-  std::string bytes_;  // as they stand in the file, and zeros behind them
-  std::size_t size_;   // without those zeros
+  std::string bytes_;  // of the file, and the padding
+  std::size_t size_;   // without the padding
   Encoding encoding_;
   std::string decoded_;  // where the bytes are not UTF-8
-  const char* text_;     // UTF-8 without a mark
+  const char* text_;     // UTF-8 without a byte-order mark
   NodeArray nodes_;
   NodeIndex root_ = kNoNode;
 };
