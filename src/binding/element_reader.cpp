@@ -1,20 +1,6 @@
 #include "binding/element_reader.h"
 
-#include <cstring>
-
 namespace sab {
-
-BSTR ReusedString::Set(TextView text) {
-  constexpr std::size_t kPrefix = sizeof(UINT) / sizeof(OLECHAR);
-  const std::size_t needed = kPrefix + text.size() + 1;
-  if (memory_.size() < needed) memory_.resize(needed);
-  const UINT bytes = static_cast<UINT>(text.size() * sizeof(OLECHAR));
-  std::memcpy(memory_.data(), &bytes, sizeof bytes);
-  OLECHAR* const copy = memory_.data() + kPrefix;
-  std::memcpy(copy, text.data(), bytes);
-  copy[text.size()] = 0;
-  return copy;
-}
 
 namespace {
 

@@ -8,21 +8,10 @@
 #include "base/bstr.h"
 #include "base/com_error.h"
 #include "base/com_ptr.h"
+#include "base/reused_string.h"
 #include "common/config_document.h"
 
 namespace sab {
-
-/// An automation string over memory that is used again: what a setter copies needs no allocation of
-/// the reader's own.
-class ReusedString {
- public:
-  /// Valid until the next call.
-  BSTR Set(TextView text);
-
- private:
-  // The length in bytes, as automation strings have it, then the text.
-  std::vector<OLECHAR> memory_;
-};
 
 /// What a reader of elements needs at hand during one Generate or Load call.
 struct Reading {
