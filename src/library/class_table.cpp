@@ -71,7 +71,6 @@ using enum Registration;
 
 // In the order in which the classes are registered.
 constexpr ClassEntry kClasses[] = {
-    // clang-format off
     Row<CVeTmplParser>(kWithProgIds),
     UiRow(),
     Row<CVePrsUI>(kWithProgIds),
@@ -156,7 +155,6 @@ constexpr ClassEntry kClasses[] = {
     Row<CVePrsFileBaleColl>(kNone),
     Row<CVePrsCommandImage>(kNone),
     Row<CVePrsCommandImageColl>(kNone),
-    // clang-format on
 };
 
 }  // namespace
