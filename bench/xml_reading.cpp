@@ -22,7 +22,7 @@ void Report(benchmark::State& state) {
 
 void ReadOurs(benchmark::State& state) {
   for (auto _ : state) {
-    std::string bytes;  // as a file is read: with room behind it
+    std::string bytes;  // as a file is read: with spare capacity
     bytes.reserve(UserInterfaceFile(kTenMegabytes).size() + sab::xml::Document::kPadding);
     bytes += UserInterfaceFile(kTenMegabytes);
     const sab::xml::Document document(std::move(bytes));

@@ -11,7 +11,7 @@ if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release)
 endif()
 
-# Everything that a person runs or loads stands in the root of the build folder.
+# Everything that a person runs or loads lies in the root of the build folder.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 
@@ -53,7 +53,7 @@ if(NOT WIN32 AND NOT SAB_SANITIZE AND NOT SAB_SANITIZE_THREADS AND CMAKE_BUILD_T
 endif()
 
 if(WIN32)
-  # The DLL stands alone: no compiler runtime has to be installed beside it.
+  # The DLL is self-contained: no compiler runtime has to be installed beside it.
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   add_link_options(-static -static-libgcc -static-libstdc++)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)

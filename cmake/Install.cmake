@@ -1,5 +1,5 @@
 # What is installed where. Two components: "runtime" is what runs (library, program, samples),
-# "development" what a client is built with. Nothing installed knows where it stands, so a prefix
+# "development" what a client is built with. Nothing installed knows its location, so a prefix
 # can be moved.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)

@@ -163,7 +163,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
       classes[place].create(nullptr, IID_IDispatch, objects.emplace_back().PutVoid());
     }
     while (data.remaining_bytes() > 0 && objects.size() < 64) Call(data, objects);
-    // Lists may hold each other: whoever puts them so empties them.
+    // Lists may hold each other, so they are emptied here.
     OLECHAR name[] = OLESTR("RemoveAll");
     for (const ComPtr<IDispatch>& object : objects) {
       LPOLESTR names = name;

@@ -15,7 +15,7 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-// Takes the input apart; zeros follow its end.
+// Takes the input apart; it is NUL-padded.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : next_(data), end_(data + size) {}

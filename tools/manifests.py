@@ -5,7 +5,7 @@
 
 SABXML is the built program; what the server would register ("sabxml register --dry-run") is what the
 manifests say. ARCHITECTURE is the processor as manifests name it: amd64 or x86. Into FOLDER go
-SabXmlParser.manifest, the assembly, which stands beside SabXmlParser.dll, and application.manifest,
+SabXmlParser.manifest, the assembly, which lies beside SabXmlParser.dll, and application.manifest,
 the part that a program's own manifest takes over. The elements are those of Microsoft's
 "Assembly manifests" and "Application manifests" reference.
 """

@@ -65,7 +65,7 @@ HRESULT DispatchArguments::Prepare(UINT* bad_argument) noexcept {
   return S_OK;
 }
 
-// Positions count from the end of the caller's list, names stand at its start.
+// Positions count from the end of the caller's list, names are at its start.
 HRESULT DispatchArguments::Assign(UINT* bad_argument) {
   argument_of_.fill(kNoArgument);
   const std::size_t settable =

@@ -42,11 +42,11 @@ class Bstr {
   /// A new string for the caller: null for null; raises std::bad_alloc.
   BSTR Copy() const { return value_ ? Allocate(View()) : nullptr; }
 
-  /// The text of a string that somebody else owns.
+  /// The text of a string that the caller owns.
   static TextView ViewOf(BSTR value) {
     return value ? TextView(value, SysStringLen(value)) : TextView();
   }
-  /// A copy of a string that somebody else owns: null for null.
+  /// A copy of a string that the caller owns: null for null.
   static Bstr CopyOf(BSTR value) {
     Bstr copy;
     if (value) copy.value_ = Allocate(ViewOf(value));

@@ -4,7 +4,7 @@
 
 namespace sab {
 
-/// The count of an object from its last Release on. What it lets go of while it is destroyed may
+/// The count of an object from its last Release on. What it releases while it is destroyed may
 /// still add and release references to it; far from 0, they do not destroy it again.
 inline constexpr ULONG kDyingReferences = 0x40000000;
 

@@ -34,7 +34,7 @@ struct EnumerationInfo {
 inline constexpr VARTYPE kSignedPointer = sizeof(void*) == 8 ? VT_I8 : VT_I4;
 inline constexpr VARTYPE kUnsignedPointer = sizeof(void*) == 8 ? VT_UI8 : VT_UI4;
 
-/// A value's type. VT_USERDEFINED stands for GUID, the only structure that is passed.
+/// A value's type. VT_USERDEFINED means GUID, the only structure that is passed.
 struct ValueType {
   VARTYPE type;                        ///< VT_DISPATCH for interfaces, VT_I4 for enumerations
   bool is_array;                       ///< an array of the type

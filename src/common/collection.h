@@ -11,7 +11,7 @@
 
 namespace sab {
 
-/// The 28 methods behind every collection class: a list of references to one item interface, walked
+/// The 28 methods of every collection class: a list of references to one item interface, walked
 /// by opaque positions. Elements are compared by the very pointer that was passed in.
 template <class Coclass, class Item>
 class Collection : public ComponentBase<Coclass>, private ScriptList {

@@ -55,7 +55,7 @@ class ConfigElement {
   TextView ReadLocalName(Text& scratch) const { return element_.ReadLocalName(scratch); }
 
   /// The whole text: that of all descendants joined, white space at both ends left out except
-  /// where it stands in a CDATA section or under xml:space="preserve". Written to the scratch
+  /// where it is in a CDATA section or under xml:space="preserve". Written to the scratch
   /// text, which readers reuse for all values; valid until that text changes.
   TextView ReadText(Text& scratch) const { return element_.ReadText(scratch); }
 
@@ -79,7 +79,7 @@ class ConfigElement {
   /// Line and column of the start tag, counted from 1; both 0 where the DOM does not know them.
   TextPosition Position() const { return element_.Position(); }
 
-  /// Adds a new element behind the last child.
+  /// Adds a new element after the last child.
   /// @param name UTF-8, without a prefix. Raises ComError(E_INVALIDARG) if it is no name.
   AppendedElement Append(std::string_view name, TextView text = {}) {
     return element_.Append(name, text);
@@ -88,7 +88,7 @@ class ConfigElement {
   /// Replaces the whole content by a text.
   void SetText(TextView text) { element_.SetText(text); }
 
-  /// Removes the element with all it contains, and its line where nothing else stands on it.
+  /// Removes the element with all it contains, and its line where nothing else is on it.
   void Remove() { element_.Remove(); }
 
  private:

@@ -32,7 +32,7 @@ int DigitOf(unsigned unit) {
   return kNoDigit;
 }
 
-// What stands before the digits: white space, then at most one sign.
+// What precedes the digits: white space, then at most one sign.
 bool SkipToDigits(TextView& text) {
   const auto first =
       std::find_if(text.begin(), text.end(), [](OLECHAR unit) { return !IsSpace(unit); });
@@ -77,9 +77,9 @@ bool IsTooLarge(std::string_view number, char exponent_mark, int bits_per_digit)
   return place * bits_per_digit + exponent > 0;
 }
 
-// Nothing where no number stands: a sign before that means nothing either.
+// Nothing without a number: a sign alone means nothing either.
 std::optional<double> ParseUnsigned(std::string_view number) {
-  // After "0x" must stand a digit: the conversion below would take a sign or "inf" there, too.
+  // After "0x" must come a digit: the conversion below would take a sign or "inf" there, too.
   const bool hexadecimal =
       number.size() > 2 && number[0] == '0' && (number[1] == 'x' || number[1] == 'X') &&
       std::string_view("0123456789abcdefABCDEF.").find(number[2]) != std::string_view::npos;

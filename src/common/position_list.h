@@ -11,7 +11,7 @@
 
 namespace sab {
 
-/// Doubly linked list of interface references with opaque positions: the storage behind every
+/// Doubly linked list of interface references with opaque positions: the storage of every
 /// collection. Nodes come from blocks and return to a free list, so adding and removing costs no
 /// allocation of its own; when the list becomes empty all blocks are given back.
 ///

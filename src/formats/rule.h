@@ -136,7 +136,7 @@ struct Rule {
   std::uint32_t result = 0;            ///< of an unmet need; 0 for that of the document
   std::string_view member = {};        ///< where a class gives it, unless the name is the same
   std::string_view when_missing = {};  ///< taken for its text if the element is missing
-  bool also_when_empty = false;        ///< when_missing also stands in for an empty text
+  bool also_when_empty = false;        ///< when_missing also replaces an empty text
   std::string_view initial = {};       ///< value without the element, unless it is the usual one
   const Rule* content = nullptr;       ///< what it may hold
   std::size_t content_size = 0;

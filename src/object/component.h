@@ -79,7 +79,7 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
                        locale, flags, parameters, result, exception, bad_argument);
   }
 
-  /// The interfaces of the object itself, whoever its outer object is; adds a reference to what it
+  /// The interfaces of the object itself, whatever its outer object is; adds a reference to what it
   /// hands out.
   HRESULT QueryOwnInterface(REFIID riid, void** object) {
     if (!object) return E_POINTER;

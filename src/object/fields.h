@@ -9,7 +9,7 @@
 
 namespace sab {
 
-// How a property reads and writes the field behind it. These few overloads hold, once for all
+// How a property reads and writes its field. These few overloads hold, once for all
 // properties, the check of the out pointer, the copy and the result when there is no memory.
 
 template <class Value>

@@ -18,7 +18,7 @@ class AppendedElement {
  public:
   explicit AppendedElement(xml::NewElement& element) : element_(&element) {}
 
-  /// Adds a child behind the last one.
+  /// Adds a child after the last one.
   /// @param name UTF-8, without a prefix. Raises ComError(E_INVALIDARG) if it is no name.
   AppendedElement Append(std::string_view name, TextView text = {});
 

@@ -11,19 +11,19 @@ namespace sab {
 
 // Reading and replacing whole files. A name is a path of the platform or a "file:" address; other
 // addresses ("http:", "https:", "ftp:") are refused, because nothing is ever read from a network
-// address. On POSIX a name that does not exist as it stands is tried with every backslash taken as
+// address. On POSIX a name that does not exist as written is tried with every backslash taken as
 // a separator, since configuration files carry paths written on Windows.
 
 /// The largest file that is read, in bytes.
 inline constexpr std::size_t kMaxFileSize = 0x7FFFFFFF;
 
-/// Reads a regular file. The string has room for some bytes more, so that a reader can put its own
-/// end behind them without a copy.
+/// Reads a regular file. The string has spare capacity, so that a reader can append its padding
+/// without a copy.
 /// @param reason receives why there are no bytes, in words; untouched on success
 /// @return nothing for a file that is missing, unreadable, too large or not a regular file
 std::optional<std::string> ReadFileBytes(TextView name, std::string& reason);
 
-/// Whether something, whatever it is, stands under the name.
+/// Whether anything, file or not, has the name.
 bool FileExists(TextView name);
 
 /// Raises what replacing a file would raise before it writes: for a folder that does not exist, a

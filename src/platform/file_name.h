@@ -10,7 +10,7 @@ namespace sab {
 // What both platforms do alike with the name of a file before they ask the system.
 
 /// Why a name cannot be that of a file, in words; null if it can. Refused are the empty name, a
-/// name with a zero character and network addresses ("http:", "https:", "ftp:"), from which nothing
+/// name with a NUL character and network addresses ("http:", "https:", "ftp:"), from which nothing
 /// is ever read.
 const char* ReasonAgainstName(TextView name);
 

@@ -15,7 +15,7 @@ struct LoadFailure {
   std::string file;
   TextPosition position;
   std::string reason;
-  /// Nothing stands under the name of the file.
+  /// No file has the name.
   bool is_missing = false;
 
   /// "settings.xml:3:7: reason" for a person.

@@ -9,7 +9,7 @@
 
 namespace {
 
-// A string's memory: what was allocated for it, its length in bytes, the text, a zero. The text is
+// A string's memory: the allocated size, the length in bytes, the text, a NUL. The text is
 // aligned for 8 bytes. Clients have been seen to cut a string by changing its length, so that says
 // nothing of the memory.
 constexpr std::size_t kPrefix = 2 * sizeof(UINT);

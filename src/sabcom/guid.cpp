@@ -7,7 +7,7 @@
 
 namespace {
 
-// Where the dashes stand in "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}".
+// Positions of the dashes in "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}".
 constexpr int kTextLength = 38;
 constexpr bool IsDash(int position) {
   return position == 9 || position == 14 || position == 19 || position == 24;

@@ -29,7 +29,7 @@ void HiveFile::Read() {
   FileIdentity identity;
   const std::optional<std::string> text = ReadHive(path_, identity);
   std::unique_ptr<Key> tree = text ? ParseHive(path_, *text) : std::make_unique<Key>();
-  // These are always there, as in any registry, so that whoever adds below them need not care.
+  // These are always there, as in any registry, so that programs can add below them.
   bool created = false;
   for (const char16_t* known : {u"HKEY_CLASSES_ROOT\\AppID", u"HKEY_CLASSES_ROOT\\CLSID",
                                 u"HKEY_CURRENT_USER\\Software\\Classes",

@@ -189,7 +189,7 @@ std::optional<std::string> ReadHive(const std::string& path, FileIdentity& ident
     FailReading(path, std::generic_category().message(error));
   };
   identity = {};
-  // Without O_NONBLOCK opening a pipe that nobody writes to would never return.
+  // Without O_NONBLOCK opening a pipe without a writer would never return.
   const Descriptor file(
       Retried([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
   if (file.Get() < 0 && IsMissing(errno)) return std::nullopt;
@@ -243,7 +243,7 @@ void HiveLock::Replace(std::string_view text) const {
   struct stat old {};
   const bool exists = stat(target_.c_str(), &old) == 0;
   if (!exists && errno != ENOENT) FailWriting(target_, "write", errno);
-  // Renaming would get round the mode of a file that may not be written.
+  // Renaming would bypass the mode of a file that may not be written.
   if (exists && faccessat(AT_FDCWD, target_.c_str(), W_OK, AT_EACCESS) != 0) {
     FailWriting(target_, "write", errno);
   }

@@ -14,8 +14,8 @@
 #include "sabcom/hive_file.h"
 #include "sabcom/utf.h"
 
-// An open key is a path: the tree may be read again at any time, and a key that somebody
-// else removed is simply no longer found.
+// An open key is a path: the tree may be read again at any time, and a key that another
+// process removed is no longer found.
 struct HKEY_opaque {
   std::u16string path;
 };

@@ -49,7 +49,7 @@ SAFEARRAY* NestedArray(VARTYPE type, const void* element) {
   return (variant.vt & (VT_ARRAY | VT_BYREF)) == VT_ARRAY ? variant.parray : nullptr;
 }
 
-// The place is empty before what it held is released, which may run code of anybody.
+// The place is empty before what it held is released, which may run foreign code.
 void FreeElement(VARTYPE type, void* element) {
   if (type == VT_BSTR) {
     SysFreeString(std::exchange(*static_cast<BSTR*>(element), nullptr));

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Before the memory stands its size; it keeps the memory aligned.
+// The size is stored before the memory and keeps it aligned.
 constexpr SIZE_T kHead = 16;
 
 SIZE_T SizeOf(LPVOID memory) {

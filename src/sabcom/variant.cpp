@@ -50,7 +50,7 @@ void VariantInit(VARIANTARG* variant) { std::memset(variant, 0, sizeof *variant)
 HRESULT VariantClear(VARIANTARG* variant) {
   if (!variant) return E_INVALIDARG;
   if (!IsValidType(variant->vt)) return DISP_E_BADVARTYPE;
-  // It is empty before what it held is released, which may run code of anybody.
+  // It is empty before what it held is released, which may run foreign code.
   const VARIANTARG held = *variant;
   VariantInit(variant);
   if ((held.vt & VT_BYREF) != 0) return S_OK;
@@ -85,7 +85,7 @@ HRESULT VariantCopyInd(VARIANT* destination, const VARIANTARG* source) {
   if ((source->vt & VT_BYREF) == 0) return VariantCopy(destination, source);
   VARIANT value;
   if (source->vt == (VT_BYREF | VT_VARIANT)) {
-    // One level of reference to variants, and then whatever stands there.
+    // One level of reference to variants, and then the value.
     if (!source->pvarVal || source->pvarVal->vt == (VT_BYREF | VT_VARIANT)) return E_INVALIDARG;
     value = *source->pvarVal;
     if ((value.vt & VT_BYREF) != 0) return VariantCopyInd(destination, source->pvarVal);

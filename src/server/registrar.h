@@ -24,7 +24,7 @@ namespace sab {
 ///
 /// A key may have a default value after =. The types are s (text), d (a number in decimal or with
 /// &h in hexadecimal), b (bytes in hexadecimal) and m (texts, with \0 between them). Before a key
-/// may stand NoRemove (the key stays when unregistering), ForceRemove (whatever the key holds is
+/// may come NoRemove (the key stays when unregistering), ForceRemove (whatever the key holds is
 /// removed before it is written, and all of it when unregistering) or Delete (the key is removed,
 /// whatever happens).
 struct RegistrarScript {
@@ -38,7 +38,7 @@ using Replacements = std::map<std::string, std::string, std::less<>>;
 void RunRegistrarScript(const RegistrarScript& script, const Replacements& replacements,
                         RegistryTarget& registry);
 
-/// Removes what the script wrote: its values that nobody has changed since, and its keys where
+/// Removes what the script wrote: its values that have not changed since, and its keys where
 /// nothing else is left in them.
 void UndoRegistrarScript(const RegistrarScript& script, const Replacements& replacements,
                          RegistryTarget& registry);

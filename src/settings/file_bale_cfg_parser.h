@@ -28,7 +28,7 @@ struct FileBaleCfgFields : NamedValueSettings {
 
  private:
   void WriteMore(ConfigElement& node) override;
-  /// Sets in the file replace all that there were.
+  /// Sets in the file replace all existing ones.
   void ReadMore(const std::vector<ConfigElement>& elements) override;
 };
 using CVeFileBaleCfgParser = Component<coclass::VeFileBaleCfgParser, FileBaleCfgFields>;

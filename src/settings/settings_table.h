@@ -76,12 +76,12 @@ constexpr auto BindSettings() {
   return rows;
 }
 
-/// Reads the keys that stand under a node path of a loaded document, or of none. A key that is
+/// Reads the keys under a node path of a loaded document, or of none. A key that is
 /// missing leaves its value. Raises ComError(E_FAIL) for a path that is not well-formed.
 void LoadSettings(std::span<const SettingsRow> rows, void* fields, ConfigDocument& document,
                   TextView node_path);
 
-/// Adds every key behind the last child of an element. Keys that stand there already stay, and are
+/// Adds every key after the last child of an element. Existing keys stay, and are
 /// the ones that a later load reads.
 void AppendSettings(std::span<const SettingsRow> rows, const void* fields, ConfigElement element);
 

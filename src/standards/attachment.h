@@ -34,7 +34,7 @@ struct SymbolState {
   ComPtr<Shared<StandardState>> standard;  // null where it is attached to none
 };
 
-/// A state that outlives its owner as long as somebody knows it.
+/// A state that outlives its owner as long as it is referenced.
 template <class State>
 class Shared final : public Counted<IUnknown>, public State {
  public:
@@ -52,7 +52,7 @@ class Shared final : public Counted<IUnknown>, public State {
   Shared() = default;
 };
 
-/// The state of a standard or of a symbol, whoever made the object. Raises ComError with the code
+/// The state of a standard or of a symbol, of any implementation. Raises ComError with the code
 /// of a call of the object that fails.
 /// @param standard may be null, and so is the result then
 ComPtr<Shared<StandardState>> StateOf(IVeStandardParser* standard);

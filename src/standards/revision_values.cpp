@@ -12,7 +12,7 @@ constexpr std::size_t kMaxDepth = 256;
 // Elements under one parent that are still to be read.
 struct Level {
   ConfigElement::Iterator next;
-  std::size_t path_length;  // of the parent's path, with the slash behind it
+  std::size_t path_length;  // of the parent's path, with the slash after it
   std::unordered_map<Text, unsigned> seen;
 };
 

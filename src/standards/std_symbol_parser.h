@@ -26,7 +26,7 @@ struct StdSymbolParserFields {
   OwnedObject<coclass::VeStdSymRevParserColl> RevParserColl;
   IVeStdSymbolParser* self = nullptr;  ///< while it loads
 
-  /// Revisions that stand before RevParserCLSID, or whose class cannot be created, are passed over.
+  /// Revisions that precede RevParserCLSID, or whose class cannot be created, are passed over.
   /// Raises ComError: kInvalidCatalogue without a node; E_INVALIDARG for a number that is no handle
   /// of one.
   void Load(IVeStdSymbolParser& object, const Address& node);

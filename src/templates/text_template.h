@@ -9,7 +9,7 @@ namespace sab {
 
 /// A plain text in sections.
 ///
-/// A line "[name]" begins a section: the bracket stands in the first column, nothing but white
+/// A line "[name]" begins a section: the bracket is in the first column, nothing but white
 /// space follows the closing one, and white space around the name does not count. A name is not
 /// empty and has no brackets; several sections may have the same name. All lines up to the next
 /// marker belong to the section, as they are, blank ones too; only of a line that begins with "[["

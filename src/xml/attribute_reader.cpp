@@ -71,7 +71,7 @@ void AttributeReader::CheckUnique() {
       }
     }
   }
-  // Two prefixes may stand for one namespace.
+  // Two prefixes may name one namespace.
   std::vector<ExpandedName> names;
   for (const Attribute& attribute : attributes_) {
     if (attribute.prefix_length == 0 || attribute.name.starts_with("xmlns:")) continue;

@@ -58,7 +58,7 @@ struct Decoded {
   unsigned length;
 };
 
-/// Decodes one character; the text ends with a zero byte, so that looking ahead is safe.
+/// Decodes one character; the text is NUL-terminated, so that looking ahead is safe.
 inline Decoded Decode(const char* p) {
   const auto byte = [p](int i) { return static_cast<unsigned char>(p[i]); };
   const auto is_trail = [&byte](int i) { return (byte(i) & 0xC0U) == 0x80; };

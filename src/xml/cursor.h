@@ -15,7 +15,7 @@
 namespace sab::xml {
 
 /// A place in a document's text, from which characters, references, names and the declaration are
-/// read; refuses, with line and column, what is not well-formed. The text is followed by zeros.
+/// read; refuses, with line and column, what is not well-formed. The text is NUL-padded.
 class Cursor {
  protected:
   Cursor(const char* text, std::size_t size) : text_(text), end_(text + size), p_(text) {}
@@ -38,7 +38,7 @@ class Cursor {
     p_ += expected.size();
   }
   // Whether the bytes at a place are those of a name; never looks further than the text and its
-  // zeros.
+  // padding.
   bool Matches(const char* p, const char* name, std::size_t size) const {
     return static_cast<std::size_t>(end_ - p) > size && IsSame(p, name, size);
   }
@@ -59,7 +59,7 @@ class Cursor {
     p_ += decoded.length;
   }
 
-  // First byte of a text that does not stand for itself: of markup, a reference, ], a carriage
+  // First byte of a text that is not literal: of markup, a reference, ], a carriage
   // return, or what may not occur.
   static const char* SkipLiteralText(const char* p) {
     for (;;) {

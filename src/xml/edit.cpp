@@ -118,7 +118,7 @@ Editor::Splice Editor::SpliceForAdded(NodeIndex parent, const std::list<NewEleme
   } else if (const auto indentation = IndentationOf(parent)) {
     const std::string line_start = LineEnd() + std::string(*indentation);
     layout = {true, line_start + IndentationStep(), IndentationStep()};
-    // Space that stands there already stays behind the new elements.
+    // Existing space stays after the new elements.
     const bool is_empty_tag = (node.flags & kIsEmptyTag) != 0;
     if (!is_empty_tag) {
       while (IsTrimmed(static_cast<unsigned char>(text[splice.from - 1]))) --splice.from;
@@ -154,7 +154,7 @@ Editor::Splice Editor::SpliceForRemoval(NodeIndex element) const {
   const bool ends_line =
       text.substr(line_end).starts_with('\n') || text.substr(line_end).starts_with("\r\n");
   if (!indentation || !ends_line) return splice;
-  // The line goes with the line end before it, so that what is added behind has a line to start.
+  // The line goes with the line end before it, so that what is added after it starts a line.
   splice.to = line_end;
   splice.from -= indentation->size();
   if (splice.from > 0 && text[splice.from - 1] == '\n') --splice.from;
@@ -206,7 +206,7 @@ std::string Editor::Serialise() const {
     return taken;
   };
   for (const Splice& splice : splices) {
-    // What is added behind a removed element stands inside of what is removed with it.
+    // What is added after a removed element lies inside of what is removed with it.
     if (splice.from > text_done) out.append(take(splice.from));
     out += encoding.Encode(splice.text);
     if (splice.to > text_done) take(splice.to);

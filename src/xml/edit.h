@@ -15,7 +15,7 @@ class NewElement {
  public:
   NewElement(std::string_view name, std::u16string_view text) : name_(name), text_(text) {}
 
-  /// Adds a child behind the last one; it lives as long as this element.
+  /// Adds a child after the last one; it lives as long as this element.
   NewElement& Append(std::string_view name, std::u16string_view text) {
     return children_.emplace_back(name, text);
   }
@@ -29,16 +29,16 @@ class NewElement {
 };
 
 /// Changes to a document, written into a copy of its bytes. Every byte outside of what is changed
-/// is kept; new elements are indented like their neighbours, or stand in line where these do.
+/// is kept; new elements are indented like their neighbours, or on one line where these are.
 class Editor {
  public:
   explicit Editor(const Document& document) : document_(document) {}
 
-  /// Adds an element behind the last child of an element; it lives as long as the editor.
+  /// Adds an element after the last child of an element; it lives as long as the editor.
   NewElement& Append(NodeIndex parent, std::string_view name, std::u16string_view text);
-  /// Replaces the content that an element has by a text; what is appended to it stands behind that.
+  /// Replaces the content that an element has by a text; what is appended to it comes after that.
   void SetText(NodeIndex element, std::u16string_view text);
-  /// Removes an element with all that happens to it, and its line where it stands alone on it.
+  /// Removes an element with all that happens to it, and its line where it is alone on it.
   void Remove(NodeIndex element);
 
   bool IsEmpty() const { return changes_.empty(); }
@@ -75,7 +75,7 @@ class Editor {
   Splice SpliceForAdded(NodeIndex parent, const std::list<NewElement>& added) const;
   Splice SpliceForRemoval(NodeIndex element) const;
 
-  /// The space before a node if nothing else stands before it on its line.
+  /// The space before a node if nothing else precedes it on its line.
   std::optional<std::string_view> IndentationOf(NodeIndex node) const;
   std::string LineEnd() const;
   std::string IndentationStep() const;

@@ -83,7 +83,7 @@ void Encoding::RecogniseForm(std::string_view bytes) {
 }
 
 // Markup is searched and written as ASCII, one character after the other. An encoding in which
-// ASCII bytes stand for other characters, or that shifts between sets of characters, would not bear
+// ASCII bytes mean other characters, or that shifts between sets of characters, does not allow
 // that; no editor writes configuration files in one.
 void Encoding::SetCodePage(std::string_view name) {
   form_ = Form::kCodePage;

@@ -8,7 +8,7 @@
 
 namespace sab::xml {
 
-/// How the bytes of a document stand for characters: by byte-order mark, or as declared, or UTF-8.
+/// How the bytes of a document encode characters: by byte-order mark, or as declared, or UTF-8.
 class Encoding {
  public:
   /// Recognises the encoding of a whole document. Raises Error for one that is not known.
@@ -17,7 +17,7 @@ class Encoding {
   Encoding& operator=(Encoding&&) = default;
   ~Encoding();
 
-  /// Whether the bytes behind the mark are the text as they stand.
+  /// Whether the bytes after the mark are the text without decoding.
   bool IsUtf8() const { return form_ == Form::kUtf8; }
   /// Bytes of the byte-order mark.
   std::size_t BomLength() const { return bom_length_; }
@@ -25,7 +25,7 @@ class Encoding {
   /// The text as UTF-8, without the mark. Raises Error for undecodable bytes.
   std::string Decode(std::string_view bytes) const;
 
-  /// How many of the bytes stand for the text.
+  /// How many of the bytes encode the text.
   /// @param text a part of the decoded text
   /// @param bytes those of the document from where this part starts
   std::size_t LengthOf(std::string_view text, std::string_view bytes) const;

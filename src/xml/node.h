@@ -8,7 +8,7 @@
 namespace sab::xml {
 
 using NodeIndex = std::uint32_t;
-inline constexpr NodeIndex kNoNode = 0;  // also the document itself, which is nobody's child
+inline constexpr NodeIndex kNoNode = 0;  // also the document itself, which is no child
 
 enum class NodeType : std::uint8_t { kDocument, kElement, kText, kCData, kComment, kInstruction };
 
@@ -24,7 +24,7 @@ enum NodeFlags : std::uint8_t {
 /// parent, so the first child of a node is the next one if that names it as its parent.
 struct Node {
   std::uint32_t start;  ///< of elements the <, of others their first byte
-  std::uint32_t end;    ///< of elements the </ or, without one, behind the tag; of others their end
+  std::uint32_t end;    ///< of elements the </ or, without one, after the tag; of others their end
   NodeIndex parent;
   NodeIndex next;               ///< sibling
   std::uint16_t name_length;    ///< of elements, the whole name as written

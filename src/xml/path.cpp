@@ -44,7 +44,7 @@ std::size_t SkipBracket(std::string_view path, std::size_t i) {
 // Whether a step after "<path>/" starts at the nodes of the whole path. It does not where the path
 // is several joined by an operator ("a | b"), or ends with a slash.
 bool ContinuesWithStep(std::string_view path) {
-  bool ends_step = false;  // what stands here ends a step: no name and no * may follow
+  bool ends_step = false;  // what was read ends a step: no name and no * may follow
   for (std::size_t i = 0; i < path.size();) {
     const char c = path[i];
     if (c == '[' || c == '(') {
@@ -140,7 +140,7 @@ std::vector<NodeIndex> FirstChildrenNamed(const Document& document,
   std::vector<NodeIndex> found(names.size(), kNoNode);
   std::vector<std::size_t> wanted(names.size());  // what is not found yet
   std::iota(wanted.begin(), wanted.end(), std::size_t{0});
-  std::size_t next = 0;  // behind the one that was found last: it mostly comes next
+  std::size_t next = 0;  // after the one that was found last: it mostly comes next
   for (const NodeIndex parent : parents) {
     for (NodeIndex child = document.FirstChildElement(parent); child != kNoNode && !wanted.empty();
          child = document.NextElement(child)) {

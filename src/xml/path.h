@@ -45,7 +45,7 @@ class Paths {
 NodeIndex FirstChildNamed(const Document& document, const std::vector<NodeIndex>& parents,
                           std::string_view name);
 
-/// The same for many names at once, no two of which are the same. Fastest where the children stand
+/// The same for many names at once, no two of which are the same. Fastest where the children are
 /// in the order of the names.
 std::vector<NodeIndex> FirstChildrenNamed(const Document& document,
                                           const std::vector<NodeIndex>& parents,

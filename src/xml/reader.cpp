@@ -48,7 +48,7 @@ class Reader : private AttributeReader {
 
   // --- prolog ---
 
-  // Comments and processing instructions before and behind the document element.
+  // Comments and processing instructions before and after the document element.
   void ReadMisc() {
     for (;;) {
       SkipSpace();
@@ -140,7 +140,7 @@ class Reader : private AttributeReader {
   }
 
   // Files repeat themselves: an element is mostly followed by what followed the last one of its
-  // name, down to the indentation. So the next tag is compared as a whole with the one that stood
+  // name, down to the indentation. So the next tag is compared as a whole with the one that was
   // there before looking at its bytes one by one.
   void PredictTag(std::string_view name) {
     const auto letter = [](char c) { return static_cast<unsigned char>(c); };
@@ -171,7 +171,7 @@ class Reader : private AttributeReader {
     return true;
   }
 
-  // From behind the name.
+  // From after the name.
   void ReadElement(const char* start, std::string_view name, std::uint16_t indentation) {
     const NodeIndex element = nodes_.Size();
     if (ReadOnlyText(start, name)) {

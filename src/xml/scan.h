@@ -9,7 +9,7 @@
 
 namespace sab::xml {
 
-// Searches over text. All of them stop at a zero byte, and look at up to fifteen bytes behind the
+// Searches over text. All of them stop at a NUL, and look at up to fifteen bytes after the
 // place where they stop.
 //
 // What differs from one element to the next, its text, is searched sixteen bytes at a time without
@@ -54,7 +54,7 @@ inline const char* SkipPlainName(const char* p) {
   }
 }
 
-/// Whether two runs of bytes are the same. Up to seven bytes behind either are looked at.
+/// Whether two runs of bytes are the same. Up to seven bytes after either are looked at.
 inline bool IsSame(const char* a, const char* b, std::size_t size) {
   for (;; a += 8, b += 8, size -= 8) {
     std::uint64_t x;

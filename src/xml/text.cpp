@@ -26,7 +26,7 @@ void AppendCode(char32_t code, std::u16string& out) {
 
 constexpr std::ptrdiff_t kStep = 16;
 
-// Writes valid UTF-8 as UTF-16 and gives its end, behind which up to fifteen units are overwritten.
+// Writes valid UTF-8 as UTF-16 and gives its end, after which up to fifteen units are overwritten.
 char16_t* WriteUtf16(std::string_view utf8, char16_t* to) {
   const char* p = utf8.data();
   const char* const end = p + utf8.size();
@@ -65,7 +65,7 @@ char16_t* WriteUtf16(std::string_view utf8, char16_t* to) {
   return to;
 }
 
-// The character that a checked reference stands for; moves behind it.
+// The character that a checked reference means; moves past it.
 char32_t TakeReference(const char*& p) {
   const std::string_view name(p + 1, static_cast<std::size_t>(std::strchr(p, ';') - p - 1));
   p += name.size() + 2;

@@ -6,7 +6,7 @@
 namespace sab::xml {
 
 /// Appends valid UTF-8 as UTF-16.
-/// @param utf8 part of a document's text: up to fifteen bytes behind it are looked at
+/// @param utf8 part of a document's text: up to fifteen bytes after it are looked at
 void AppendUtf16(std::string_view utf8, std::u16string& out);
 
 /// The same for text of a document: references are replaced by their characters, line ends become

@@ -31,8 +31,8 @@ void ForEachName(std::string_view expression, const Visit& visit) {
 
 // A path has no way to declare a prefix, so one in a path is a mistake that would match nothing.
 void RefusePrefixes(std::string_view expression) {
-  ForEachName(expression, [](std::string_view name, std::string_view behind) {
-    if (behind.starts_with(':') && !behind.starts_with("::") && name != "xml")
+  ForEachName(expression, [](std::string_view name, std::string_view rest) {
+    if (rest.starts_with(':') && !rest.starts_with("::") && name != "xml")
       throw Error("the prefix " + std::string(name) + " is not declared");
   });
 }
@@ -84,10 +84,10 @@ class XPathTree {
 
     void Hide(std::string_view expression) {
       if (tree_.in_default_namespace_.empty()) return;
-      ForEachName(expression, [this](std::string_view name, std::string_view behind) {
-        behind.remove_prefix(std::min(behind.find_first_not_of(" \t\r\n"), behind.size()));
+      ForEachName(expression, [this](std::string_view name, std::string_view rest) {
+        rest.remove_prefix(std::min(rest.find_first_not_of(" \t\r\n"), rest.size()));
         const auto found = tree_.in_default_namespace_.find(name);
-        if (found == tree_.in_default_namespace_.end() || behind.starts_with('(')) return;
+        if (found == tree_.in_default_namespace_.end() || rest.starts_with('(')) return;
         if (std::find(hidden_.begin(), hidden_.end(), &*found) != hidden_.end()) return;
         hidden_.push_back(&*found);
         if (!Rename(found->second, ':' + std::string(name))) throw std::bad_alloc();

@@ -5,7 +5,7 @@ from shlex import quote
 SCRIPT = """\
 # Completion of {name} for bash; generated from "{name} --help".
 
-# What can stand next: commands, options, and the kind of each argument.
+# What can come next: commands, options, and the kind of each argument.
 _{name}_describe() {{
   case $1 in
 {commands}

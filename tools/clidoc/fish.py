@@ -42,7 +42,7 @@ def write(program):
             lines.append(f"{start} -a {_quoted(classes)}\n")
         if "file" in kinds:
             lines.append(f"{start} -F\n")
-        # The program's own options can stand everywhere.
+        # The program's own options can be anywhere.
         start = start if command.path else f"complete -c {program.name}"
         for option in command.options:
             if command.path and "--help" in option.names:

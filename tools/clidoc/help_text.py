@@ -10,7 +10,7 @@ COLUMN = 30  # where explanations begin
 @dataclass
 class Option:
     names: list  # ["-h", "--help"]
-    value: str  # what stands for its value, or nothing
+    value: str  # the placeholder of its value, or nothing
     choices: list  # all values that it takes, where these are few
     help: str
 
@@ -75,7 +75,7 @@ def read(program, path=()):
 
 
 def _entries(lines):
-    """Names with their explanations, which stand in a column or, for long names, below."""
+    """Names with their explanations, which are in a column or, for long names, below."""
     entries = []
     for line in lines.split("\n"):
         if line.startswith(" " * COLUMN):

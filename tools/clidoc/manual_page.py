@@ -11,7 +11,7 @@ def write(command, version):
              ".SH NAME", f"{name} \\- {_escaped(_as_phrase(command.summary))}",
              ".SH SYNOPSIS", *_synopsis(command),
              ".SH DESCRIPTION", _escaped(command.summary),
-             ".SH OPTIONS", "These can also stand behind a command.", *_options(command.options),
+             ".SH OPTIONS", "These can also follow a command.", *_options(command.options),
              ".SH COMMANDS"]
     inherited = {command.footer}
     for subcommand in list(command.all())[1:]:

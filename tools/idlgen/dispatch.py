@@ -79,7 +79,7 @@ def write_interface(library, interface):
 
 
 def write_call(library, interface, write_argument=None):
-    """The function that calls a member by its index; write_argument may stand in for argument()."""
+    """The function that calls a member by its index; write_argument may replace argument()."""
     name, write_argument = interface.name, write_argument or argument
     out = [f"HRESULT Call{name}(void* self, std::size_t member, [[maybe_unused]] Slot* a) {{",
            f"  auto* const object = static_cast<{name}*>(self);",

@@ -32,7 +32,7 @@ class Line:
 
 
 def source_lines(path, root, macros):
-    """The lines of a file with its includes and macro calls replaced by what they stand for."""
+    """The lines of a file with its includes and macro calls replaced by their contents."""
     name = str(path.relative_to(root)) if path.is_relative_to(root) else path.name
     raw = path.read_text(encoding="utf-8").split("\n")
     number = 0
@@ -75,7 +75,7 @@ def source_lines(path, root, macros):
 
 
 def split_outside(text, separator=","):
-    """Splits at separators that stand outside brackets and quotes."""
+    """Splits at separators outside brackets and quotes."""
     parts, depth, quoted, current = [], 0, False, ""
     for character in text:
         if character == '"':

@@ -27,7 +27,7 @@ class Frame:
                           byref(self.bad))
 
     def fill(self, values, parameters):
-        """Puts the arguments into their places, which stand in reverse."""
+        """Puts the arguments into their places, which are in reverse."""
         for index, (value, parameter) in enumerate(zip(values, parameters)):
             variant = self.arguments[len(values) - 1 - index]
             if isinstance(value, Ref):

@@ -47,7 +47,7 @@ def no_library(reason):
 
 
 def load_nearby(names):
-    """The first library of these names that stands beside this package or that the system finds."""
+    """The first library of these names that is beside this package or that the system finds."""
     reasons = []
     for name in names:
         for path in (os.path.join(_HERE, name), name):
@@ -70,7 +70,7 @@ class Runtime:
             setattr(self, name, function)
 
     def text_in(self, text):
-        """A new automation string, which somebody has to free."""
+        """A new automation string, which the caller frees."""
         units = text.encode("utf-16-le", "surrogatepass")
         string = self.SysAllocStringLen(units, len(units) // 2)
         if not string:

@@ -15,7 +15,7 @@ _VE_APP_PARSER = GUID.of("A72B61B7-870B-4BE9-BFC1-CA07CBEA8EDB")
 
 
 class Server:
-    """A library of the server; without a path, what is registered or else stands nearby."""
+    """A library of the server; without a path, the registered one or else one nearby."""
 
     def __init__(self, path=None):
         self._path = path

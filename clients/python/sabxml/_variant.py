@@ -7,7 +7,7 @@ from . import _abi
 from ._abi import VARIANT
 from ._runtime import Reference, runtime
 
-# Where a value of a type stands in the variant, for types that own nothing.
+# Where a value of a type lies in the variant, for types that own nothing.
 _NUMBERS = {_abi.VT_I1: "i1", _abi.VT_UI1: "ui1", _abi.VT_I2: "i2", _abi.VT_UI2: "ui2",
             _abi.VT_I4: "i4", _abi.VT_UI4: "ui4", _abi.VT_I8: "i8", _abi.VT_UI8: "ui8",
             _abi.VT_INT: "i4", _abi.VT_UINT: "ui4", _abi.VT_ERROR: "ui4",

@@ -2,8 +2,8 @@
 
 #include "types.h"
 
-// Automation strings: UTF-16 text with its length in the four bytes before it and a zero behind it.
-// A null string is a legal empty one. Embedded zeros are kept. All functions are safe on any
+// Automation strings: UTF-16 text, length-prefixed (in bytes, four of them) and NUL-terminated.
+// A null string is a legal empty one. Embedded NULs are kept. All functions are safe on any
 // thread.
 
 extern "C" {

@@ -19,7 +19,7 @@ std::string ToUtf8(BSTR text);
 /// A failure that a person reads; the program then ends with the exit code 1.
 class Failure : public std::runtime_error {
  public:
-  /// @param code what the server or the system answered; S_OK if nobody was asked
+  /// @param code what the server or the system answered; S_OK if neither was asked
   explicit Failure(const std::string& reason, HRESULT code = S_OK)
       : std::runtime_error(reason), code_(code) {}
 

@@ -159,7 +159,7 @@ std::vector<MemberDescription> DescribeMembers(ITypeInfo& info) {
   for (UINT i = 0; i < count; ++i) {
     FUNCDESC* function = nullptr;
     if (FAILED(info.GetFuncDesc(i, &function))) continue;
-    // The members of IUnknown and IDispatch stand at these identifiers.
+    // The members of IUnknown and IDispatch have these identifiers.
     const bool is_inherited = (static_cast<unsigned>(function->memid) & 0xFFFE0000U) == 0x60000000U;
     if (!is_inherited) members.push_back(DescribeMember(info, *function));
     info.ReleaseFuncDesc(function);

@@ -47,7 +47,7 @@ struct SettingsEntry {
 
   std::string Shown() const;
   Json AsJson() const;
-  /// One copy as it stands there, for people.
+  /// One copy as it is in the file, for people.
   std::string ShownCopy(std::size_t index) const;
   sab::Type Type() const;
 };

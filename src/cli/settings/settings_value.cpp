@@ -140,7 +140,8 @@ sab::Text WithAllDecimals(sab::TextView saved, sab::TextView loaded) {
   return sab::FromUtf8(std::string_view(digits, end.ptr));
 }
 
-// The digits of a decimal number without zeros at the ends, and the power of ten of the last one.
+// The digits of a decimal number without leading and trailing zeros, and the power of ten of the
+// last one.
 struct Decimal {
   bool is_negative = false;
   std::string digits;

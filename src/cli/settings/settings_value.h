@@ -9,7 +9,7 @@
 namespace sabxml::cli {
 
 // Values of settings between the texts of a file and people. A file holds what a host saves: -1 for
-// a flag, 32 bits without a sign as if there were one, a semicolon behind each element of a list.
+// a flag, 32 bits without a sign as if there were one, a semicolon after each element of a list.
 
 /// A value as a load gives it to a host, where a save writes another: the low 16 bits of a wide
 /// short, and all decimals of a number.

@@ -11,7 +11,7 @@
 namespace sabxml::cli {
 namespace {
 
-// What precedes a document element is a declaration and comments; nobody writes more of them.
+// What precedes a document element is a declaration and comments; no file has more of them.
 constexpr std::size_t kProlog = std::size_t{1} << 20;
 
 std::string StartOf(const std::string& file) {

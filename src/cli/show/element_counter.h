@@ -11,7 +11,7 @@ namespace sabxml::cli {
 /// Counts the elements of lists by their types, and passes everything on.
 class ElementCounter final : public TreeSink {
  public:
-  /// @param next null for nobody
+  /// @param next may be null
   explicit ElementCounter(TreeSink* next) : next_(next) {}
 
   void BeginObject(std::string_view name, std::string_view type, std::size_t name_width) override;

@@ -8,7 +8,8 @@
 namespace sabxml::cli {
 
 ProgressLine::ProgressLine(bool is_wanted) {
-  // Reading one large file does not come back for a while, so somebody else must look at the clock.
+  // Reading one large file does not come back for a while, so another thread must look at the
+  // clock.
   if (is_wanted) writer_ = std::thread([this] { Run(); });
 }
 

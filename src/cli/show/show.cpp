@@ -46,7 +46,7 @@ std::unique_ptr<TreeSink> PrinterFor(const Settings& settings, bool as_json) {
   return std::make_unique<TextTreePrinter>(std::cout, settings.UsesColour());
 }
 
-// What an object refused stands in the tree; it is also a failure of the command.
+// What an object refused is shown in the tree; it is also a failure of the command.
 void CheckRefusals(const ObjectReader& reader, const std::string& file) {
   if (reader.Refusals().empty()) return;
   std::string all;

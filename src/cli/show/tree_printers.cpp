@@ -7,7 +7,7 @@
 namespace sabxml::cli {
 namespace {
 
-// Where nesting is deeper than anybody can see, blanks would outgrow the text.
+// Where nesting is deeper than a screen is wide, blanks would outgrow the text.
 constexpr std::size_t kMaxIndentation = 40;
 
 std::string Indentation(std::size_t depth) {
@@ -23,7 +23,7 @@ std::string TextTreePrinter::NextName(std::string_view name) {
   return std::string(name);
 }
 
-// An empty list stands on one line with its name, so the name waits for what comes.
+// An empty list is on one line with its name, so the name waits for what comes.
 void TextTreePrinter::FinishHeading() {
   if (!has_heading_) return;
   has_heading_ = false;

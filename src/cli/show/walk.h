@@ -28,7 +28,7 @@ class Walk {
     bool has_failed;
   };
 
-  /// @param json gets everything that is read; null for nobody
+  /// @param json gets everything that is read; may be null
   Walk(Server& server, ProgressLine& progress, TreeSink* json)
       : server_(server), progress_(progress), json_(json) {}
 

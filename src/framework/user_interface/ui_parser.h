@@ -20,7 +20,7 @@ inline HRESULT GetField(UserInterfaceTree& field, IVePrsUI** out) {
 }
 
 /// Reads a user-interface file into a tree of element objects, in one call. The tree lives as long
-/// as anybody holds it; a second call adds to it.
+/// as any reference to it; a second call adds to it.
 struct UiParserFields {
   Bstr ConfigurationPath;
   UserInterfaceTree UI;

@@ -163,7 +163,7 @@ void Element::MoveToNextSibling() {
 
 xml::NodeIndex Element::PlaceInBytes() const {
   constexpr std::string_view kOperation = "finding an element in the file";
-  // How many elements stand before it, and before each of its ancestors, under the same parent.
+  // How many elements precede it, and before each of its ancestors, under the same parent.
   std::vector<unsigned> places;
   for (ComPtr<IXMLDOMNode> node = node_; node && IsElement(node.Get());) {
     places.push_back(0);

@@ -1,7 +1,7 @@
 #pragma once
 
 // The DOM of Windows builds: MSXML 6 with its defaults. common/config_document.h documents the
-// meaning of what stands here; platform/posix holds the same classes over our own reader.
+// meaning of these classes; platform/posix holds the same classes over our own reader.
 //
 // MSXML only reads. It would not keep the bytes of a file that it writes (quotes, blank lines,
 // encoding), so edits are spliced into the bytes as they are on the other platforms; elements are
@@ -70,7 +70,7 @@ class Element {
   // The same element among the bytes of the file.
   xml::NodeIndex PlaceInBytes() const;
 
-  Document* document_ = nullptr;  // null where somebody else's node was handed in
+  Document* document_ = nullptr;  // null for a node that a caller passed in
   ComPtr<IXMLDOMNode> node_;
   // Readers compare the name of an element with many others, so it is fetched once.
   mutable Bstr local_name_;

@@ -1,7 +1,7 @@
 #pragma once
 
 // The DOM of POSIX builds: our own strict reader. common/config_document.h documents the meaning of
-// what stands here; platform/msxml holds the same classes over MSXML.
+// these classes; platform/msxml holds the same classes over MSXML.
 
 #include <optional>
 #include <span>

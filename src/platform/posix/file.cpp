@@ -98,7 +98,7 @@ std::optional<std::string> ReadBytes(int file, std::string& reason) {
   if (S_ISDIR(status.st_mode)) return refuse(Words(EISDIR));
   if (!S_ISREG(status.st_mode)) return refuse("not a regular file");
 
-  // Room behind the end shows where it is without another allocation; the size of some files
+  // Spare capacity shows where the end is without another allocation; the size of some files
   // (those of /proc) is only known there.
   if (status.st_size > static_cast<off_t>(kMaxFileSize)) return refuse(Words(EFBIG));
   std::string bytes(static_cast<std::size_t>(status.st_size) + kExtraCapacity, '\0');

@@ -27,7 +27,7 @@ bool IsTemporaryName(std::string_view name) {
 }
 
 // The folder of the last replacement, as it was then: without abandoned files. A look at its time
-// spares reading a folder in which nobody else has changed anything.
+// spares reading a folder in which no other process has changed anything.
 class TidyFolder {
  public:
   bool Is(const struct stat& folder) const {
@@ -58,7 +58,7 @@ class TidyFolder {
 };
 
 // What a killed writer leaves is not locked, unlike the file of one that is still at work. Removing
-// it is a favour: no failure here is the caller's.
+// it is optional: no failure here is the caller's.
 void RemoveIfAbandoned(int folder, const char* name) {
   const OpenFile file(
       openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
@@ -232,7 +232,7 @@ int Target::Find() {
   if (!exists) return 0;
   if (S_ISDIR(status.st_mode)) return EISDIR;
   if (!S_ISREG(status.st_mode)) return EINVAL;
-  // Renaming would get round the mode of a file that may not be written.
+  // Renaming would bypass the mode of a file that may not be written.
   return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0 ? 0 : errno;
 }
 
@@ -246,7 +246,7 @@ int Replace(const Target& target, std::string_view bytes) {
   struct stat status;
   const bool is_tidy = folder.Get() >= 0 && fstat(folder.Get(), &status) == 0 &&
                        (tidy_folder.Is(status) || RemoveAbandonedFiles(folder.Get()));
-  // Until it has the mode of the old file nobody else may look into the new one.
+  // Until it has the mode of the old file no other user may read the new one.
   TemporaryFile file(target.path, target.exists ? 0600 : 0666);
   if (const int error = file.CreationError()) return error;
   if (const int error = file.Write(bytes)) return error;
@@ -257,7 +257,7 @@ int Replace(const Target& target, std::string_view bytes) {
   if (const int error = file.Flush()) return error;
   if (const int error = file.TakePlaceOf(target.path)) return error;
   // Makes the new name last through a power failure. The file is in place already, and some file
-  // systems cannot do this, so a failure is none of the caller's.
+  // systems cannot do this, so a failure is not reported.
   if (folder.Get() >= 0) fsync(folder.Get());
   if (is_tidy) tidy_folder.Remember(folder.Get());
   return 0;

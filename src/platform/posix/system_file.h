@@ -21,7 +21,7 @@ std::string Words(int error);
 HRESULT ResultOf(int error);
 
 /// The path under which the system knows a name. A backslash is a legal character of a POSIX file
-/// name, so it counts as a separator only where the name as it stands does not exist.
+/// name, so it counts as a separator only where the name as written does not exist.
 std::string PathOf(TextView name);
 
 /// Opens a file that another program could have replaced by a pipe, which is not waited for.

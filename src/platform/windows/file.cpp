@@ -32,7 +32,7 @@ bool IsRunning(DWORD process) {
   return is_running;
 }
 
-// What a killed writer leaves: its process has ended. Removing it is a favour: no failure here is
+// What a killed writer leaves: its process has ended. Removing it is optional: no failure here is
 // the caller's. The file of a writer on another machine is open and cannot be removed.
 void RemoveAbandonedFiles(const Text& folder) {
   WIN32_FIND_DATAW entry;

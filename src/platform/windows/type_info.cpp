@@ -9,7 +9,7 @@
 namespace sab {
 namespace {
 
-// The type library inside this library. It is let go when the library is unloaded; the type infos
+// The type library inside this library. It is released when the library is unloaded; the type infos
 // that were handed out keep their own references.
 class EmbeddedLibrary {
  public:
