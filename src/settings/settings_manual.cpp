@@ -30,10 +30,10 @@ constexpr char kTypes[] =
     "| short, unsigned short | decimal, cut to 16 bits |\n"
     "| wide short | decimal, 32 bits, all of which are kept; the property hands out 16 |\n"
     "| int | decimal, 32 bits |\n"
-    "| int or INT_MAX | the same; `INT_MAX` stands for 2147483647 |\n"
+    "| int or INT_MAX | the same; `INT_MAX` means 2147483647 |\n"
     "| unsigned | 32 bits, written as if there were a sign: 0xFF000000 is -16777216 |\n"
     "| float, double | six decimals |\n"
-    "| list of … | a semicolon behind each element |\n"
+    "| list of … | a semicolon after each element |\n"
     "| structure | elements of its own |\n";
 
 void PrintGroup(const SettingsGroup& group, std::string& out) {

@@ -18,7 +18,7 @@ constexpr char kShowHelp[] =
     "The kind of a file is known by its document element: Application, Template, Module,\n"
     "Environment, Cmd, UI or NEBStandardConfigration, which is the catalogue of drafting\n"
     "standards. A file that does not begin with '<' is a text template of a title block or\n"
-    "bill of materials: sections, each behind a line [Name].\n"
+    "bill of materials: sections, each after a line [Name].\n"
     "\n"
     "The server reads the file; what is printed is what a host gets from the objects: every\n"
     "property and every Get method, lists element by element.\n"
