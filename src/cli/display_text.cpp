@@ -1,4 +1,4 @@
-#include "cli/show/display_text.h"
+#include "cli/display_text.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -6,8 +6,8 @@
 #include <iostream>
 
 #include "cli/commands.h"
+#include "cli/display_text.h"
 #include "cli/platform.h"
-#include "cli/show/display_text.h"
 #include "cli/suggestion.h"
 
 namespace sabxml::cli {

@@ -12,27 +12,31 @@ import unittest
 from pathlib import Path
 
 ROOT = Path(sys.argv.pop(1))
-SOURCES = [p for folder in ("src", "include", "tests", "bench")
+SOURCES = [p for folder in ("src", "include", "tests", "bench", "fuzz")
            for p in (ROOT / folder).rglob("*") if p.suffix in (".h", ".cpp")]
 
-# What a folder may include of the project, besides itself; the order is that of the layers.
-LAYERS = ["text", "base", "xml", "platform", "automation", "object", "common", "server"]
-FAMILIES = ["framework", "settings", "standards", "templates"]
+MAX_LINES = 400
+LONGER = {"tests/server/inventory_test.cpp"}
+
+# The table of the folders below src, highest layer first: what each may include. A folder may
+# include what those may that it names; of a family (above the server) only the family itself.
+TABLE = dict(re.findall(r"^\| `src/(\w+)/` \|.*\| (.*) \|$",
+                        (ROOT / "docs/architecture.md").read_text(encoding="utf-8"), re.M))
+LAYERS = list(TABLE)
+
+
+def named(folder):
+    below = LAYERS[LAYERS.index(folder) + 1:]
+    words = re.findall(r"\w+", TABLE[folder])
+    return below if "everything" in words else [name for name in LAYERS if name in words]
 
 
 def allowed(folder):
-    if folder in LAYERS:
-        below = LAYERS[:LAYERS.index(folder)]
-        return {folder, *below} if folder != "xml" else {"text", "xml"}
-    if folder in FAMILIES:
-        return {folder, "formats", "binding", *LAYERS}
-    if folder == "formats":  # data alone
-        return {"formats"}
-    if folder == "binding":
-        return {"binding", "formats", "common", "object", "automation", "platform", "base", "text"}
-    if folder == "cli":  # what works on settings files knows their key tables
-        return {"cli", "settings", "formats", "common", "platform", "base", "text"}
-    return {folder, "formats", "binding", *LAYERS, *FAMILIES}
+    further = set()
+    for name in named(folder):
+        if LAYERS.index(name) >= LAYERS.index("server"):
+            further |= allowed(name)
+    return {folder, *named(folder), *further}
 
 
 class House(unittest.TestCase):
@@ -46,16 +50,41 @@ class House(unittest.TestCase):
         self.assertEqual([], guilty)
 
     def test_dependencies_point_downwards(self):
+        self.assertEqual({p.name for p in (ROOT / "src").iterdir() if p.is_dir()}, set(LAYERS))
         include = re.compile(r'^#include "(\w+)/', re.M)
         guilty = []
-        for path in SOURCES:
-            if not path.is_relative_to(ROOT / "src"):
-                continue
-            folder = path.relative_to(ROOT / "src").parts[0]
-            for target in include.findall(path.read_text(encoding="utf-8")):
-                if (ROOT / "src" / target).is_dir() and target not in allowed(folder):
-                    guilty.append(f"{path.relative_to(ROOT)} includes {target}/")
+        for place, folder in enumerate(LAYERS):
+            guilty += [f"{folder} names {above}" for above in named(folder)
+                       if LAYERS.index(above) <= place]
+            for path in (ROOT / "src" / folder).rglob("*.*"):
+                targets = include.findall(path.read_text(encoding="utf-8"))
+                guilty += [f"{path.relative_to(ROOT)} includes {target}/" for target in targets
+                           if target in LAYERS and target not in allowed(folder)]
         self.assertEqual([], guilty)
+
+    def test_no_circles(self):
+        include = re.compile(r'^#include "([\w/]+\.h)"', re.M)
+        done, circles = set(), []
+
+        def visit(name, path):
+            if name in path:
+                circles.append(" > ".join([*path[path.index(name):], name]))
+            elif name not in done and (ROOT / "src" / name).is_file():
+                for target in include.findall((ROOT / "src" / name).read_text(encoding="utf-8")):
+                    visit(target, [*path, name])
+                done.add(name)
+
+        for header in (ROOT / "src").rglob("*.h"):
+            visit(str(header.relative_to(ROOT / "src")), [])
+        self.assertEqual([], circles)
+
+    def test_files_are_short(self):
+        longer = {str(path.relative_to(ROOT))
+                  for folder in ("src", "include", "idl", "tools", "clients", "tests", "fuzz", "bench")
+                  for path in (ROOT / folder).rglob("*")
+                  if path.suffix in (".h", ".cpp", ".py", ".idl", ".in")
+                  and path.read_bytes().count(b"\n") > MAX_LINES}
+        self.assertEqual(set(), longer - LONGER)
 
     def test_format(self):
         if not shutil.which("clang-format"):

@@ -5,7 +5,7 @@
 
 #include "cli/commands.h"
 #include "cli/host/type_description.h"
-#include "cli/show/tree_sink.h"
+#include "cli/tree_sink.h"
 #include "text/ascii.h"
 
 namespace sabxml::cli {

@@ -6,7 +6,7 @@
 
 #include "cli/host/automation.h"
 #include "cli/host/readable_members.h"
-#include "cli/show/tree_sink.h"
+#include "cli/tree_sink.h"
 
 namespace sabxml::cli {
 

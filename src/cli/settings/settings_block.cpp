@@ -4,9 +4,9 @@
 #include <filesystem>
 
 #include "base/com_error.h"
+#include "cli/display_text.h"
 #include "cli/host/automation.h"
 #include "cli/settings/settings_value.h"
-#include "cli/show/display_text.h"
 #include "cli/standard_input.h"
 #include "cli/suggestion.h"
 #include "common/named_values.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/show/tree_sink.h"
+#include "cli/tree_sink.h"
 #include "common/config_document.h"
 #include "settings/settings_groups.h"
 

@@ -2,9 +2,9 @@
 #include <iostream>
 
 #include "cli/commands.h"
+#include "cli/display_text.h"
 #include "cli/settings/settings_commands.h"
 #include "cli/settings/settings_value.h"
-#include "cli/show/display_text.h"
 #include "settings/settings_manual.h"
 
 namespace sabxml::cli {

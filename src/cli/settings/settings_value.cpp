@@ -6,8 +6,8 @@
 #include <limits>
 #include <optional>
 
+#include "cli/display_text.h"
 #include "cli/host/automation.h"
-#include "cli/show/display_text.h"
 #include "common/conversions.h"
 
 namespace sabxml::cli {

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/show/tree_sink.h"
+#include "cli/tree_sink.h"
 #include "settings/settings_table.h"
 
 namespace sabxml::cli {

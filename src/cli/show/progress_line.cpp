@@ -3,7 +3,7 @@
 #include <chrono>
 #include <iostream>
 
-#include "cli/show/display_text.h"
+#include "cli/display_text.h"
 
 namespace sabxml::cli {
 

@@ -2,10 +2,10 @@
 #include <memory>
 
 #include "cli/commands.h"
+#include "cli/display_text.h"
 #include "cli/host/object_reader.h"
 #include "cli/settings/settings_block.h"
 #include "cli/show/descriptor.h"
-#include "cli/show/display_text.h"
 #include "cli/show/document_element.h"
 #include "cli/show/text_template.h"
 #include "cli/show/tree_printers.h"

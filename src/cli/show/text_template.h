@@ -3,7 +3,7 @@
 #include <string>
 
 #include "cli/host/server.h"
-#include "cli/show/tree_sink.h"
+#include "cli/tree_sink.h"
 
 namespace sabxml::cli {
 

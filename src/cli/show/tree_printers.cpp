@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "cli/show/display_text.h"
+#include "cli/display_text.h"
 
 namespace sabxml::cli {
 namespace {

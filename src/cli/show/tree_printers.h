@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/show/tree_sink.h"
+#include "cli/tree_sink.h"
 
 namespace sabxml::cli {
 

@@ -11,7 +11,7 @@
 #include "cli/show/descriptor.h"
 #include "cli/show/path_finder.h"
 #include "cli/show/progress_line.h"
-#include "cli/show/tree_sink.h"
+#include "cli/tree_sink.h"
 
 namespace sabxml::cli {
 

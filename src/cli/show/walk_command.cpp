@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "cli/commands.h"
+#include "cli/display_text.h"
 #include "cli/platform.h"
-#include "cli/show/display_text.h"
 #include "cli/show/tree_printers.h"
 #include "cli/show/walk.h"
 
