@@ -27,7 +27,6 @@ struct SettingsRow {
   void (*read)(void* fields, const ConfigElement& element, Text& scratch) = nullptr;
   void (*write)(const void* fields, AppendedElement element) = nullptr;
 
-  constexpr bool IsStructure() const { return read != nullptr; }
   constexpr bool IsLoaded() const { return rule->use != formats::Use::kOnlySaved; }
   constexpr bool IsSaved() const { return rule->use != formats::Use::kOnlyLoaded; }
 };

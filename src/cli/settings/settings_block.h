@@ -61,7 +61,6 @@ class SettingsBlock {
 
   const SettingsChoice& Group() const { return group_; }
   const std::string& File() const { return file_; }
-  const std::string& NodePath() const { return node_path_; }
 
   /// A key of the group; where it keeps any, one that may not be there yet. Raises Failure.
   SettingsEntry EntryNamed(const std::string& key);
