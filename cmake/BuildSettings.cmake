@@ -53,7 +53,7 @@ if(NOT WIN32 AND NOT SAB_SANITIZE AND NOT SAB_SANITIZE_THREADS AND CMAKE_BUILD_T
 endif()
 
 if(WIN32)
-  # The DLL is self-contained: no compiler runtime has to be installed beside it.
+  # The DLL is self-contained: it needs no compiler runtime beside it.
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   add_link_options(-static -static-libgcc -static-libstdc++)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)

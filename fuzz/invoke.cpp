@@ -1,5 +1,5 @@
 // Late-bound calls of every class with any members, flags and arguments, among them objects that
-// earlier calls have handed out: none crashes, and nothing stays alive.
+// earlier calls have returned: none crashes, and no object remains.
 
 #include <fuzzer/FuzzedDataProvider.h>
 

@@ -1,4 +1,4 @@
-// Any bytes at all as a document: reading ends with a document or an Error, agrees with expat and
+// Any bytes as a document: reading ends with a document or an Error, agrees with expat and
 // libxml2 on which, and what is read can be walked, changed and read again.
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Any bytes at all as a text template: every section and line can be had, and names find the first
+// Any bytes as a text template: every section and line can be read, and names find the first
 // section that has them.
 
 #include <cstdint>

@@ -131,7 +131,7 @@ void MakeScriptable(VARIANT& value) noexcept {
       return;
   }
   constexpr LONGLONG kExact = LONGLONG{1} << 53;
-  // A position is always a double: that it is small today says nothing of the next one.
+  // A position is always a double: the next one may be large.
   if (value.vt != VT_I8 && number >= std::numeric_limits<LONG>::min() &&
       number <= std::numeric_limits<LONG>::max()) {
     value.vt = VT_I4;

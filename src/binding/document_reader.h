@@ -35,7 +35,7 @@ class DocumentReader {
   ConfigDocument document_;
 };
 
-/// An element that is found by its path, with what becomes of it.
+/// An element that is found by its path, with its target.
 struct BoundPath {
   std::string_view path;  ///< from the document element
   const formats::Rule* rule = nullptr;

@@ -29,7 +29,7 @@ enum class Taking : unsigned char {
   kEachNode,     ///< every node in the element is a text of its own; empty ones are none
 };
 
-/// A rule with what becomes of its element. The owner is the object that the rules around it are
+/// A rule with the target of its element. The owner is the object that the rules around it are
 /// bound to: an interface, or the class or struct that has the members; see OwnerAs.
 struct BoundRule {
   std::string_view name;

@@ -91,7 +91,7 @@ bool OutputIsPipe() { return GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) == FIL
 bool ErrorsAreOnTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
 void PrepareOutput() {
-  // The console belongs to the shell, which goes on after this program.
+  // The console belongs to the shell, which continues after this program.
   static const UINT code_page = GetConsoleOutputCP();
   if (code_page != 0) std::atexit([] { SetConsoleOutputCP(code_page); });
   SetConsoleOutputCP(CP_UTF8);

@@ -37,7 +37,7 @@ class ConfigElement {
 
   /// The element that a handle names; see ConfigNodeHandle. It can only be read, and its document
   /// may be another library's. Raises ComError(E_INVALIDARG) for what is no handle, as far as that
-  /// can be told.
+  /// is known.
   /// @param handle not 0
   static ConfigElement OfHandle(ULONG_PTR handle) {
     return ConfigElement(backend::ElementOfHandle(handle));
@@ -127,7 +127,7 @@ class ConfigElement::Range {
 inline ConfigElement::Range ConfigElement::Children() const { return Range(element_.FirstChild()); }
 
 /// Names an element to a Load method of an object that may be another library's: sabxml/node.h
-/// tells what that can do with it. Lives no longer than the document.
+/// says what that can do with it. Lives no longer than the document.
 class ConfigNodeHandle {
  public:
   explicit ConfigNodeHandle(const ConfigElement& element) : handle_(element.element_) {}
@@ -174,7 +174,7 @@ class ConfigDocument {
  public:
   /// Reads a file; a document is loaded again at will.
   /// @return false if the file is missing, unreadable or not well-formed: then the document is
-  ///         empty, every well-formed path selects nothing, and Failure() tells the reason. Raises
+  ///         empty, every well-formed path selects nothing, and Failure() has the reason. Raises
   ///         ComError only where the DOM itself fails.
   bool Load(TextView file) { return document_.Load(file); }
 

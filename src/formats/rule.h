@@ -70,7 +70,7 @@ enum class Count : unsigned char {
 enum class Need : unsigned char {
   kOptional,
   kPresent,              ///< it may be empty
-  kNotEmpty,             ///< present, with a text or an entry; an empty text is stored all the same
+  kNotEmpty,             ///< present, with a text or an entry; an empty text is stored nevertheless
   kFilled,               ///< present, with a text; an empty one is not stored
   kEntryIfPresent,       ///< it may be missing, but not be without an entry
   kCompletesItem,        ///< an entry without it, or with an empty one, is skipped

@@ -31,7 +31,7 @@ HRESULT ReportError(const ErrorOrigin& origin, HRESULT code, std::string_view me
     Check(creator->QueryInterface(IID_IErrorInfo, info.PutVoid()), "no error info");
     SetErrorInfo(0, info.Get());
   } catch (const std::exception&) {
-    // Without memory for the description the code alone has to do.
+    // Without memory for the description there is the code alone.
   }
   return code;
 }

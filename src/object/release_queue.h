@@ -21,7 +21,7 @@ class ReleaseQueue {
 
   static constexpr int kMaxDepth = 32;
 
-  // Plain values: a thread may outlive the library, so nothing may have to be destroyed at its end.
+  // Plain values: a thread may outlive the library, so nothing may need destruction at its end.
   struct State {
     int depth;
     std::vector<Pending>* waiting;

@@ -19,7 +19,7 @@ void Explain(std::string_view message) noexcept {
       info->Release();
     }
   } catch (const std::bad_alloc&) {
-    // The code has to do.
+    // There is the code alone.
   }
   creator->Release();
 }

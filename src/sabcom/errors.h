@@ -6,7 +6,7 @@
 
 namespace sabcom {
 
-/// Makes the thread's error object tell what the code alone does not. Without memory it stays as it
+/// Gives the thread's error object what the code alone does not say. Without memory it stays as it
 /// was.
 /// @param message UTF-8
 void Explain(std::string_view message) noexcept;

@@ -68,7 +68,7 @@ class Descriptor {
     if (value_ >= 0) close(value_);
   }
   int Get() const { return value_; }
-  // What was flushed is on the disk; an interruption changes nothing of that.
+  // What was flushed is on the disk; an interruption does not change that.
   bool Close() { return close(std::exchange(value_, -1)) == 0 || errno == EINTR; }
 
  private:
@@ -210,7 +210,7 @@ std::optional<std::string> ReadHive(const std::string& path, FileIdentity& ident
 }
 
 HiveLock::HiveLock(const std::string& path) : target_(AfterLinks(path)) {
-  std::error_code ignored;  // opening the lock tells
+  std::error_code ignored;  // opening the lock reports it
   std::filesystem::create_directories(FolderOf(target_), ignored);
   const std::string name = target_ + ".lock";
   constexpr int kFlags = O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
@@ -249,7 +249,7 @@ void HiveLock::Replace(std::string_view text) const {
   }
   const std::string name = target_ + ".new";
   const std::string folder_name = FolderOf(target_);  // nothing may fail after renaming
-  // Under the lock, a file of this name is what a process has left that was killed.
+  // Under the lock, a file of this name was left by a process that was killed.
   if (unlink(name.c_str()) != 0 && errno != ENOENT) FailWriting(name, "write", errno);
   Descriptor file(Retried([&] {
     return open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,

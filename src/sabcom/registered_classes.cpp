@@ -10,7 +10,7 @@
 
 namespace {
 
-// Raised when the registry has no answer, for the reason that the code tells.
+// Raised when the registry has no answer, for the reason in the code.
 struct NoAnswer {
   HRESULT code;
 };

@@ -109,7 +109,8 @@ void LeaveHeap(void* heap) {
   left->next = std::exchange(heaps_without_thread, left);
 }
 
-// Tells when a thread ends. Made with the first heap; null while the process has no key left.
+// The key whose destructor runs when a thread ends. Made with the first heap; null while the
+// process has no key left.
 const pthread_key_t* ThreadEnd() {
   static pthread_key_t key{};
   static bool is_made = false;

@@ -11,7 +11,7 @@
 namespace sab {
 namespace {
 
-// What the system itself had to say, if it did.
+// The description of the system itself, if it gave one.
 std::string Explanation(LSTATUS status) {
   ComPtr<IErrorInfo> info;
   Bstr description;

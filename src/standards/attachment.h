@@ -9,7 +9,7 @@
 namespace sab {
 
 // A standard holds its symbols, and a symbol its revisions; each of them can be asked what it is
-// attached to. So that no two keep each other alive, a part holds on to what it needs to know of
+// attached to. So that no two keep each other alive, a part keeps what it needs to know of
 // its owner and not to the owner: a small state of its own, which the owner keeps there. Objects of
 // other classes have no such state; they are asked once, when a part is attached to them.
 

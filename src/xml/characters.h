@@ -16,7 +16,7 @@ enum CharacterClass : std::uint8_t {
   kNameByte = 2,     // the same for the rest of a name
   kSpace = 4,        // space, tab, CR, LF
   kPlainText = 8,    // ASCII that means nothing special in text: neither <, & nor ]
-  kPlainName = 32,   // ASCII that goes on in a name, except the colon
+  kPlainName = 32,   // ASCII that continues a name, except the colon
   kPlainValue = 16,  // ASCII that means nothing special in an attribute's value
 };
 
@@ -80,7 +80,7 @@ inline Decoded Decode(const char* p) {
   return {0, 0};
 }
 
-/// Whether the character may occur in a document at all.
+/// Whether the character may occur in a document.
 constexpr bool IsCharacter(char32_t code) {
   return code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||
          (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);

@@ -207,7 +207,7 @@ class Cursor {
 
   const char* const text_;
   const char* const end_;
-  const char* p_;                // where reading goes on
+  const char* p_;                // where reading continues
   const char* colon_ = nullptr;  // the first one of the name that was read last
 };
 

@@ -30,7 +30,7 @@ class Paths {
   NodeIndex SelectFirst(std::string_view path);
 
   /// What "<path>/<name>" looks for children in, for any name: the nodes of the path, kNoNode for
-  /// the document, none of them inside another. Nothing where only the joined path can tell.
+  /// the document, none of them inside another. Nothing where only the joined path decides.
   std::optional<std::vector<NodeIndex>> SelectParents(std::string_view path);
 
  private:

@@ -308,7 +308,7 @@ class Reader : private AttributeReader {
   const char* space_end_ = nullptr;
   NodeArray nodes_;
   NodeIndex predicted_ = kNoNode;                // the element whose tag is expected to come again
-  std::array<NodeIndex, 64> last_of_name_ = {};  // by a number made of the name
+  std::array<NodeIndex, 64> last_of_name_ = {};  // by a hash of the name
   NodeIndex open_ = kNoNode;                     // the element whose content is being read
   NodeIndex previous_ = kNoNode;                 // its last child so far
   std::uint32_t depth_ = 0;

@@ -40,7 +40,7 @@ void RefusePrefixes(std::string_view expression) {
 }  // namespace
 
 // The library's tree of the same document, which is known to be well-formed: it reads leniently and
-// in full. Elements are told apart by their number in document order.
+// in full. Elements are identified by their number in document order.
 class XPathTree {
  public:
   explicit XPathTree(const Document& document) {

@@ -6,7 +6,7 @@ The layouts are the platform's own on Windows and those of <sabxml/com.h> elsewh
 import ctypes
 from ctypes import c_int, c_int16, c_int32, c_uint, c_uint16, c_uint32, c_ubyte, c_void_p
 
-# Interfaces are called with the platform's own convention, which 32-bit Windows tells apart.
+# Interfaces are called with the platform's own convention, which matters on 32-bit Windows.
 FunctionType = getattr(ctypes, "WINFUNCTYPE", ctypes.CFUNCTYPE)
 POINTER_SIZE = ctypes.sizeof(c_void_p)
 

@@ -26,7 +26,7 @@ class Object:
     def __init__(self, reference):
         object.__setattr__(self, "_reference", reference)
 
-    # For names in other letters, for members that the type information does not tell of, and after
+    # For names in other letters, for members that the type information does not have, and after
     # every AttributeError.
     def __getattr__(self, name):
         if name in Object.__slots__:  # missing in an object that something else made
@@ -273,7 +273,7 @@ def _signature(member, *before):
 
 
 def _undescribed(id, name):
-    """A member that the type information does not tell of; it is called as scripts do."""
+    """A member that the type information does not have; it is called as scripts do."""
     member = Member(id, name)
     member.kinds = _READ
     return member

@@ -7,7 +7,7 @@
 // edit, in SABCOM_REGISTRY or sabcom/registry.reg below XDG_DATA_HOME (by default ~/.local/share).
 // Names are compared without regard to case; one that holds a control character or half a surrogate
 // pair, or is too long or too deep, gives ERROR_INVALID_PARAMETER. Each function that writes is one
-// step on the file: done when it returns, or not at all. Programs that write at the same time do
+// step on the file: completed when it returns, or not done. Programs that write at the same time do
 // not lose each other's keys, and no open key keeps another one waiting.
 //
 // A file that cannot be read or trusted is never overwritten: every function then gives

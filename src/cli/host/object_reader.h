@@ -10,7 +10,7 @@
 
 namespace sabxml::cli {
 
-/// Reads all that objects tell, by reflection over their type information: properties and Get
+/// Reads all values of objects, by reflection over their type information: properties and Get
 /// methods without arguments, arrays, lists by count and index, named values, collections, and the
 /// objects found there in turn. Nesting is limited by memory alone.
 class ObjectReader {
@@ -18,7 +18,7 @@ class ObjectReader {
   /// @param sink gets a value {"error": …} for what the object refuses to give
   explicit ObjectReader(TreeSink& sink) : sink_(sink) {}
 
-  /// @param name what the sink is told as the object's name
+  /// @param name the object's name for the sink
   /// @param only names of values of this object, in any letter case; empty for all.
   ///             Raises Failure for a name that it cannot have.
   void Read(IDispatch& object, std::string_view name, const std::vector<std::string>& only = {});

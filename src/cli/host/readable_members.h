@@ -9,8 +9,8 @@
 
 namespace sabxml::cli {
 
-/// Something that an object tells without being changed by it: a property, a Get or Is method, or a
-/// list that is told element by element.
+/// Something that an object gives without being changed by it: a property, a Get or Is method, or a
+/// list that is read element by element.
 struct ReadableMember {
   enum class Kind {
     kValue,        ///< one value, by one call without arguments

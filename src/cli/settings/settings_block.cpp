@@ -16,7 +16,7 @@
 namespace sabxml::cli {
 namespace {
 
-// Deeper levels than those that settings have are told as one text.
+// Deeper levels than those that settings have are shown as one text.
 constexpr int kMaxDepth = 8;
 
 Json StructureAsJson(const sab::ConfigElement& element, int depth = 0) {

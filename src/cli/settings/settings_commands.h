@@ -7,7 +7,7 @@
 
 namespace sabxml::cli {
 
-/// What the commands about settings are told on the command line.
+/// The arguments of the commands about settings.
 struct SettingsOptions {
   std::string class_name;
   std::string file;

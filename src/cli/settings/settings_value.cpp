@@ -215,7 +215,7 @@ Json SettingAsJson(Type type, sab::TextView file_text) {
       return sab::ParseDouble(file_text);
     default: {
       const std::int32_t number = sab::ParseIntOrMax(file_text);
-      // Other numbers than these are kept in a flag, and so they are told.
+      // Other numbers than these are kept in a flag, so they are shown.
       if (IsFlag(type) && (number == 0 || number == -1)) return number != 0;
       return number;
     }

@@ -11,7 +11,7 @@ namespace sabxml::cli {
 /// one without a section marker, which is some other kind of text.
 Reference<IDispatch> LoadTextTemplate(Server& server, const std::string& file);
 
-/// Tells all sections of a loaded template with their lines.
+/// Passes all sections of a loaded template with their lines to the sink.
 void PrintTextTemplate(IDispatch& parser, TreeSink& sink);
 
 }  // namespace sabxml::cli

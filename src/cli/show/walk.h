@@ -16,7 +16,7 @@
 namespace sabxml::cli {
 
 /// The way of a host through the chain of descriptors: from the application's file to all that its
-/// files name. A file that is missing or refused is noted, and the walk goes on.
+/// files name. A file that is missing or refused is noted, and the walk continues.
 class Walk {
  public:
   /// One line of the outline: a file where it is named.

@@ -56,7 +56,7 @@ void Run(const Settings& settings, const WalkOptions& options) {
   Server server(settings.server);
   server.TypeLibrary();  // a server that is missing is one failure, not one a file
   JsonPrinter printer(std::cout);
-  // JSON is printed while the walk goes on; on the same terminal they would mix.
+  // JSON is printed during the walk; on the same terminal they would mix.
   const bool shows_progress = ErrorsAreOnTerminal() && !(options.as_json && OutputIsTerminal());
   auto progress = std::make_unique<ProgressLine>(shows_progress);
   Walk walk(server, *progress, options.as_json ? &printer : nullptr);

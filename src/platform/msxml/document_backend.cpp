@@ -23,7 +23,7 @@ std::string HexText(HRESULT result) {
   return text;
 }
 
-// What the failing call itself had to say; asking for it also clears it, so that a host does not
+// The description of the failing call itself; asking for it also clears it, so that a host does not
 // take it for the cause of a later failure.
 std::string DescriptionOfFailure() {
   ComPtr<IErrorInfo> info;
@@ -71,7 +71,7 @@ LoadFailure FailureOf(IXMLDOMDocument* document) {
   return failure;
 }
 
-// Our own reader tells the place and the reason of what is not well-formed, and why a file cannot
+// Our own reader reports the place and the reason of what is not well-formed, and why a file cannot
 // be read, where the DOM says little.
 void Explain(TextView file, LoadFailure& failure) {
   std::string reason;

@@ -19,7 +19,7 @@ class NodeHandle final : public LiveHandle {
 };
 
 /// The element that a handle names. It can only be read. Raises ComError(E_INVALIDARG) for a number
-/// that is the address of no DOM node, as far as that can be told: a host may pass nodes of its
+/// that is the address of no DOM node, as far as that can be detected: a host may pass nodes of its
 /// own.
 /// @param handle not 0
 Element ElementOfHandle(ULONG_PTR handle);

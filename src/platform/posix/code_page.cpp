@@ -26,7 +26,7 @@ const auto kNone = reinterpret_cast<iconv_t>(-1);
                           "the conversion of " + std::string(name) + " cannot be loaded");
 }
 
-// Whether the system can convert anything that it has to load.
+// Whether the system can load the conversions that it keeps in files.
 bool LoadsConversions() {
   const iconv_t latin = iconv_open("UTF-8", "ISO-8859-1");
   if (latin == kNone) return false;
@@ -46,7 +46,7 @@ bool LoadsConversions() {
 
 iconv_t Open(const std::string& to, const std::string& from, std::string_view name) {
   iconv_t opened = iconv_open(to.c_str(), from.c_str());
-  // Lacking memory for a moment is told as EINVAL, too: another try knows better.
+  // A temporary lack of memory is reported as EINVAL, too, so it is tried again.
   if (opened == kNone) opened = iconv_open(to.c_str(), from.c_str());
   if (opened != kNone) return opened;
   if (errno != EINVAL) RaiseSystemError(errno, name);

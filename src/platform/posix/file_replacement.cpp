@@ -57,7 +57,7 @@ class TidyFolder {
   struct stat folder_ = {};
 };
 
-// What a killed writer leaves is not locked, unlike the file of one that is still at work. Removing
+// What a killed writer leaves is not locked, unlike the file of one that is still running. Removing
 // it is optional: no failure here is the caller's.
 void RemoveIfAbandoned(int folder, const char* name) {
   const OpenFile file(

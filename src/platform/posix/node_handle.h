@@ -10,7 +10,7 @@
 
 namespace sab::backend {
 
-/// Names an element to a Load method that may be another library's; sabxml/node.h tells what it can
+/// Names an element to a Load method that may be another library's; sabxml/node.h says what it can
 /// do with the handle. Lives no longer than the document.
 class NodeHandle final : public LiveHandle {
  public:

@@ -36,7 +36,7 @@ std::optional<std::string> ReadBytes(int file, std::string& reason);
 /// @return 0; EAGAIN where another has the lock; any other error number
 int TryLock(int file);
 
-/// Whether an error of TryLock says that the file system has no locks at all.
+/// Whether an error of TryLock says that the file system has no locks.
 bool HasNoLocks(int error);
 
 class OpenFile {

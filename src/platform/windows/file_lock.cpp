@@ -18,7 +18,7 @@ constexpr wchar_t kEnd[] = L".sabxml-lock";
 
 }  // namespace
 
-// A handle of the file itself would hinder replacing it, so another file represents it, open for
+// A handle of the file itself would prevent replacing it, so another file represents it, open for
 // one process alone. The system deletes it with its last handle, also where a process is killed.
 FileLock::FileLock(TextView name) {
   if (ReasonAgainstName(name)) return;
