@@ -55,10 +55,10 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
   }
 
   HRESULT STDMETHODCALLTYPE GetHead(Item** o_ppItem) override {
-    return HandOutIfAny(items_.Head(), o_ppItem);
+    return CopyElementIfAny(items_.Head(), o_ppItem);
   }
   HRESULT STDMETHODCALLTYPE GetTail(Item** o_ppItem) override {
-    return HandOutIfAny(items_.Tail(), o_ppItem);
+    return CopyElementIfAny(items_.Tail(), o_ppItem);
   }
   HRESULT STDMETHODCALLTYPE RemoveHead(Item** o_ppItem) override {
     return RemoveTo(items_.Head(), o_ppItem);
@@ -113,7 +113,7 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
     if (!o_ppItem) return NullArgument("o_ppItem");
     *o_ppItem = nullptr;
     if (!items_.Contains(i_pos)) return BadPosition(i_pos);
-    HandOut(i_pos, o_ppItem);
+    CopyElement(i_pos, o_ppItem);
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE SetAt(LONG_PTR i_pos, Item* i_pItem) override {
@@ -203,15 +203,15 @@ class Collection : public ComponentBase<Coclass>, private ScriptList {
   // The item's interface derives from IUnknown alone, so both are the same pointer.
   Item* ItemOf(LONG_PTR position) const { return static_cast<Item*>(items_.At(position)); }
 
-  void HandOut(LONG_PTR position, Item** out) const {
+  void CopyElement(LONG_PTR position, Item** out) const {
     Item* const item = ItemOf(position);
     *out = item;
     item->AddRef();
   }
-  HRESULT HandOutIfAny(LONG_PTR position, Item** out) const {
+  HRESULT CopyElementIfAny(LONG_PTR position, Item** out) const {
     if (!out) return NullArgument("o_ppItem");
     *out = nullptr;
-    if (position != PositionList::kNone) HandOut(position, out);
+    if (position != PositionList::kNone) CopyElement(position, out);
     return S_OK;
   }
 

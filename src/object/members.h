@@ -45,10 +45,10 @@ struct Places {
 };
 
 // A result goes to its place; a text becomes the caller's.
-inline void HandOver(Bstr text, BSTR* place) noexcept { *place = text.Detach(); }
-inline void HandOver(TextView text, BSTR* place) { HandOver(Bstr(text), place); }
+inline void Store(Bstr text, BSTR* place) noexcept { *place = text.Detach(); }
+inline void Store(TextView text, BSTR* place) { Store(Bstr(text), place); }
 template <class Value, class Place>
-void HandOver(const Value& value, Place* place) noexcept {
+void Store(const Value& value, Place* place) noexcept {
   *place = static_cast<Place>(value);
 }
 
@@ -79,12 +79,12 @@ template <class... Values>
 inline constexpr bool kClearsPlace<KeepsPlaces<Values...>> = false;
 
 template <class... Values, class... Value>
-HRESULT HandOverAll(KeepsPlaces<Values...>&& results, const Places<Value...>& places) noexcept {
+HRESULT StoreAll(KeepsPlaces<Values...>&& results, const Places<Value...>& places) noexcept {
   return std::apply(
       [&](auto*... place) {
         if ((!place || ...)) return E_POINTER;
         if (!results) return S_OK;
-        std::apply([&](auto&... result) { (HandOver(std::move(result), place), ...); }, *results);
+        std::apply([&](auto&... result) { (Store(std::move(result), place), ...); }, *results);
         return S_OK;
       },
       places.pointers);
@@ -117,13 +117,13 @@ HRESULT CallMember(const ErrorOrigin& origin, Fields& fields, Body body,
       auto* const place = std::get<0>(places.pointers);
       if (!place) return ReportCode(origin, E_POINTER);
       *place = {};
-      return edge::Run(origin, [&]() noexcept(noexcept(HandOver(call(), place))) {
-        HandOver(call(), place);
+      return edge::Run(origin, [&]() noexcept(noexcept(Store(call(), place))) {
+        Store(call(), place);
         return S_OK;
       });
     } else {
       return edge::Run(origin,
-                       [&]() noexcept(kIsNoexcept) { return edge::HandOverAll(call(), places); });
+                       [&]() noexcept(kIsNoexcept) { return edge::StoreAll(call(), places); });
     }
   }
 }

@@ -27,7 +27,7 @@ HRESULT GetTextOf(const VeXmlNode* node, BSTR* out) {
   }
 }
 
-HRESULT HandOut(const Element& element, VeXmlNode* out) {
+HRESULT CopyElement(const Element& element, VeXmlNode* out) {
   if (!out) return E_POINTER;
   if (!element) return S_FALSE;
   *out = NodeOf(element);
@@ -38,12 +38,12 @@ constexpr VeXmlNodeFunctions kFunctions = {
     &GetTextOf<&Element::ReadLocalName>,
     &GetTextOf<&Element::ReadText>,
     [](const VeXmlNode* node, VeXmlNode* child) {
-      return HandOut(ElementOf(*node).FirstChild(), child);
+      return CopyElement(ElementOf(*node).FirstChild(), child);
     },
     [](const VeXmlNode* node, VeXmlNode* sibling) {
       Element element = ElementOf(*node);
       element.MoveToNextSibling();
-      return HandOut(element, sibling);
+      return CopyElement(element, sibling);
     },
     [](const VeXmlNode* node) -> ULONG_PTR {
       auto* const call = static_cast<NodeHandle*>(LiveHandle::Innermost());
