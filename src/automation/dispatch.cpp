@@ -12,7 +12,7 @@ namespace {
 const MemberInfo* FindByName(const InterfaceInfo& info, TextView name) {
   for (const InterfaceInfo* level = &info; level; level = level->base) {
     for (const MemberInfo& member : level->members) {
-      if (IsSameName(member.name, name)) return &member;
+      if (EqualsIgnoringAsciiCase(TextView(member.name), name)) return &member;
     }
   }
   return nullptr;
@@ -20,7 +20,8 @@ const MemberInfo* FindByName(const InterfaceInfo& info, TextView name) {
 
 DISPID ParameterId(const MemberInfo& member, TextView name) {
   for (std::size_t i = 0; i < member.parameters.size(); ++i) {
-    if (IsSameName(member.parameters[i].name, name)) return static_cast<DISPID>(i);
+    if (EqualsIgnoringAsciiCase(TextView(member.parameters[i].name), name))
+      return static_cast<DISPID>(i);
   }
   return DISPID_UNKNOWN;
 }

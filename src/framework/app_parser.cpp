@@ -5,9 +5,8 @@
 
 namespace sab {
 
-using F = AppParserFields;
-
-void F::GenerateApp() {
+void AppParserFields::GenerateApp() {
+  using F = AppParserFields;
   using Elements = BoundPaths<
       formats::kApplicationDocument, Bind<"Identify", &F::AppID>,
       Bind<"AppTemplateID", &F::AppTmplID>, Bind<"ProductName", &F::ProductName>,

@@ -5,9 +5,8 @@
 
 namespace sab {
 
-using F = CmdParserFields;
-
-void F::GenerateCmd() {
+void CmdParserFields::GenerateCmd() {
+  using F = CmdParserFields;
   /// The mark where a group of commands begins.
   using Group = New<coclass::VePrsCommand, Raised<&IVePrsCommand::put_IsGroup>,
                     OwnText<&IVePrsCommand::put_GroupName>>;

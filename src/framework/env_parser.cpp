@@ -5,9 +5,8 @@
 
 namespace sab {
 
-using F = EnvParserFields;
-
-void F::GenerateEnv() {
+void EnvParserFields::GenerateEnv() {
+  using F = EnvParserFields;
   using Elements = BoundPaths<formats::kEnvironmentDocument, Bind<"Identify", &F::EnvID>,
                               Bind<"UIPath", &F::UiPath>, Bind<"DefaultPanel", &F::DefaultPanel>,
                               Bind<"DefaultCmd", &F::DefaultCmd>,

@@ -5,9 +5,8 @@
 
 namespace sab {
 
-using F = ModuleParserFields;
-
-void F::GenerateModule() {
+void ModuleParserFields::GenerateModule() {
+  using F = ModuleParserFields;
   using Elements =
       BoundPaths<formats::kModuleDocument, Bind<"Identify", &F::ModuleID>,
                  Bind<"TemplateID", &F::TmplID>, Bind<"Title", &F::ModuleTitle>,

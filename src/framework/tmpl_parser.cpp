@@ -5,9 +5,8 @@
 
 namespace sab {
 
-using F = TmplParserFields;
-
-void F::GenerateTmpl() {
+void TmplParserFields::GenerateTmpl() {
+  using F = TmplParserFields;
   using OpenFileType = Each<"FileType", New<coclass::VePrsOpenFileType>, &F::OpenFileTypes,
                             Bind<"FilterName", &IVePrsOpenFileType::put_FilterName>,
                             Bind<"FilterExt", &IVePrsOpenFileType::put_FilterExt>>;

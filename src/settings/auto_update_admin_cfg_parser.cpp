@@ -4,9 +4,8 @@
 
 namespace sab {
 
-using F = AutoUpdateAdminCfgFields;
-
 std::span<const SettingsRow> AutoUpdateAdminCfgFields::Rows() {
+  using F = AutoUpdateAdminCfgFields;
   static constexpr auto kRows =
       BindSettings<formats::kUpdateSettings, Bind<"DisableHttp", &F::DisableHttp>,
                    Bind<"ReadOnly", &F::ReadOnly>, Bind<"Interval", &F::Interval>,
@@ -14,7 +13,7 @@ std::span<const SettingsRow> AutoUpdateAdminCfgFields::Rows() {
   return kRows;
 }
 
-void F::Save(TextView, TextView) const {
+void AutoUpdateAdminCfgFields::Save(TextView, TextView) const {
   throw ComError(E_NOTIMPL, "The administration of the automatic update is read-only.");
 }
 

@@ -4,9 +4,8 @@
 
 namespace sab {
 
-using F = DisplayCfgFields;
-
 std::span<const SettingsRow> DisplayCfgFields::Rows() {
+  using F = DisplayCfgFields;
   static constexpr auto kRows = BindSettings<
       formats::kDisplaySettings, Bind<"ObscuredColor", &F::ObscuredColor>,
       Bind<"ZoomFactor", &F::ZoomFactor>, Bind<"DragMode", &F::DragMode>,

@@ -38,9 +38,8 @@ void LoadHistory(std::vector<Bstr>& history, TextView file) {
 
 }  // namespace
 
-using F = FilePathCfgFields;
-
 std::span<const SettingsRow> FilePathCfgFields::Rows() {
+  using F = FilePathCfgFields;
   static constexpr auto kRows = BindSettings<
       formats::kFilePathSettings, Bind<"AutoSaveFilePath", &F::AutoSaveFilePath>,
       Bind<"ShapeFilePath", &F::ShapeFilePath>, Bind<"FormulaCurPath", &F::FormulaCurPath>,
@@ -50,12 +49,12 @@ std::span<const SettingsRow> FilePathCfgFields::Rows() {
   return kRows;
 }
 
-void F::Save(TextView file, TextView node_path) const {
+void FilePathCfgFields::Save(TextView file, TextView node_path) const {
   Settings::Save(file, node_path);
   SaveHistory(history, HistoryFile(file));
 }
 
-void F::Load(TextView file, TextView node_path) {
+void FilePathCfgFields::Load(TextView file, TextView node_path) {
   Settings::Load(file, node_path);
   LoadHistory(history, HistoryFile(file));
 }

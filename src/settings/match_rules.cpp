@@ -9,9 +9,9 @@
 namespace sab {
 namespace {
 
-constexpr std::string_view kRule = kElement<formats::kMatchRules, "MatchRule">;
-constexpr std::string_view kKey = kElement<formats::kMatchRule, "Key">;
-constexpr std::string_view kValue = kElement<formats::kMatchRule, "Value">;
+constexpr std::string_view kRuleElement = kElement<formats::kMatchRules, "MatchRule">;
+constexpr std::string_view kKeyElement = kElement<formats::kMatchRule, "Key">;
+constexpr std::string_view kValueElement = kElement<formats::kMatchRule, "Value">;
 
 auto FindEntry(std::vector<MatchRules::Entry>& entries, TextView key) {
   return std::find_if(entries.begin(), entries.end(),
@@ -59,14 +59,14 @@ void MatchRules::Read(const ConfigElement& element, Text& scratch) {
   MatchRules rules;
   Text key;
   for (const ConfigElement rule : element.Children()) {
-    if (!rule.Is(kRule)) continue;
+    if (!rule.Is(kRuleElement)) continue;
     key.clear();
     for (const ConfigElement child : rule.Children()) {
-      if (child.Is(kKey)) key = child.ReadText(scratch);
+      if (child.Is(kKeyElement)) key = child.ReadText(scratch);
     }
     Entry& entry = rules.EntryOf(key);  // a rule without values stays in the file
     for (const ConfigElement child : rule.Children()) {
-      if (child.Is(kValue)) InsertValue(entry, child.ReadText(scratch));
+      if (child.Is(kValueElement)) InsertValue(entry, child.ReadText(scratch));
     }
   }
   entries_ = std::move(rules.entries_);
@@ -74,9 +74,9 @@ void MatchRules::Read(const ConfigElement& element, Text& scratch) {
 
 void MatchRules::Write(AppendedElement element) const {
   for (const Entry& entry : entries_) {
-    AppendedElement rule = element.Append(kRule);
-    rule.Append(kKey, entry.key.View());
-    for (const Bstr& value : entry.values) rule.Append(kValue, value.View());
+    AppendedElement rule = element.Append(kRuleElement);
+    rule.Append(kKeyElement, entry.key.View());
+    for (const Bstr& value : entry.values) rule.Append(kValueElement, value.View());
   }
 }
 

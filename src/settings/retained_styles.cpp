@@ -12,7 +12,7 @@ namespace {
 constexpr const auto& kElements = formats::kRetainedStyles;
 static_assert(kElements.size() == RetainedStyles::kTypes);
 
-constexpr std::string_view kValue = kElement<formats::kRetainedStyleNames, "Value">;
+constexpr std::string_view kNameElement = kElement<formats::kRetainedStyleNames, "Value">;
 
 }  // namespace
 
@@ -43,7 +43,7 @@ void RetainedStyles::Read(const ConfigElement& element, Text& scratch) {
       if (is_read[i] || !child.Is(kElements[i].name)) continue;
       std::vector<Bstr> names;
       for (const ConfigElement value : child.Children()) {
-        if (value.Is(kValue)) names.emplace_back(value.ReadText(scratch));
+        if (value.Is(kNameElement)) names.emplace_back(value.ReadText(scratch));
       }
       lists_[i].Assign(std::move(names));
       is_read[i] = true;
@@ -54,7 +54,7 @@ void RetainedStyles::Read(const ConfigElement& element, Text& scratch) {
 void RetainedStyles::Write(AppendedElement element) const {
   for (std::size_t i = 0; i < kElements.size(); ++i) {
     AppendedElement list = element.Append(kElements[i].name);
-    for (const Bstr& name : lists_[i].names) list.Append(kValue, name.View());
+    for (const Bstr& name : lists_[i].names) list.Append(kNameElement, name.View());
   }
 }
 

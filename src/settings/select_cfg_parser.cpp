@@ -4,9 +4,8 @@
 
 namespace sab {
 
-using F = SelectCfgFields;
-
 std::span<const SettingsRow> SelectCfgFields::Rows() {
+  using F = SelectCfgFields;
   static constexpr auto kRows = BindSettings<
       formats::kSelectSettings, Bind<"GripColor", &F::GripColor>,
       Bind<"PickBoxSize", &F::PickBoxSize>, Bind<"PickBoxColor", &F::PickBoxColor>,

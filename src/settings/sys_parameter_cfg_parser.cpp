@@ -4,9 +4,8 @@
 
 namespace sab {
 
-using F = SysParameterCfgFields;
-
 std::span<const SettingsRow> SysParameterCfgFields::Rows() {
+  using F = SysParameterCfgFields;
   static constexpr auto kRows = BindSettings<
       formats::kSystemSettings, Bind<"TempPrefix", &F::TempPrefix>,
       Bind<"CmdInputHistoryMax", &F::CmdInputHistoryMax>, Bind<"MaxReal", &F::MaxReal>,
@@ -37,26 +36,26 @@ std::span<const SettingsRow> SysParameterCfgFields::Rows() {
   return kRows;
 }
 
-INT F::MatchValueCount(INT key_index) const {
+INT SysParameterCfgFields::MatchValueCount(INT key_index) const {
   return CountOf(EntryAt(match_rules.Entries(), key_index).values);
 }
 
-KeepsPlaces<Bstr, Bstr> F::MatchRuleAt(INT key_index, INT value_index) const {
+KeepsPlaces<Bstr, Bstr> SysParameterCfgFields::MatchRuleAt(INT key_index, INT value_index) const {
   const auto& [key, values] = EntryAt(match_rules.Entries(), key_index);
   return {key, EntryAt(values, value_index)};
 }
 
-KeepsPlaces<GUID, Bstr> F::AutoLayerPair(INT index) const {
+KeepsPlaces<GUID, Bstr> SysParameterCfgFields::AutoLayerPair(INT index) const {
   const auto& [entity_class, layer] = EntryAt(automatic_layers.Pairs(), index);
   return {entity_class, layer};
 }
 
-KeepsPlaces<ULONG_PTR> F::RetainStyleInfo(INT type) const noexcept {
+KeepsPlaces<ULONG_PTR> SysParameterCfgFields::RetainStyleInfo(INT type) const noexcept {
   if (!RetainedStyles::IsType(type)) return {};
   return reinterpret_cast<ULONG_PTR>(&retained_styles.OfType(type));
 }
 
-void F::SetRetainStyleInfo(INT type, const Address& address) {
+void SysParameterCfgFields::SetRetainStyleInfo(INT type, const Address& address) {
   if (!RetainedStyles::IsType(type)) return;
   const auto* const info = reinterpret_cast<const VeRetainStyleInfo*>(address.value);
   if (info && address.is_from_script && !retained_styles.IsOneOfThese(info)) {
@@ -68,7 +67,7 @@ void F::SetRetainStyleInfo(INT type, const Address& address) {
   retained_styles.Replace(type, *info);
 }
 
-KeepsPlaces<Bstr, Bstr> F::VisualStylePair(INT index) const {
+KeepsPlaces<Bstr, Bstr> SysParameterCfgFields::VisualStylePair(INT index) const {
   const auto& [id, name] = EntryAt(visual_styles.Pairs(), index);
   return {id, name};
 }

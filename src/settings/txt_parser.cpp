@@ -4,9 +4,8 @@
 
 namespace sab {
 
-using F = TxtFields;
-
 std::span<const SettingsRow> TxtFields::Rows() {
+  using F = TxtFields;
   static constexpr auto kRows =
       BindSettings<formats::kTextSettings, Bind<"DefChsFont", &F::DefChsFont>,
                    Bind<"DefWestFont", &F::DefWestFont>, Bind<"TxtMirrorMode", &F::TextMirrorMode>,

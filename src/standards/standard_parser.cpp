@@ -7,18 +7,23 @@
 namespace sab {
 namespace {
 
-using F = StandardParserFields;
+using Attributes = Bound<formats::kStandardAttributes, Bind<"Name", &StandardParserFields::Name>,
+                         Bind<"DimLink", &StandardParserFields::DimLink>,
+                         Bind<"LeaderLink", &StandardParserFields::LeaderLink>,
+                         Bind<"DimStyleName", &StandardParserFields::DimStyleName>,
+                         Bind<"Perspective", &StandardParserFields::Perspective>,
+                         Bind<"TextStyleName", &StandardParserFields::TextStyleName>,
+                         Bind<"TextHeight", &StandardParserFields::TextHeight>,
+                         Bind<"TextColor", &StandardParserFields::TextColor>,
+                         Bind<"ArrowStyle", &StandardParserFields::ArrowStyle>,
+                         Bind<"ArrowSize", &StandardParserFields::ArrowSize>,
+                         Bind<"LeaderColor", &StandardParserFields::LeaderColor>,
+                         Bind<"ListPoint", &StandardParserFields::SymLoadPos>,
+                         Bind<"SymbolColor", &StandardParserFields::SymbolColor>,
+                         Bind<"ManageObjAttribute", &StandardParserFields::ManageObjAttribute>>;
 
-using Attributes =
-    Bound<formats::kStandardAttributes, Bind<"Name", &F::Name>, Bind<"DimLink", &F::DimLink>,
-          Bind<"LeaderLink", &F::LeaderLink>, Bind<"DimStyleName", &F::DimStyleName>,
-          Bind<"Perspective", &F::Perspective>, Bind<"TextStyleName", &F::TextStyleName>,
-          Bind<"TextHeight", &F::TextHeight>, Bind<"TextColor", &F::TextColor>,
-          Bind<"ArrowStyle", &F::ArrowStyle>, Bind<"ArrowSize", &F::ArrowSize>,
-          Bind<"LeaderColor", &F::LeaderColor>, Bind<"ListPoint", &F::SymLoadPos>,
-          Bind<"SymbolColor", &F::SymbolColor>, Bind<"ManageObjAttribute", &F::ManageObjAttribute>>;
-
-void ReadSymbols(IVeStandardParser& self, F& standard, const ConfigElement& symbols) {
+void ReadSymbols(IVeStandardParser& self, StandardParserFields& standard,
+                 const ConfigElement& symbols) {
   CatalogueLoading loading;
   unsigned place = 0;
   for (const ConfigElement child : symbols.Children()) {
@@ -35,7 +40,7 @@ void ReadSymbols(IVeStandardParser& self, F& standard, const ConfigElement& symb
 
 }  // namespace
 
-void F::Load(IVeStandardParser& self, const Address& node) {
+void StandardParserFields::Load(IVeStandardParser& self, const Address& node) {
   const ConfigElement standard = ElementToLoad(node);
   if (const auto attributes = standard.Child(kElement<formats::kStandard, "Attributes">)) {
     Reading reading;

@@ -9,9 +9,7 @@
 
 namespace sab {
 
-using F = StdSymRevParserFields;
-
-void F::Load(const Address& node) {
+void StdSymRevParserFields::Load(const Address& node) {
   const ConfigElement revision = ElementToLoad(node);
   ReadRevisionValues(revision, values);
   Text text;
@@ -22,11 +20,15 @@ void F::Load(const Address& node) {
   }
 }
 
-Bstr F::AttachStdName() const { return symbol ? NameOf(symbol->standard) : Bstr(); }
+Bstr StdSymRevParserFields::AttachStdName() const {
+  return symbol ? NameOf(symbol->standard) : Bstr();
+}
 
-LONG F::AttachSymStdID() const { return symbol ? ParseInt(symbol->identify.View()) : 0; }
+LONG StdSymRevParserFields::AttachSymStdID() const {
+  return symbol ? ParseInt(symbol->identify.View()) : 0;
+}
 
-void F::SetValue(TextView name, TextView text) {
+void StdSymRevParserFields::SetValue(TextView name, TextView text) {
   if (name.empty()) throw ComError(E_INVALIDARG, "A value needs a name.");
   values.Set(name, text);
 }

@@ -6,9 +6,8 @@
 
 namespace sab {
 
-using F = StdSymbolParserFields;
-
-void F::Load(IVeStdSymbolParser& object, const Address& node) {
+void StdSymbolParserFields::Load(IVeStdSymbolParser& object, const Address& node) {
+  using F = StdSymbolParserFields;
   using Elements =
       Bound<formats::kSymbol, Bind<"Identify", &F::ID>, Bind<"CLSID", &F::CLSID>,
             Bind<"RevParserCLSID", &F::RevParserCLSID>, Call<"Revision", &F::ReadRevision>>;
@@ -19,7 +18,7 @@ void F::Load(IVeStdSymbolParser& object, const Address& node) {
   ReadElements(reading, symbol, Elements::kContent, this);
 }
 
-void F::ReadRevision(const ConfigElement& element) {
+void StdSymbolParserFields::ReadRevision(const ConfigElement& element) {
   GUID clsid;
   if (RevParserCLSID.IsEmpty() || FAILED(CLSIDFromString(RevParserCLSID.Get(), &clsid))) return;
   ComPtr<IVeStdSymRevParser> revision;

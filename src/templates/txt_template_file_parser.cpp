@@ -11,9 +11,7 @@
 
 namespace sab {
 
-using F = TxtTemplateFileFields;
-
-void F::Load(TextView path) {
+void TxtTemplateFileFields::Load(TextView path) {
   if (path.empty()) throw ComError(kDocumentNotLoaded, "No file is named: give Load a path.");
   std::string reason;
   const std::optional<std::string> bytes = ReadFileBytes(path, reason);
@@ -25,31 +23,31 @@ void F::Load(TextView path) {
   }
 }
 
-TextView F::SectionName(INT section) const {
+TextView TxtTemplateFileFields::SectionName(INT section) const {
   return text.NameOf(CheckedIndex(section, text.SectionCount(), "section"));
 }
 
-INT F::FindSection(TextView name) const {
+INT TxtTemplateFileFields::FindSection(TextView name) const {
   const std::optional<std::size_t> found = text.Find(name);
   return found ? static_cast<INT>(*found) : -1;
 }
 
-INT F::LineCount(INT section) const {
+INT TxtTemplateFileFields::LineCount(INT section) const {
   return static_cast<INT>(text.LineCount(CheckedIndex(section, text.SectionCount(), "section")));
 }
 
-TextView F::Line(INT section_index, INT line) const {
+TextView TxtTemplateFileFields::Line(INT section_index, INT line) const {
   const std::size_t section = CheckedIndex(section_index, text.SectionCount(), "section");
   return text.LineAt(section, CheckedIndex(line, text.LineCount(section), "line"));
 }
 
-INT F::DefaultMarkerCount() const {
+INT TxtTemplateFileFields::DefaultMarkerCount() const {
   unsigned count = 0;
   while (!OwnString(kFirstDefaultMarker + count).empty()) ++count;
   return static_cast<INT>(count);
 }
 
-Bstr F::DefaultMarker(INT index) const {
+Bstr TxtTemplateFileFields::DefaultMarker(INT index) const {
   const auto count = static_cast<std::size_t>(DefaultMarkerCount());
   const std::size_t marker = CheckedIndex(index, count, "default marker");
   return Bstr(OwnString(kFirstDefaultMarker + static_cast<unsigned>(marker)));

@@ -14,7 +14,7 @@
 namespace sabxml::cli {
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kRegisterHelp[] =
     "The library is the one that --server or SABXML_SERVER names, else the one beside this "
     "program.\n"
     "Unregistering removes what registering this very library wrote and nothing else; another "
@@ -126,7 +126,7 @@ void AddOne(CLI::App& program, const Settings& settings, const char* name, const
             Step step) {
   auto options = std::make_shared<Options>();
   CLI::App* const command = program.add_subcommand(name, help);
-  command->footer(kHelp);
+  command->footer(kRegisterHelp);
   command->add_flag("--dry-run", options->is_dry, "Print what would change and change nothing");
   command->add_flag("--user", options->for_user,
                     "For the current user alone; needs no administrator rights");

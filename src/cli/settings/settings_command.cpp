@@ -8,7 +8,7 @@
 namespace sabxml::cli {
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kSettingsHelp[] =
     "CLASS is the class of a settings group, and NODEPATH the path of the element that holds its\n"
     "keys, since one file may hold several blocks. A file that was saved several times holds\n"
     "several copies of each key, of which a load takes the first.\n"
@@ -99,7 +99,7 @@ void AddSettingsCommands(CLI::App& program) {
   CLI::App& settings =
       *program.add_subcommand("settings", "List, read, compare and change settings of files");
   settings.require_subcommand(1);
-  settings.footer(kHelp);
+  settings.footer(kSettingsHelp);
 
   SettingsCommand(settings, "list", "List the groups, or the keys of some", ListSettings)
       .WithNames("CLASS", "Classes whose keys are listed", false)

@@ -111,7 +111,7 @@ sab::Text CheckedFlag(std::string_view key, std::string_view text) {
 
 bool IsTrimmed(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
-sab::Text CheckedSetting(std::string_view key, Type type, const std::string& text) {
+sab::Text CheckedSettingOf(std::string_view key, Type type, const std::string& text) {
   switch (type) {
     case Type::kText:
       return CheckedText(std::string(key), text);
@@ -241,14 +241,14 @@ sab::Text CheckedSetting(const sab::SettingsRow& row, const std::string& utf8) {
         "the key is a structure of elements, which can be shown and not set; the host writes it");
   }
   const Type element = sab::ElementOf(row.type);
-  if (element == Type::kNone) return CheckedSetting(row.key, row.type, utf8);
+  if (element == Type::kNone) return CheckedSettingOf(row.key, row.type, utf8);
   sab::Text list;
   for (const std::string& piece : PiecesOf(utf8)) {
     if (piece.empty()) {
       Refuse(row.key, utf8,
              "a list has one semicolon between its elements, and none of them is empty");
     }
-    list += CheckedSetting(row.key, element, piece);
+    list += CheckedSettingOf(row.key, element, piece);
     list.push_back(sab::kListSeparator);
   }
   return list;

@@ -11,7 +11,7 @@
 namespace sabxml::cli {
 namespace {
 
-SettingsBlock BlockOf(const SettingsOptions& options) {
+SettingsBlock ChangeableBlockOf(const SettingsOptions& options) {
   if (options.file == kStandardInput)
     throw CLI::ValidationError("settings", "the standard input cannot be changed; name a file");
   return {SettingsChoiceNamed(options.class_name), options.file, options.node_path,
@@ -120,7 +120,7 @@ void SetSettings(const SettingsOptions& options) {
     std::string given;
   };
   const std::vector<Assignment> assignments = AssignmentsOf(options.names);
-  SettingsBlock block = BlockOf(options);
+  SettingsBlock block = ChangeableBlockOf(options);
   std::vector<Change> changes;
   SeenKeys seen;
   for (const Assignment& assignment : assignments) {
@@ -158,7 +158,7 @@ void SetSettings(const SettingsOptions& options) {
 }
 
 void UnsetSettings(const SettingsOptions& options) {
-  SettingsBlock block = BlockOf(options);
+  SettingsBlock block = ChangeableBlockOf(options);
   std::vector<SettingsEntry> entries;
   SeenKeys seen;
   for (const std::string& key : options.names) {
@@ -180,7 +180,7 @@ void UnsetSettings(const SettingsOptions& options) {
 }
 
 void CompactSettings(const SettingsOptions& options) {
-  SettingsBlock block = BlockOf(options);
+  SettingsBlock block = ChangeableBlockOf(options);
   std::ostringstream report;
   std::size_t keys = 0;
   std::size_t copies = 0;

@@ -17,14 +17,14 @@ Value Get(IDispatch& parser, std::string_view member, const std::vector<LONGLONG
   return Call(parser, member, DISPATCH_PROPERTYGET, std::move(arguments));
 }
 
-std::string NameOf(IDispatch& parser, LONGLONG section) {
+std::string SectionName(IDispatch& parser, LONGLONG section) {
   return ToUtf8(Get(parser, "SectionName", {section}).Get().bstrVal);
 }
 
 bool HasMarker(IDispatch& parser) {
   // Only the first section can be without a name.
   const LONG count = Get(parser, "SectionCount").Get().lVal;
-  return count > 1 || (count == 1 && !NameOf(parser, 0).empty());
+  return count > 1 || (count == 1 && !SectionName(parser, 0).empty());
 }
 
 }  // namespace
@@ -49,7 +49,7 @@ void PrintTextTemplate(IDispatch& parser, TreeSink& sink) {
   const LONG sections = Get(parser, "SectionCount").Get().lVal;
   for (LONG section = 0; section < sections; ++section) {
     sink.BeginObject({}, {}, 5);
-    sink.AddValue("Name", NameOf(parser, section));
+    sink.AddValue("Name", SectionName(parser, section));
     sink.BeginList("Lines");
     const LONG lines = Get(parser, "LineCount", {section}).Get().lVal;
     for (LONG line = 0; line < lines; ++line) {

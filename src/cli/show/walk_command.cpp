@@ -11,7 +11,7 @@
 namespace sabxml::cli {
 namespace {
 
-constexpr char kHelp[] =
+constexpr char kWalkHelp[] =
     "Follows the way of a host: the application's templates, their modules, the modules'\n"
     "environments, and each environment's user-interface file and command files. A path is "
     "resolved\n"
@@ -83,7 +83,7 @@ void AddWalk(CLI::App& program, const Settings& settings) {
   auto options = std::make_shared<WalkOptions>();
   CLI::App* const command = program.add_subcommand(
       "walk", "Read an application and all files that it leads to, and print what they hold");
-  command->footer(kHelp);
+  command->footer(kWalkHelp);
   command->add_option("FILE", options->file, "Application descriptor")->required();
   command->add_flag("--json", options->as_json, "Print everything that was read, as JSON");
   command->callback([&settings, options] { Run(settings, *options); });
