@@ -11,6 +11,10 @@ if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release)
 endif()
 
+# Where files are compiled together (see docs/building.md), this many: most of the time for one goes
+# into the headers that all of them include.
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 12)
+
 # Everything that a person runs or loads lies in the root of the build folder.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
@@ -24,22 +28,28 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 
 option(SAB_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(SAB_SANITIZE_THREADS "Build with ThreadSanitizer" OFF)
 # A shared library is complete. Clang leaves the functions of the sanitizers to the program.
 set(SAB_COMPLETE_LIBRARY -Wl,-z,defs)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND (SAB_SANITIZE OR SAB_SANITIZE_THREADS))
+  set(SAB_COMPLETE_LIBRARY "")
+endif()
 if(SAB_BUILD_FUZZERS)
   set(SAB_COMPLETE_LIBRARY "")
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 if(SAB_SANITIZE)
-  # While it looks for null, GCC takes no comparison of an address for constant (GCC bug 71962), which
-  # the checks of formats and bindings need; AddressSanitizer reports what is read through null.
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
-                      -fno-sanitize=null,nonnull-attribute,returns-nonnull-attribute
                       -fno-omit-frame-pointer)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # While it looks for null, GCC takes no comparison of an address for constant (GCC bug 71962),
+    # which the checks of formats and bindings need; AddressSanitizer reports what is read through
+    # null.
+    add_compile_options(-fno-sanitize=null,nonnull-attribute,returns-nonnull-attribute)
+  endif()
   add_link_options(-fsanitize=address,undefined)
 endif()
 
-option(SAB_SANITIZE_THREADS "Build with ThreadSanitizer" OFF)
 if(SAB_SANITIZE_THREADS)
   add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
   add_link_options(-fsanitize=thread)
