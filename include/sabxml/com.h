@@ -18,6 +18,7 @@
 #include "com/dispatch.h"
 #include "com/error_info.h"
 #include "com/guid.h"
+#include "com/interface_id.h"
 #include "com/registry.h"
 #include "com/result.h"
 #include "com/runtime.h"

@@ -29,7 +29,21 @@ def write(library, source):
     for interface in library.interfaces.values():
         out.append(f"template <>\nstruct InterfaceId<{interface.name}> {{")
         out.append(f"  static constexpr const IID& value = IID_{interface.name};\n}};")
-    out.append("\n}  // namespace sabxml")
+    out.append("/// The class whose default interface it is: sabxml::ClassId<IVeX>::value.")
+    out.append("template <class Interface>\nstruct ClassId;\n")
+    for coclass in library.coclasses.values():
+        out.append(f"template <>\nstruct ClassId<{coclass.interface}> {{")
+        out.append(f"  static constexpr const CLSID& value = CLSID_{coclass.name};\n}};")
+    out.append("\n}  // namespace sabxml\n")
+    out.append("// What IID_PPV_ARGS of Windows goes by.")
+    out.append("#if defined(__CRT_UUID_DECL)")
+    for interface in library.interfaces.values():
+        numbers = cpp.guid_text(interface.guid).replace("{", "").replace("}", "")
+        out.append(f"__CRT_UUID_DECL({interface.name}, {numbers})")
+    out.append("#elif defined(_MSC_VER)")
+    for interface in library.interfaces.values():
+        out.append(f'struct __declspec(uuid("{interface.guid}")) {interface.name};')
+    out.append("#endif")
     return "\n".join(out) + "\n"
 
 
