@@ -36,6 +36,13 @@ FILES = {
     "broken.xml": b"<Application>\n  <Identify>\n</Application>",
 }
 
+if ON_WINDOWS:
+    # One program stays, so that Wine is not started anew for each command; it ends with its input.
+    subprocess.run([*COMMAND[:-1], "cmd", "/c", "exit"], stdin=subprocess.DEVNULL, check=True)
+    _waiting = subprocess.Popen([*COMMAND[:-1], "cmd"], stdin=subprocess.PIPE,
+                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    os.environ["SAB_WINE_RUNS"] = "1"
+
 _temporary = tempfile.TemporaryDirectory()  # until the end
 scratch = Path(_temporary.name)
 shutil.copytree(SAMPLES, scratch / "samples/workshop")

@@ -2,22 +2,43 @@
 # Runs a command under Wine in a prefix of the build's own, made at the first use.
 #
 #   with_wine.sh PREFIX COMMAND...
+#
+# With SAB_WINE_RUNS set the caller keeps a program running in the prefix.
 set -euo pipefail
 export WINEPREFIX=$1
 shift
+folder=$(dirname "$WINEPREFIX")
 # A 32-bit build has a 32-bit Wine beside its prefixes.
-wine32=$(dirname "$WINEPREFIX")/wine32/bin
-[ ! -d "$wine32" ] || export PATH="$wine32:$PATH" WINEARCH=win32
+[ ! -d "$folder/wine32/bin" ] || export PATH="$folder/wine32/bin:$PATH" WINEARCH=win32
 export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
+
+# One prefix is made by Wine, which takes long; the others share its files, except the registry.
+make_prefix() {
+  local first=$folder/wine_prefix
+  if [ ! -f "$first/ready" ]; then
+    (
+      export WINEPREFIX=$first
+      mkdir -p "$first"
+      wineboot -i
+      # No display is needed then.
+      wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f
+      wineserver -w
+    ) >/dev/null 2>&1
+    touch "$first/ready"
+  fi
+  rm -rf "$WINEPREFIX"
+  cp -al "$first" "$WINEPREFIX"
+  cp --remove-destination "$first"/*.reg "$WINEPREFIX"
+}
 if [ ! -f "$WINEPREFIX/ready" ]; then
-  mkdir -p "$WINEPREFIX"
-  wineboot -i >/dev/null 2>&1
-  # No display is needed then.
-  wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f >/dev/null 2>&1
-  wineserver -w
-  touch "$WINEPREFIX/ready"
+  mkdir -p "$folder"
+  (
+    flock 9
+    [ -f "$WINEPREFIX/ready" ] || make_prefix
+  ) 9>"$folder/wine_prefix.lock"
 fi
+
 # What Wine starts in the background holds on to the output of the program that was the first; who
 # reads that output would wait for it to end.
-wine cmd /c exit </dev/null >/dev/null 2>&1 || true
+[ -n "${SAB_WINE_RUNS:-}" ] || wine cmd /c exit </dev/null >/dev/null 2>&1 || true
 exec "$@"
