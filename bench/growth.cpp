@@ -4,11 +4,7 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "base/text.h"
-#include "common/config_document.h"
-#include "samples.h"
 #include "xml/document.h"
 
 namespace {
@@ -48,22 +44,5 @@ void ReadDeclarations(benchmark::State& state) {
       "/>");
 }
 BENCHMARK(ReadDeclarations)->Apply(Sizes);
-
-// Many keys under a path that is more than child steps, in a file of 1.6 MB.
-void KeysOfPath(benchmark::State& state) {
-  std::string bytes = "<All>";
-  for (int i = 0; i < 100; ++i)
-    bytes += sab::bench::SettingsFile().substr(sab::bench::SettingsFile().find("<Settings>"));
-  const sab::Text file = sab::FromUtf8(sab::bench::WriteSample("paths.xml", bytes + "</All>"));
-  std::vector<std::string> names;
-  for (int key = 0; key < state.range(0); ++key) names.push_back(sab::bench::KeyName(key));
-  const std::vector<std::string_view> keys(names.begin(), names.end());
-  for (auto _ : state) {
-    sab::ConfigDocument document;
-    document.Load(file);
-    benchmark::DoNotOptimize(document.SelectAll(OLESTR("//Settings[7]/Display")).First(keys));
-  }
-}
-BENCHMARK(KeysOfPath)->Arg(1)->Arg(7)->Arg(28)->Unit(benchmark::kMillisecond);
 
 }  // namespace

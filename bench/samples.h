@@ -5,18 +5,21 @@
 
 namespace sab::bench {
 
-/// A user-interface file of about so many bytes: ribbon tabs, panels and buttons with their values,
-/// a fifth of the texts in Chinese, two spaces of indentation a level.
-const std::string& UserInterfaceFile(std::size_t bytes);
+/// What a user-interface file is made of.
+enum class Kind {
+  kPlain,  ///< ribbon tabs of one shape over and over, a fifth of the texts in Chinese
+  kRich,   ///< ribbon, menus, toolbars and commands in turn: nested, in changing order, with
+           ///< references, CDATA sections and comments, a third of the texts in Chinese
+};
+inline constexpr const char* kKindNames[] = {"plain", "rich"};
 
-/// A settings file: blocks of 40 values each, of about 20 KB at one block with its neighbours.
-const std::string& SettingsFile();
-/// The keys of the block that is read.
-inline constexpr int kKeys = 39;
-std::string KeyName(int number);
+/// A user-interface file of about so many bytes, two spaces of indentation a level; the same
+/// whenever it is made.
+std::string UserInterfaceFile(Kind kind, std::size_t bytes);
 
-/// The XPath of the element that holds the keys.
-inline constexpr char kNodePath[] = "/Settings/Display";
+/// Writes a sample to the temporary folder, unless an earlier process has left it, and gives its
+/// name.
+std::string UserInterfaceSample(Kind kind, std::size_t bytes);
 
 /// Writes a sample to the temporary folder and gives its name.
 std::string WriteSample(const std::string& name, const std::string& content);

@@ -4,15 +4,20 @@
 
 #include "base/com_ptr.h"
 
-// The benchmarks link the server library, as a host may that wants no registration.
-STDAPI DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv);
-
 namespace sab::bench {
 
 inline ComPtr<IClassFactory> FactoryOf(REFCLSID clsid) {
   ComPtr<IClassFactory> factory;
-  DllGetClassObject(clsid, IID_IClassFactory, factory.PutVoid());
+  CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory.PutVoid());
   return factory;
+}
+
+/// A new object of a registered class.
+template <class Interface>
+ComPtr<Interface> Created(REFCLSID clsid) {
+  ComPtr<Interface> object;
+  CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IdOf<Interface>(), object.PutVoid());
+  return object;
 }
 
 }  // namespace sab::bench

@@ -1,109 +1,198 @@
-// Reading user-interface files into their tree, beside readers that one would write over another
-// DOM: plain structs with UTF-16 strings, from the same bytes in memory.
+// Reading user-interface files as a client does, from the disk and through the public interfaces,
+// beside readers over other DOMs that fill plain structs. Every row is one part of the same course:
+// load, walk all properties, walk them again, release. tools/bench pairs the rows.
 
 #include <SabXmlParser.h>
 #include <benchmark/benchmark.h>
 #include <libxml/parser.h>
+#include <time.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <map>
-#include <pugixml.hpp>
-#include <vector>
+#include <memory>
+#include <utility>
 
 #include "base/bstr.h"
-#include "platform/file.h"
+#include "base/com_ptr.h"
+#include "fingerprint.h"
+#include "plain_tree.h"
 #include "samples.h"
-#include "server_fixture.h"
 
 namespace {
 
-using sab::bench::UserInterfaceFile;
+using sab::ComPtr;
+using sab::bench::Fingerprint;
+using sab::bench::Kind;
 
-// --- the peers' tree ---
+// --- the server ---
 
-struct Button {
-  std::u16string identify, command, text, object, menu, option;
-  bool large = false, visible = true;
-  int width = 0, app_mode = -1;
-  std::vector<Button> buttons;
+// Looks at every property of a tree of objects.
+class ObjectWalker {
+ public:
+  Fingerprint fingerprint;
+
+  void Walk(IVePrsRibbonButton& o) {
+    using I = IVePrsRibbonButton;
+    Look(o, &I::get_Identify, &I::get_Command, &I::get_IsLargeImage, &I::get_ObjCLSID,
+         &I::get_MenuID, &I::get_Width, &I::get_IsGroup, &I::get_IsSeparator, &I::get_IsVisible,
+         &I::get_GroupButtons, &I::get_Text, &I::get_Option, &I::get_AppMode);
+  }
+  void Walk(IVePrsRibbonPanel& o) {
+    using I = IVePrsRibbonPanel;
+    Look(o, &I::get_Identify, &I::get_Text, &I::get_ImageSmall, &I::get_ImageLarge,
+         &I::get_RibbonButtons, &I::get_ResourcePath, &I::get_LaunchButton, &I::get_AppMode);
+  }
+  void Walk(IVePrsHiddenButtons& o) {
+    using I = IVePrsHiddenButtons;
+    Look(o, &I::get_ImageSmall, &I::get_ImageLarge, &I::get_HiddenButtons);
+  }
+  void Walk(IVePrsRibbonTab& o) {
+    using I = IVePrsRibbonTab;
+    Look(o, &I::get_Identify, &I::get_Text, &I::get_Key, &I::get_RibbonPanels,
+         &I::get_HiddenButtons, &I::get_AppMode);
+  }
+  void Walk(IVePrsMenuItem& o) {
+    using I = IVePrsMenuItem;
+    Look(o, &I::get_Identify, &I::get_Text, &I::get_Command, &I::get_Option, &I::get_ObjCLSID,
+         &I::get_IsSeparator, &I::get_IsPopup, &I::get_MenuItems, &I::get_AppMode);
+  }
+  void Walk(IVePrsToolBarButton& o) {
+    using I = IVePrsToolBarButton;
+    Look(o, &I::get_Identify, &I::get_Command, &I::get_ObjCLSID, &I::get_IsSeparator,
+         &I::get_IsDropDown, &I::get_Buttons, &I::get_SubToolBarID, &I::get_AppMode);
+  }
+  void Walk(IVePrsToolBar& o) {
+    using I = IVePrsToolBar;
+    Look(o, &I::get_Identify, &I::get_Text, &I::get_LeftOf, &I::get_Dock, &I::get_Image,
+         &I::get_Buttons, &I::get_ResourcePath, &I::get_ImageLarge, &I::get_AppMode);
+  }
+  void Walk(IVePrsCustomWnd& o) {
+    using I = IVePrsCustomWnd;
+    Look(o, &I::get_Identify, &I::get_Text, &I::get_LeftOf, &I::get_Dock, &I::get_ObjCLSID,
+         &I::get_Icon, &I::get_ResourcePath, &I::get_Size, &I::get_AppMode);
+  }
+  void Walk(IVePrsAccel& o) {
+    using I = IVePrsAccel;
+    Look(o, &I::get_Command, &I::get_Key, &I::get_Ctrl, &I::get_RibbonKey);
+  }
+  void Walk(IVePrsAccelGroup& o) {
+    Look(o, &IVePrsAccelGroup::get_Identify, &IVePrsAccelGroup::get_Accels);
+  }
+  void Walk(IVePrsPrompt& o) {
+    using I = IVePrsPrompt;
+    Look(o, &I::get_Command, &I::get_Text, &I::get_ToolTip, &I::get_Description,
+         &I::get_ToolTipImage);
+  }
+  void Walk(IVePrsInstruction& o) {
+    using I = IVePrsInstruction;
+    Look(o, &I::get_Command, &I::get_Instruction, &I::get_CommandPara);
+  }
+  void Walk(IVePrsCommandImage& o) {
+    using I = IVePrsCommandImage;
+    Look(o, &I::get_Command, &I::get_ImageSmall, &I::get_ImageLarge, &I::get_ImageType,
+         &I::get_ResourcePath, &I::get_ImageDarkSmall, &I::get_ImageDarkLarge);
+  }
+  void Walk(IVePrsCommandSearch& o) {
+    using I = IVePrsCommandSearch;
+    Look(o, &I::get_Enable, &I::get_Text, &I::get_Key, &I::get_ToolTip, &I::get_Description,
+         &I::get_Width, &I::get_SuppressDisabledCommands, &I::get_MaxResults,
+         &I::get_SearchInHiddenCategories, &I::get_AppMode);
+  }
+  void Walk(IVePrsMainButton& o) {
+    using I = IVePrsMainButton;
+    Look(o, &I::get_Icon, &I::get_Command, &I::get_ImageSmall, &I::get_ImageLarge,
+         &I::get_RecentDocDescription, &I::get_OptionCommand, &I::get_ExitCommand,
+         &I::get_ResourcePath, &I::get_ScenicText);
+  }
+  void Walk(IVePrsMainMenu& o) {
+    Look(o, &IVePrsMainMenu::get_Text, &IVePrsMainMenu::get_MenuItems);
+  }
+  void Walk(IVePrsQuickAccessTool& o) { Look(o, &IVePrsQuickAccessTool::get_QATButtons); }
+  void Walk(IVePrsRibbonBar& o) { Look(o, &IVePrsRibbonBar::get_RibbonTabs); }
+  void Walk(IVePrsStatusBar& o) {
+    Look(o, &IVePrsStatusBar::get_Image, &IVePrsStatusBar::get_Buttons);
+  }
+  void Walk(IVePrsUI& o) {
+    using I = IVePrsUI;
+    Look(o, &I::get_MainMenu, &I::get_MainButton, &I::get_QuickAccessTool, &I::get_RibbonBar,
+         &I::get_ContextMenus, &I::get_ToolBars, &I::get_StatusBar, &I::get_CustomWnds,
+         &I::get_Accels, &I::get_ToolAccels, &I::get_Prompts, &I::get_Instructions,
+         &I::get_ContextRibbonTabs, &I::get_ContextRibbonPanels, &I::get_HasIMenu,
+         &I::get_CommandImages, &I::get_CommandSearch, &I::get_RibbonMinimizeButton,
+         &I::get_CaptionCustomButtons);
+  }
+
+ private:
+  template <class Object, class... Getters>
+  void Look(Object& object, Getters... getters) {
+    (LookAt(object, getters), ...);
+  }
+  template <class Object, class Value>
+  void LookAt(Object& object, HRESULT (STDMETHODCALLTYPE Object::*get)(Value*)) {
+    if constexpr (std::is_same_v<Value, BSTR>) {
+      sab::Bstr text;
+      (object.*get)(text.Put());
+      fingerprint.Add(text.View());
+    } else if constexpr (std::is_same_v<Value, VARIANT_BOOL>) {
+      VARIANT_BOOL flag = VARIANT_FALSE;
+      (object.*get)(&flag);
+      fingerprint.Add(flag != VARIANT_FALSE);
+    } else if constexpr (std::is_pointer_v<Value>) {
+      ComPtr<std::remove_pointer_t<Value>> part;
+      (object.*get)(part.Put());
+      WalkPart(*part);
+    } else {
+      Value number = 0;
+      (object.*get)(&number);
+      fingerprint.Add(static_cast<int>(number));
+    }
+  }
+  template <class Part>
+  void WalkPart(Part& part) {
+    if constexpr (requires { &Part::GetHeadPosition; }) {
+      LONG_PTR position = 0;
+      part.GetHeadPosition(&position);
+      while (position) WalkItem(part, &Part::GetNext, position);
+    } else {
+      Walk(part);
+    }
+  }
+  template <class List, class Item>
+  void WalkItem(List& list, HRESULT (STDMETHODCALLTYPE List::*next)(LONG_PTR*, Item**),
+                LONG_PTR& position) {
+    ComPtr<Item> item;
+    (list.*next)(&position, item.Put());
+    Walk(*item);
+  }
 };
-struct Panel {
-  std::u16string identify, text, image_small, image_large, resource_path, launch_button;
-  int app_mode = -1;
-  std::vector<Button> buttons;
+
+class Server {
+ public:
+  explicit Server(const std::string& file) {
+    CoCreateInstance(CLSID_VeUiParser, nullptr, CLSCTX_INPROC_SERVER, IID_IVeUiParser,
+                     parser_.PutVoid());
+    parser_->put_ConfigurationPath(sab::Bstr(sab::FromUtf8(file)).Get());
+  }
+  bool Load() { return SUCCEEDED(parser_->GenerateUI()); }
+  std::uint64_t Walk() {
+    ComPtr<IVePrsUI> tree;
+    parser_->get_UI(tree.Put());
+    ObjectWalker walker;
+    walker.Walk(*tree);
+    return walker.fingerprint.Value();
+  }
+
+ private:
+  ComPtr<IVeUiParser> parser_;
 };
-struct Tab {
-  std::u16string identify, text, key;
-  int app_mode = -1;
-  std::vector<Panel> panels;
-};
 
-std::u16string Wide(const char* utf8) { return sab::FromUtf8(utf8); }
-
-// One reader for both: Node has Children(visit), Name() and Text().
-template <class Node>
-void ReadButton(const Node& node, Button& button) {
-  node.Children([&button](const Node& child) {
-    const std::string_view name = child.Name();
-    if (name == "Identify")
-      button.identify = Wide(child.Text());
-    else if (name == "Command")
-      button.command = Wide(child.Text());
-    else if (name == "Text")
-      button.text = Wide(child.Text());
-    else if (name == "LargeImage")
-      button.large = std::string_view(child.Text()) == "1";
-    else if (name == "IsVisible")
-      button.visible = std::string_view(child.Text()) != "0";
-    else if (name == "Object")
-      button.object = Wide(child.Text());
-    else if (name == "Menu")
-      button.menu = Wide(child.Text());
-    else if (name == "Option")
-      button.option = Wide(child.Text());
-    else if (name == "Width")
-      button.width = std::atoi(child.Text());
-    else if (name == "AppMode")
-      button.app_mode = std::atoi(child.Text());
-    else if (name == "RibbonButton")
-      ReadButton(child, button.buttons.emplace_back());
-  });
-}
-
-template <class Node>
-void ReadPanel(const Node& node, Panel& panel) {
-  node.Children([&panel](const Node& child) {
-    const std::string_view name = child.Name();
-    if (name == "Identify")
-      panel.identify = Wide(child.Text());
-    else if (name == "Text")
-      panel.text = Wide(child.Text());
-    else if (name == "RibbonButton")
-      ReadButton(child, panel.buttons.emplace_back());
-  });
-}
-
-template <class Node>
-std::vector<Tab> ReadTabs(const Node& ribbon_bar) {
-  std::vector<Tab> tabs;
-  ribbon_bar.Children([&tabs](const Node& node) {
-    Tab& tab = tabs.emplace_back();
-    node.Children([&tab](const Node& child) {
-      const std::string_view name = child.Name();
-      if (name == "Identify")
-        tab.identify = Wide(child.Text());
-      else if (name == "Text")
-        tab.text = Wide(child.Text());
-      else if (name == "RibbonPanel")
-        ReadPanel(child, tab.panels.emplace_back());
-    });
-  });
-  return tabs;
-}
+// --- the peers ---
 
 struct PugixmlNode {
   pugi::xml_node node;
-  const char* Name() const { return node.name(); }
-  const char* Text() const { return node.child_value(); }
+  std::string_view Name() const { return node.name(); }
+  std::string_view Text() const { return node.child_value(); }
   template <class Visit>
   void Children(const Visit& visit) const {
     for (const pugi::xml_node child : node.children()) visit(PugixmlNode{child});
@@ -112,8 +201,8 @@ struct PugixmlNode {
 
 struct LibxmlNode {
   const xmlNode* node;
-  const char* Name() const { return reinterpret_cast<const char*>(node->name); }
-  const char* Text() const {
+  std::string_view Name() const { return reinterpret_cast<const char*>(node->name); }
+  std::string_view Text() const {
     return node->children ? reinterpret_cast<const char*>(node->children->content) : "";
   }
   template <class Visit>
@@ -124,112 +213,122 @@ struct LibxmlNode {
   }
 };
 
-std::vector<Tab> ReadWithPugixml(const std::string& bytes) {
-  pugi::xml_document document;
-  document.load_buffer(bytes.data(), bytes.size());
-  return ReadTabs(PugixmlNode{document.child("UI").child("RibbonBar")});
-}
-
-std::vector<Tab> ReadWithLibxml(const std::string& bytes) {
-  const xmlDocPtr document = xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr,
-                                           nullptr, XML_PARSE_NOBLANKS | XML_PARSE_HUGE);
-  std::vector<Tab> tabs = ReadTabs(LibxmlNode{xmlDocGetRootElement(document)->children});
-  xmlFreeDoc(document);
-  return tabs;
-}
-
-// --- the measurements ---
-
-const std::string& Sample(const benchmark::State& state) {
-  return UserInterfaceFile(static_cast<std::size_t>(state.range(0)));
-}
-
-void Report(benchmark::State& state) {
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(Sample(state).size()));
-}
-
-sab::ComPtr<IVeUiParser> ParserFor(benchmark::State& state) {
-  static const sab::ComPtr<IClassFactory> factory = sab::bench::FactoryOf(CLSID_VeUiParser);
-  sab::ComPtr<IVeUiParser> parser;
-  factory->CreateInstance(nullptr, IID_IVeUiParser, parser.PutVoid());
-  static std::map<std::int64_t, std::string> paths;
-  std::string& path = paths[state.range(0)];
-  if (path.empty()) {
-    path = sab::bench::WriteSample("ui-" + std::to_string(state.range(0)) + ".xml", Sample(state));
+class Peer {
+ public:
+  explicit Peer(std::string file) : file_(std::move(file)) {}
+  std::uint64_t Walk() {
+    sab::bench::plain::Walker walker;
+    tree_.Visit(walker);
+    return walker.fingerprint.Value();
   }
-  parser->put_ConfigurationPath(sab::Bstr(sab::FromUtf8(path)).Get());
-  return parser;
+
+ protected:
+  template <class Node>
+  void Fill(const Node& root) {
+    sab::bench::plain::Reader<Node>::Read(root, tree_);
+  }
+
+  std::string file_;
+
+ private:
+  sab::bench::plain::UserInterface tree_;
+};
+
+struct Pugixml : Peer {
+  using Peer::Peer;
+  bool Load() {
+    pugi::xml_document document;
+    if (!document.load_file(file_.c_str())) return false;
+    Fill(PugixmlNode{document.document_element()});
+    return true;
+  }
+};
+
+struct Libxml : Peer {
+  using Peer::Peer;
+  bool Load() {
+    const xmlDocPtr document =
+        xmlReadFile(file_.c_str(), nullptr, XML_PARSE_NONET | XML_PARSE_NOBLANKS | XML_PARSE_HUGE);
+    if (!document) return false;
+    Fill(LibxmlNode{xmlDocGetRootElement(document)});
+    xmlFreeDoc(document);
+    return true;
+  }
+};
+
+// --- the rows ---
+
+enum Part { kLoad, kFirstWalk, kSecondWalk, kRelease, kAll };
+constexpr const char* kPartNames[] = {"GenerateUI", "FirstWalk", "SecondWalk", "Release",
+                                      "LoadWalkRelease"};
+
+// All trees of one file are equal, whoever has read it.
+void Compare(const std::string& file, std::uint64_t fingerprint) {
+  static std::map<std::string, std::uint64_t> known;
+  const auto [first, is_new] = known.emplace(file, fingerprint);
+  if (is_new || first->second == fingerprint) return;
+  std::fprintf(stderr, "%s: the trees of two readers differ\n", file.c_str());
+  std::abort();
 }
 
-void GenerateUI(benchmark::State& state) {
+// The processor's time, since others may want the processor; the files are in the system's cache.
+double Now() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+template <class Reader>
+void Run(benchmark::State& state, Part part, Kind kind, std::size_t bytes) {
+  const std::string file = sab::bench::UserInterfaceSample(kind, bytes);
   for (auto _ : state) {
-    state.PauseTiming();
-    sab::ComPtr<IVeUiParser> parser = ParserFor(state);
-    state.ResumeTiming();
-    if (FAILED(parser->GenerateUI())) state.SkipWithError("GenerateUI failed");
-    state.PauseTiming();
-    parser.Reset();
-    state.ResumeTiming();
+    auto reader = std::make_unique<Reader>(file);
+    double times[kAll + 1];
+    times[kLoad] = Now();
+    if (!reader->Load()) state.SkipWithError("the file could not be loaded");
+    times[kFirstWalk] = Now();
+    if (part != kLoad) {
+      const std::uint64_t fingerprint = reader->Walk();
+      times[kSecondWalk] = Now();
+      Compare(file, fingerprint);
+    }
+    if (part == kSecondWalk) {
+      times[kSecondWalk] = Now();
+      reader->Walk();
+    }
+    times[kRelease] = Now();
+    reader.reset();
+    times[kAll] = Now();
+    const double taken = part != kAll
+                             ? times[part + 1] - times[part]
+                             : times[kAll] - times[kRelease] + times[kSecondWalk] - times[kLoad];
+    state.SetIterationTime(taken);
   }
-  Report(state);
 }
 
-void ReleaseTree(benchmark::State& state) {
-  for (auto _ : state) {
-    state.PauseTiming();
-    sab::ComPtr<IVeUiParser> parser = ParserFor(state);
-    if (FAILED(parser->GenerateUI())) state.SkipWithError("GenerateUI failed");
-    state.ResumeTiming();
-    parser.Reset();
+template <class Reader>
+void RegisterRows(const char* reader, bool only_once) {
+  for (int part = kLoad; part <= kAll; ++part) {
+    for (const Kind kind : {Kind::kPlain, Kind::kRich}) {
+      for (const std::size_t bytes : {20U << 10, 100U << 10, 1U << 20, 10U << 20, 50U << 20}) {
+        const std::string name = std::string(kPartNames[part]) + '/' + reader + '/' +
+                                 sab::bench::kKindNames[static_cast<int>(kind)] + '/' +
+                                 std::to_string(bytes >> 10) + "K";
+        auto* const row = benchmark::RegisterBenchmark(
+            name.c_str(), [part, kind, bytes](benchmark::State& state) {
+              Run<Reader>(state, static_cast<Part>(part), kind, bytes);
+            });
+        row->UseManualTime()->Unit(benchmark::kMicrosecond);
+        if (only_once) row->Iterations(1);
+      }
+    }
   }
-  Report(state);
 }
-
-// What GenerateUI spends on the file itself; the peers start with its bytes in memory.
-void ReadTheFile(benchmark::State& state) {
-  const sab::Text name = sab::FromUtf8(
-      sab::bench::WriteSample("ui-" + std::to_string(state.range(0)) + ".xml", Sample(state)));
-  for (auto _ : state) {
-    std::string reason;
-    benchmark::DoNotOptimize(sab::ReadFileBytes(name, reason));
-  }
-  Report(state);
-}
-
-template <std::vector<Tab> (*kRead)(const std::string&)>
-void ReadPeer(benchmark::State& state) {
-  for (auto _ : state) {
-    std::vector<Tab> tabs = kRead(Sample(state));
-    state.PauseTiming();
-    tabs.clear();
-    state.ResumeTiming();
-  }
-  Report(state);
-}
-
-void ReleasePeerTree(benchmark::State& state) {
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::vector<Tab> tabs = ReadWithPugixml(Sample(state));
-    state.ResumeTiming();
-    tabs.clear();
-  }
-  Report(state);
-}
-
-void Sizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->Unit(benchmark::kMillisecond)
-      ->Arg(100 << 10)
-      ->Arg(1 << 20)
-      ->Arg(10 << 20)
-      ->Arg(50 << 20);
-}
-
-BENCHMARK(ReadTheFile)->Apply(Sizes);
-BENCHMARK(GenerateUI)->Apply(Sizes);
-BENCHMARK(ReadPeer<ReadWithPugixml>)->Name("ReadWithPugixml")->Apply(Sizes);
-BENCHMARK(ReadPeer<ReadWithLibxml>)->Name("ReadWithLibxml")->Apply(Sizes);
-BENCHMARK(ReleaseTree)->Apply(Sizes);
-BENCHMARK(ReleasePeerTree)->Apply(Sizes);
 
 }  // namespace
+
+void RegisterUserInterfaceRows(bool only_once) {
+  RegisterRows<Server>("ours", only_once);
+  RegisterRows<Pugixml>("pugixml", only_once);
+  RegisterRows<Libxml>("libxml2", only_once);
+}
