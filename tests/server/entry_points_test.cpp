@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "dispatch_tables.h"
+#include "generated/dispatch_tables.h"
 #include "server/class_entry.h"
 #include "server/created_object.h"
 #include "support/server_library.h"
@@ -9,9 +9,9 @@ namespace sab::testing {
 namespace {
 
 // An outer object that counts what reaches it.
-class Outer final : public IUnknown {
+class CountingOuter final : public IUnknown {
  public:
-  virtual ~Outer() = default;
+  virtual ~CountingOuter() = default;
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
     *object = nullptr;
     if (riid == IID_IUnknown) {
@@ -92,7 +92,7 @@ TEST(EntryPoints, EveryClassIsCreatedAloneAndAsPartOfAnOuterObject) {
     CheckIdentity(alone.As<IUnknown>().Get(), *alone);
     EXPECT_EQ(E_POINTER, alone->QueryInterface(IID_IUnknown, nullptr));
 
-    Outer outer;
+    CountingOuter outer;
     none = &none;
     SetErrorInfo(0, nullptr);
     EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(&outer, IID_IDispatch, &none));

@@ -16,7 +16,7 @@
 namespace sab::testing {
 namespace {
 
-constexpr char kHistory[] = "BrowseHistory.xml";
+constexpr char kBrowseHistory[] = "BrowseHistory.xml";
 constexpr char kBefore[] = "<S>\n  <G>\n    <PtMode>4</PtMode>\n  </G>\n</S>\n";
 
 void Count(long number, const char* what) {
@@ -37,7 +37,7 @@ class SaveFaultsTest : public ::testing::Test {
   HRESULT Save(const Parser& parser) const { return parser->Save(name_.Get(), node_.Get()); }
   void WriteOld() const {
     folder_.Write("t.xml", kBefore);
-    folder_.Write(kHistory, "<old/>");
+    folder_.Write(kBrowseHistory, "<old/>");
   }
   bool IsSaved() const {
     const bool is_saved = folder_.Read("t.xml") != kBefore;
@@ -47,10 +47,10 @@ class SaveFaultsTest : public ::testing::Test {
     return is_saved;
   }
   bool IsHistorySaved() const {
-    const bool is_saved = folder_.Read(kHistory) != "<old/>";
+    const bool is_saved = folder_.Read(kBrowseHistory) != "<old/>";
     if (is_saved) {
       EXPECT_EQ("DCHistory{History=new}",
-                ElementsOf(folder_.Name(kHistory), "/BrowseFileHistorys"));
+                ElementsOf(folder_.Name(kBrowseHistory), "/BrowseFileHistorys"));
     }
     return is_saved;
   }
@@ -75,7 +75,7 @@ TEST_F(SaveFaultsTest, EveryFileCallMayFail) {
         if (FAILED(result)) {
           ++failures;
           const std::string told = TakeErrorDescription();
-          EXPECT_NE(std::string::npos, told.find(is_saved ? kHistory : "t.xml")) << told;
+          EXPECT_NE(std::string::npos, told.find(is_saved ? kBrowseHistory : "t.xml")) << told;
         }
         WriteOld();
       });
