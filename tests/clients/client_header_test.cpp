@@ -16,15 +16,19 @@ using sabxml::String;
 
 constexpr char kText[] = "a\u00E9\u5B57\U0001F600";  // of one to four bytes
 
+std::string Page(const std::string& name) {
+  return "<Configuration><CLSID>{8F6C1A52-0B7D-4E39-9C44-2D1B7E5A9001}</CLSID><LocalName>" + name +
+         "</LocalName></Configuration>";
+}
+
 TEST(ClientHeader, TurnsResultsIntoValuesAndFailuresIntoExceptions) {
   const TemporaryFolder folder;
   folder.Write("app.xml",
                std::string("<Application><AppTemplateID>T</AppTemplateID><ProductName>") + kText +
                    "</ProductName><CompanyName>C</CompanyName><Templates><Template><Path>p"
                    "</Path></Template><Template><Path>q</Path></Template></Templates>"
-                   "<Configurations><Configuration><LocalName>1</LocalName></Configuration>"
-                   "<Configuration><LocalName>2</LocalName></Configuration>"
-                   "</Configurations></Application>");
+                   "<Configurations>" +
+                   Page("1") + Page("2") + "</Configurations></Application>");
   const auto app = sabxml::CreateFrom<IVeAppParser>(Server().GetClassObject);
   const std::string names = folder.Path("").string();
   Check(app->put_ConfigurationPath(String(names + "app.xml")));
