@@ -5,6 +5,7 @@
 #include "base/bstr.h"
 #include "base/com_error.h"
 #include "base/com_ptr.h"
+#include "base/error_info.h"
 #include "base/result_words.h"
 
 namespace sab {
@@ -44,10 +45,8 @@ HRESULT ReportCode(const ErrorOrigin& origin, HRESULT code) noexcept try {
 }
 
 std::string TakeErrorDescription(HRESULT code) {
-  ComPtr<IErrorInfo> info;
-  Bstr description;
-  if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(description.Put());
-  return description.IsEmpty() ? WordsOf(code) : ToUtf8(description.View());
+  const std::string description = TakeErrorInfo();
+  return description.empty() ? WordsOf(code) : description;
 }
 
 HRESULT ReportResult(const ErrorOrigin& origin, HRESULT code) noexcept try {

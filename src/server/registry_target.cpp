@@ -3,9 +3,8 @@
 #include <cstring>
 #include <optional>
 
-#include "base/bstr.h"
 #include "base/com_error.h"
-#include "base/com_ptr.h"
+#include "base/error_info.h"
 #include "base/registry_key.h"
 
 namespace sab {
@@ -13,11 +12,8 @@ namespace {
 
 // The description of the system itself, if it gave one.
 std::string Explanation(LSTATUS status) {
-  ComPtr<IErrorInfo> info;
-  Bstr description;
-  if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(description.Put());
-  return description.IsEmpty() ? "error " + std::to_string(status) + "."
-                               : ToUtf8(description.View());
+  const std::string description = TakeErrorInfo();
+  return description.empty() ? "error " + std::to_string(status) + "." : description;
 }
 
 void CheckStatus(LSTATUS status, const RegistryPath& path, const char* action) {

@@ -1,20 +1,13 @@
 #include "cli/host/automation.h"
 
+#include "base/error_info.h"
 #include "base/result_words.h"
 #include "cli/standard_input.h"
 
 namespace sabxml::cli {
 namespace {
 
-std::string TakeDescription() {
-  Reference<IErrorInfo> info;
-  if (GetErrorInfo(0, info.Put()) != S_OK) return {};
-  BSTR description = nullptr;
-  info->GetDescription(&description);
-  std::string text = ToUtf8(description);
-  SysFreeString(description);
-  return WithStandardInput(std::move(text));
-}
+std::string TakeDescription() { return WithStandardInput(sab::TakeErrorInfo()); }
 
 }  // namespace
 

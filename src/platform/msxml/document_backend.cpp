@@ -1,9 +1,11 @@
 #include "document_backend.h"
 
-#include <cstdio>
 #include <vector>
 
 #include "base/com_error.h"
+#include "base/error_info.h"
+#include "base/guid.h"
+#include "base/result_words.h"
 #include "platform/file.h"
 #include "platform/file_name.h"
 #include "xml/error.h"
@@ -12,26 +14,9 @@ namespace sab::backend {
 namespace {
 
 // The identifier of DOMDocument60, which the headers of mingw-w64 lack.
-constexpr CLSID kDomDocument60 = {
-    0x88d96a05, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+constexpr CLSID kDomDocument60 = GuidOf("88D96A05-F192-11D4-A65F-0040963251E5");
 
 Text FromAscii(std::string_view ascii) { return Text(ascii.begin(), ascii.end()); }
-
-std::string HexText(HRESULT result) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(result));
-  return text;
-}
-
-// The description of the failing call itself; asking for it also clears it, so that a host does not
-// take it for the cause of a later failure.
-std::string DescriptionOfFailure() {
-  ComPtr<IErrorInfo> info;
-  Bstr description;
-  if (GetErrorInfo(0, info.Put()) != S_OK || FAILED(info->GetDescription(description.Put())))
-    return {};
-  return ToUtf8(description.View());
-}
 
 std::string Trimmed(std::string text) {
   while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.pop_back();
@@ -67,7 +52,7 @@ LoadFailure FailureOf(IXMLDOMDocument* document) {
   error->get_linepos(&column);
   error->get_reason(reason.Put());
   failure.position = {static_cast<unsigned>(line), static_cast<unsigned>(column)};
-  failure.reason = Trimmed(ToUtf8(reason.View())) + " (" + HexText(code) + ")";
+  failure.reason = Trimmed(ToUtf8(reason.View())) + " (" + ResultDigits(code) + ")";
   return failure;
 }
 
@@ -91,8 +76,8 @@ void Explain(TextView file, LoadFailure& failure) {
 [[noreturn]] void RaiseFailedCall(HRESULT result, std::string_view operation, TextView file) {
   std::string message = file.empty() ? std::string() : ToUtf8(file) + ": ";
   message += std::string(operation) + " failed";
-  const std::string description = Trimmed(DescriptionOfFailure());
-  message += description.empty() ? " (" + HexText(result) + ")" : ": " + description;
+  const std::string description = Trimmed(TakeErrorInfo());
+  message += description.empty() ? " (" + ResultDigits(result) + ")" : ": " + description;
   throw ComError(result, message);
 }
 
@@ -231,7 +216,7 @@ void Document::Clear(TextView file) {
   if (!document_)
     throw ComError(E_POINTER, ToUtf8(file) +
                                   ": MSXML 6, which reads XML files, cannot be created (" +
-                                  HexText(result) + ")");
+                                  ResultDigits(result) + ")");
 }
 
 bool Document::Load(TextView file, const FileLock*) {

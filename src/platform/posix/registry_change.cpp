@@ -5,20 +5,16 @@
 
 #include <utility>
 
-#include "base/bstr.h"
 #include "base/com_error.h"
-#include "base/com_ptr.h"
+#include "base/error_info.h"
 
 namespace sab {
 namespace {
 
 void CheckStatus(LSTATUS status) {
   if (status == ERROR_SUCCESS) return;
-  ComPtr<IErrorInfo> info;
-  Bstr description;
-  if (GetErrorInfo(0, info.Put()) == S_OK) info->GetDescription(description.Put());
   throw ComError(HRESULT_FROM_WIN32(static_cast<DWORD>(status)),
-                 "The registry could not be changed: " + ToUtf8(description.View()));
+                 "The registry could not be changed: " + TakeErrorInfo());
 }
 
 }  // namespace
