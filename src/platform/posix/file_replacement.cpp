@@ -76,7 +76,7 @@ bool RemoveAbandonedFiles(int folder) {
     const ssize_t size = getdents64(folder, entries.data(), entries.size());
     if (size <= 0) return is_tidy && size == 0;
     for (ssize_t i = 0; i < size;) {
-      const auto* const entry = reinterpret_cast<const dirent64*>(&entries[i]);
+      const auto* const entry = reinterpret_cast<const dirent64*>(entries.data() + i);
       i += entry->d_reclen;
       if (!IsTemporaryName(entry->d_name)) continue;
       RemoveIfAbandoned(folder, entry->d_name);
