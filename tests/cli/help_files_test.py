@@ -55,7 +55,8 @@ COMPLETIONS = [
 
 # Writes down what zsh is about to offer.
 ZSH_SETUP = r"""PS1= PS2=; LISTMAX=0; unsetopt beep prompt_sp
-bindkey '^I' complete-word '^U' kill-buffer
+complete-and-tell() { zle complete-word; : >~/done }
+zle -N complete-and-tell; bindkey '^I' complete-and-tell '^U' kill-buffer
 fpath=("$FUNCTIONS" $fpath); autoload -Uz compinit; compinit -u -D
 compadd() {
   local -a words
@@ -151,10 +152,10 @@ class Files(unittest.TestCase):
                               start_new_session=True) as shell:
             os.close(terminal)
 
-            def type_line(keys):
-                """Types the keys and waits until a command after them has been run."""
-                done = self.folder / "typed"
-                os.write(controller, (keys + f"\x15: >{done}\n").encode())
+            def type_keys(keys):
+                """Types nothing more until the last key is told to be done."""
+                done = self.folder / "done"
+                os.write(controller, keys.encode())
                 for _ in range(600):
                     if select.select([controller], [], [], 0.05)[0]:
                         os.read(controller, 65536)
@@ -163,13 +164,13 @@ class Files(unittest.TestCase):
                 raise AssertionError(f"zsh does not answer to {keys!r}")
 
             def complete(line):
-                type_line(f"{line}\t")
+                type_keys(f"\x15{line}\t")
                 offered = self.folder / "offered"
                 words = offered.read_text(encoding="utf-8").split() if offered.exists() else []
                 offered.unlink(missing_ok=True)
                 return sorted({word.rstrip("/") for word in words})
 
-            type_line(ZSH_SETUP)
+            type_keys(f"{ZSH_SETUP}: >~/done\n")
             self.check_completions(complete)
             shell.kill()
         os.close(controller)
