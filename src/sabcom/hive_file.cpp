@@ -23,6 +23,11 @@ Key& HiveFile::Tree() {
   return *tree_;
 }
 
+ULONGLONG HiveFile::Generation() {
+  Tree();
+  return generation_;
+}
+
 void HiveFile::Read() {
   if (tree_ && IdentifyHive(path_) == read_from_) return;
   tree_.reset();
@@ -38,6 +43,7 @@ void HiveFile::Read() {
   }
   tree_ = std::move(tree);
   read_from_ = identity;
+  ++generation_;
 }
 
 void HiveFile::Begin() {
@@ -57,6 +63,7 @@ void HiveFile::Begin() {
 
 Key& HiveFile::TreeForChange() {
   is_changed_ = true;
+  ++generation_;
   return *tree_;
 }
 

@@ -18,6 +18,8 @@ class HiveFile {
 
   /// What the file says now, or within a change what it will say.
   Key& Tree();
+  /// A number of what Tree() says now, which no earlier state had.
+  ULONGLONG Generation();
 
   /// Until the matching End, other processes wait and nothing reaches the file. Changes within
   /// another one are parts of it.
@@ -38,6 +40,7 @@ class HiveFile {
   std::optional<HiveLock> lock_;
   int changes_ = 0;  // begun and not ended
   bool is_changed_ = false;
+  ULONGLONG generation_ = 0;
 };
 
 /// A change for as long as this lives.

@@ -11,10 +11,12 @@
 namespace sabcom {
 namespace {
 
+using GetClassObjectFunction = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+
 struct Module {
   std::u16string path;
   void* library = nullptr;
-  HRESULT(STDAPICALLTYPE* get_class_object)(REFCLSID, REFIID, void**) = nullptr;
+  GetClassObjectFunction get_class_object = nullptr;
   HRESULT(STDAPICALLTYPE* can_unload_now)() = nullptr;
 };
 
@@ -33,24 +35,24 @@ const Module* Find(const std::u16string& path) {
 }
 
 // A module remains while the calling thread is inside the runtime.
-HRESULT Load(const std::u16string& path, Module& module) {
+HRESULT Load(const std::u16string& path, GetClassObjectFunction& get_class_object) {
   {
     const std::lock_guard guard(modules_lock);
     if (const Module* const known = Find(path)) {
-      module = *known;
+      get_class_object = known->get_class_object;
       return S_OK;
     }
   }
   std::list<Module> loaded{{path}};
-  module = loaded.front();
+  Module& module = loaded.front();
   // Libraries are counted, so two threads may load the same one.
   module.library = dlopen(ToUtf8(path).c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!module.library) {
     Explain(dlerror());
     return CO_E_DLLNOTFOUND;
   }
-  module.get_class_object = reinterpret_cast<decltype(module.get_class_object)>(
-      dlsym(module.library, "DllGetClassObject"));
+  module.get_class_object =
+      reinterpret_cast<GetClassObjectFunction>(dlsym(module.library, "DllGetClassObject"));
   module.can_unload_now =
       reinterpret_cast<decltype(module.can_unload_now)>(dlsym(module.library, "DllCanUnloadNow"));
   if (!module.get_class_object) {
@@ -58,27 +60,21 @@ HRESULT Load(const std::u16string& path, Module& module) {
     Explain(ToUtf8(path) + " is no component server: it does not export DllGetClassObject.");
     return CO_E_ERRORINDLL;
   }
-  bool is_known = false;
+  get_class_object = module.get_class_object;
   {
     const std::lock_guard guard(modules_lock);
-    is_known = Find(path) != nullptr;
-    if (!is_known) {
-      loaded.front().library = module.library;
-      loaded.front().get_class_object = module.get_class_object;
-      loaded.front().can_unload_now = module.can_unload_now;
-      Modules().splice(Modules().end(), loaded);
-    }
+    if (!Find(path)) Modules().splice(Modules().end(), loaded);
   }
-  if (is_known) dlclose(module.library);
+  for (const Module& superfluous : loaded) dlclose(superfluous.library);
   return S_OK;
 }
 
 }  // namespace
 
 HRESULT GetClassObject(const std::u16string& path, REFCLSID clsid, REFIID riid, void** object) {
-  Module module;
-  const HRESULT result = Load(path, module);
-  return FAILED(result) ? result : module.get_class_object(clsid, riid, object);
+  GetClassObjectFunction get_class_object = nullptr;
+  const HRESULT result = Load(path, get_class_object);
+  return FAILED(result) ? result : get_class_object(clsid, riid, object);
 }
 
 void FreeUnusedModules() noexcept {

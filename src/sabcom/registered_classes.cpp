@@ -1,7 +1,11 @@
 #include <sabxml/com.h>
+#include <sabxml/com/registry_change.h>
 
 #include <cstring>
+#include <mutex>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "sabcom/errors.h"
@@ -81,6 +85,37 @@ std::u16string ClassKey(REFCLSID clsid) {
   return std::u16string(u"CLSID\\") + text;
 }
 
+std::u16string LibraryKey(REFCLSID clsid) { return ClassKey(clsid) + u"\\InprocServer32"; }
+
+struct ClassHash {
+  std::size_t operator()(REFCLSID clsid) const { return clsid.Data1; }
+};
+
+// Which library the registry has for each class that was asked for, as of one of its states.
+struct KnownLibraries {
+  std::mutex lock;
+  ULONGLONG generation = 0;
+  std::unordered_map<CLSID, std::u16string, ClassHash> paths;  // empty for an unknown class
+};
+
+// The library of a class; empty for an unknown one.
+std::u16string LibraryOf(REFCLSID clsid) {
+  static auto* const known = new KnownLibraries;  // never destroyed: libraries unload late
+  // Before the lookup: what another process writes meanwhile must be looked up again.
+  const ULONGLONG generation = SabComRegistryGeneration();
+  {
+    const std::lock_guard guard(known->lock);
+    if (generation != std::exchange(known->generation, generation)) known->paths.clear();
+    const auto found = known->paths.find(clsid);
+    if (generation != 0 && found != known->paths.end()) return found->second;
+  }
+  const std::u16string path = ClassText(LibraryKey(clsid));
+  const std::lock_guard guard(known->lock);
+  if (generation != 0 && generation == known->generation)
+    known->paths.insert_or_assign(clsid, path);
+  return path;
+}
+
 }  // namespace
 
 HRESULT CLSIDFromProgID(LPCOLESTR prog_id, LPCLSID clsid) try {
@@ -117,11 +152,10 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID, REFIID riid, LPV
   *object = nullptr;
   if (!sabcom::IsThreadInitialized()) return CO_E_NOTINITIALIZED;
   if ((context & CLSCTX_INPROC_SERVER) == 0) return REGDB_E_CLASSNOTREG;
-  const std::u16string key = ClassKey(clsid) + u"\\InprocServer32";
-  const std::u16string path = ClassText(key);
+  const std::u16string path = LibraryOf(clsid);
   if (path.empty()) return REGDB_E_CLASSNOTREG;
   if (path.front() != u'/') {
-    sabcom::Explain("The registry has for " + sabcom::ToUtf8(key) + " the library " +
+    sabcom::Explain("The registry has for " + sabcom::ToUtf8(LibraryKey(clsid)) + " the library " +
                     sabcom::ToUtf8(path) +
                     ". It is not loaded, since without a full path another one of that name could "
                     "be found. Register the server again.");

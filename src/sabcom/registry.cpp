@@ -159,6 +159,15 @@ LSTATUS SabComEndRegistryChange(BOOL keep) {
   return status;
 }
 
+ULONGLONG SabComRegistryGeneration() {
+  ULONGLONG generation = 0;
+  Guarded([&] {
+    generation = HiveFile::Instance().Generation();
+    return ERROR_SUCCESS;
+  });
+  return generation;
+}
+
 LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD, LPWSTR, DWORD, REGSAM,
                         const SECURITY_ATTRIBUTES*, PHKEY opened, LPDWORD disposition) {
   if (!opened) return ERROR_INVALID_PARAMETER;
