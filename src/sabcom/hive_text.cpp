@@ -1,13 +1,21 @@
 #include "sabcom/hive_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "sabcom/utf.h"
 
 namespace sabcom {
 namespace {
+
+bool IsUtf8(std::string_view text) {
+  const auto is_ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  return std::ranges::all_of(text, is_ascii) || ToUtf8(FromUtf8(text)) == text;
+}
 
 constexpr std::string_view kHeading = "Windows Registry Editor Version 5.00";
 
@@ -49,7 +57,7 @@ class Parser {
       const std::size_t end = text_.find('\n');
       std::string_view part = text_.substr(0, end);
       text_.remove_prefix(end == std::string_view::npos ? text_.size() : end + 1);
-      if (ToUtf8(FromUtf8(part)) != part) Fail("the line is not UTF-8");
+      if (!IsUtf8(part)) Fail("the line is not UTF-8");
       if (part.ends_with('\r')) part.remove_suffix(1);
       while (!line.empty() && !part.empty() && part.front() == ' ') part.remove_prefix(1);
       line += part;
@@ -57,16 +65,32 @@ class Parser {
     return line;
   }
 
-  Key& ReadKey(Key& root, std::string_view line) const {
+  Key& ReadKey(Key& root, std::string_view line) {
     if (line.size() < 2 || line.back() != ']') Fail("a key's line must end with ]");
-    const std::u16string path = FromUtf8(line.substr(1, line.size() - 2));
+    std::u16string path = FromUtf8(line.substr(1, line.size() - 2));
     const std::size_t names = CountNames(path);
     if (names == 0) Fail("the name of the key is missing");
     if (names > kMaxLevels + 1) {
       Fail("the key is more than " + std::to_string(kMaxLevels) + " levels deep");
     }
-    bool created = false;
-    return root.FindOrCreate(path, created);
+    // Keys mostly follow their neighbours, so the search begins with what both paths share.
+    const auto shared =
+        static_cast<std::size_t>(std::ranges::mismatch(path, last_path_).in1 - path.begin());
+    const auto is_shared = [&](std::size_t end) {
+      return end <= shared && (end == path.size() || path[end] == u'\\');
+    };
+    while (!last_keys_.empty() && !is_shared(last_keys_.back().end)) last_keys_.pop_back();
+    Key* key = last_keys_.empty() ? &root : last_keys_.back().key;
+    std::u16string_view rest = path;
+    if (!last_keys_.empty()) rest.remove_prefix(last_keys_.back().end);
+    for (std::u16string_view name = NextName(rest); !name.empty(); name = NextName(rest)) {
+      bool created = false;
+      key = &key->FindOrCreate(name, created);
+      last_keys_.push_back(
+          {static_cast<std::size_t>(name.data() + name.size() - path.data()), key});
+    }
+    last_path_ = std::move(path);
+    return *key;
   }
 
   // Digits and nothing else: how many of the line are a number.
@@ -145,9 +169,17 @@ class Parser {
     std::memcpy(value.data.data(), text.c_str(), value.data.size());
   }
 
+  // A key of the last path, and where its name ends there.
+  struct PathKey {
+    std::size_t end;
+    Key* key;
+  };
+
   const std::string& file_;
   std::string_view text_;
   int line_ = 0;
+  std::u16string last_path_;
+  std::vector<PathKey> last_keys_;
 };
 
 std::string Quoted(std::u16string_view text) {

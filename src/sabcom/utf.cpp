@@ -16,13 +16,12 @@ locale_t UnicodeLocale() {
 }  // namespace
 
 std::u16string Folded(std::u16string_view name) {
-  const locale_t locale = UnicodeLocale();
   std::u16string folded(name);
   for (char16_t& unit : folded) {
     if (unit >= u'a' && unit <= u'z') {
       unit = static_cast<char16_t>(unit - 32);
-    } else if (unit >= 0x80 && locale) {
-      const wint_t upper = towupper_l(unit, locale);
+    } else if (unit >= 0x80 && UnicodeLocale()) {
+      const wint_t upper = towupper_l(unit, UnicodeLocale());
       if (upper <= 0xFFFF) unit = static_cast<char16_t>(upper);
     }
   }
