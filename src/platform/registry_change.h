@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace sab {
 
 /// What this thread writes to the registry, as one step where the registry is a file: it is there
@@ -16,5 +18,9 @@ class RegistryChange {
  private:
   bool is_open_ = true;
 };
+
+/// A number that stays the same as long as nobody has changed the registry, and then is new; 0
+/// where that cannot be told cheaply.
+std::uint64_t RegistryGeneration() noexcept;
 
 }  // namespace sab

@@ -9,6 +9,7 @@
 
 #include "base/com_error.h"
 #include "platform/host_library.h"
+#include "platform/registry_change.h"
 #include "server/module.h"
 
 namespace sab {
@@ -17,14 +18,37 @@ thread_local ComponentCreator* ComponentCreator::current_ = nullptr;
 
 ComponentCreator::ComponentCreator() { host_list_.Attach(HostClassFactoryList()); }
 
+std::uint64_t ComponentCreator::LookAtRegistry() noexcept {
+  static std::atomic<std::uint64_t> creators{0};
+  state_ = RegistryGeneration();
+  if (state_ == 0) state_ = kOfOneCreator | ++creators;
+  return state_;
+}
+
+bool ComponentCreator::Know(REFCLSID clsid, KnownClass& known) noexcept {
+  const KnownFactory* found = nullptr;
+  Module* const module = Module::Current();
+  if (!module || FAILED(FindFactory(clsid, found))) return false;
+  const ClassEntry* const entry = module->EntryOf(clsid, found->factory.Get());
+  if (!entry) return false;
+  known.create.store(entry->create, std::memory_order_relaxed);
+  // Another answer may be another one next time or on another thread, though the registry is the
+  // same.
+  if (SUCCEEDED(found->answer) || found->answer == REGDB_E_CLASSNOTREG) {
+    known.is_own_in_state.store(State(), std::memory_order_release);
+  }
+  return true;
+}
+
 HRESULT ComponentCreator::CreateInstance(REFCLSID clsid, IUnknown* outer, REFIID riid,
                                          void** object) noexcept {
   *object = nullptr;
   HRESULT result = CreateFromHost(clsid, outer, riid, object);
   if (SUCCEEDED(result)) return result;
-  IClassFactory* factory = nullptr;
-  result = FindFactory(clsid, factory);
+  const KnownFactory* found = nullptr;
+  result = FindFactory(clsid, found);
   if (FAILED(result)) return result;
+  const ComPtr<IClassFactory> factory = found->factory;  // creating may find further ones
   if (!outer) return factory->CreateInstance(nullptr, riid, object);
   ComPtr<IUnknown> created;
   result = factory->CreateInstance(outer, IID_IUnknown, created.PutVoid());
@@ -41,10 +65,10 @@ HRESULT ComponentCreator::CreateFromHost(REFCLSID clsid, IUnknown* outer, REFIID
   return created ? created->QueryInterface(riid, object) : E_UNEXPECTED;
 }
 
-HRESULT ComponentCreator::FindFactory(REFCLSID clsid, IClassFactory*& factory) noexcept {
+HRESULT ComponentCreator::FindFactory(REFCLSID clsid, const KnownFactory*& factory) noexcept {
   for (const KnownFactory& known : factories_) {
     if (known.clsid == clsid) {
-      factory = known.factory.Get();
+      factory = &known;
       return S_OK;
     }
   }
@@ -60,9 +84,8 @@ HRESULT ComponentCreator::FindFactory(REFCLSID clsid, IClassFactory*& factory) n
                                : CLASS_E_CLASSNOTAVAILABLE;
     if (FAILED(own)) return own == CLASS_E_CLASSNOTAVAILABLE ? result : own;
   }
-  factory = found.Get();
   try {
-    factories_.push_back({clsid, std::move(found)});
+    factory = &factories_.emplace_back(KnownFactory{clsid, std::move(found), result});
     return S_OK;
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;

@@ -24,4 +24,12 @@ HRESULT Module::ClassObject(REFCLSID clsid, REFIID riid, void** object) noexcept
   return CLASS_E_CLASSNOTAVAILABLE;
 }
 
+const ClassEntry* Module::EntryOf(REFCLSID clsid, const IClassFactory* factory) noexcept {
+  const std::lock_guard guard(making_factories_);
+  for (std::size_t i = 0; i < factories_.size(); ++i) {
+    if (factories_[i].get() == factory && ClassTable()[i].Answers(clsid)) return &ClassTable()[i];
+  }
+  return nullptr;
+}
+
 }  // namespace sab

@@ -26,6 +26,8 @@ class Module {
   /// Finds the class and asks its factory, made at the first request, for an interface.
   /// @return CLASS_E_CLASSNOTAVAILABLE for a class that the table lacks; E_OUTOFMEMORY
   HRESULT ClassObject(REFCLSID clsid, REFIID riid, void** object) noexcept;
+  /// The class that a factory creates, if the factory is one of the module's own.
+  const ClassEntry* EntryOf(REFCLSID clsid, const IClassFactory* factory) noexcept;
 
  private:
   static constinit inline Module* current_ = nullptr;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "server/component_creator.h"
 
 namespace sab {
@@ -14,15 +16,27 @@ class OwnedObject {
   using Interface = typename Coclass::Interface;
 
   OwnedObject() noexcept {
-    ComponentCreator* const current = ComponentCreator::Current();
-    if (current ? current->HasHostList() : ComponentCreator().HasHostList()) Create();
+    if (ComponentCreator* const current = ComponentCreator::Current()) {
+      if (current->HasHostList()) {
+        Create();
+      } else if (current->IsKnownAsOwn<Coclass>()) {
+        object_ = kOwn;
+      }
+    } else if (ComponentCreator().HasHostList()) {
+      Create();
+    }
+  }
+  OwnedObject(const OwnedObject&) = delete;
+  OwnedObject& operator=(const OwnedObject&) = delete;
+  ~OwnedObject() {
+    if (IsCreated()) Get()->Release();
   }
 
   /// Raises std::bad_alloc, or ComError with the code of the failure, if it cannot be created.
   Interface& operator*() {
     const HRESULT result = Create();
-    if (FAILED(result)) ComponentCreator::RaiseNotCreated(Coclass::kName, result);
-    return *object_;
+    if (!IsCreated()) ComponentCreator::RaiseNotCreated(Coclass::kName, result);
+    return *Get();
   }
   Interface* operator->() { return &**this; }
 
@@ -30,19 +44,41 @@ class OwnedObject {
   HRESULT CopyTo(Interface** out) noexcept {
     *out = nullptr;
     const HRESULT result = Create();
-    if (SUCCEEDED(result)) object_.CopyTo(out);
+    if (IsCreated()) ComPtr<Interface>(Get()).CopyTo(out);
     return result;
   }
 
  private:
+  // Instead of a pointer: not known where it comes from, or known to be of this library's class.
+  static constexpr std::uintptr_t kUnknown = 0;
+  static constexpr std::uintptr_t kOwn = 1;
+
+  bool IsCreated() const { return object_ > kOwn; }
+  Interface* Get() const { return reinterpret_cast<Interface*>(object_); }
+
   HRESULT Create() noexcept {
-    if (object_) return S_OK;
+    return IsCreated() ? S_OK : object_ == kOwn ? CreateOwn() : CreateAny();
+  }
+  HRESULT CreateOwn() noexcept {
+    ComponentCreator creator(ComponentCreator::StateOfOwn<Coclass>());
+    const ComponentCreator::Scope scope(creator);
+    ComPtr<Interface> created;
+    return Keep(ComponentCreator::CreateOwn<Coclass>(created), created);
+  }
+  HRESULT CreateAny() noexcept {
     ComponentCreator* const current = ComponentCreator::Current();
-    return current ? current->TryCreate<Coclass>(object_)
-                   : ComponentCreator().TryCreate<Coclass>(object_);
+    ComPtr<Interface> created;
+    return Keep(current ? current->TryCreate<Coclass>(created)
+                        : ComponentCreator().TryCreate<Coclass>(created),
+                created);
+  }
+  HRESULT Keep(HRESULT result, ComPtr<Interface>& created) noexcept {
+    // Foreign code that creates it may have asked for it meanwhile.
+    if (created && !IsCreated()) object_ = reinterpret_cast<std::uintptr_t>(created.Detach());
+    return result;
   }
 
-  ComPtr<Interface> object_;
+  std::uintptr_t object_ = kUnknown;
 };
 
 /// Hands out a new reference; see GetField.

@@ -5,6 +5,8 @@
 #include "server/created_object.h"
 #include "server/registration.h"
 #include "server/registry_text.h"
+#include "support/dynamic_library.h"
+#include "support/host_double.h"
 #include "support/scratch_registry.h"
 #include "support/server_library.h"
 
@@ -40,6 +42,46 @@ TEST(UserRegistration, ClassesOfTheUserAreFoundAndTheMachineIsLeftAlone) {
   EXPECT_EQ(CO_E_CLASSSTRING, CreateByProgId());
   ASSERT_EQ(S_OK, Server().Install(true, nullptr));
   EXPECT_EQ(S_OK, CreateByProgId());
+}
+
+// An empty list is made when it is first asked for, of the class that served when its owner was
+// made.
+TEST(UserRegistration, AListIsOfTheClassThatWasRegisteredWhenItsOwnerWasMade) {
+  OLECHAR clsid[40];
+  StringFromGUID2(CLSID_VePrsRibbonButtonColl, clsid, 40);
+  const Text key = Text(OLESTR("Software\\Classes\\CLSID\\")) + clsid;
+  const Text library = FromUtf8(PathBesideTests("host/VeKit"));
+  TemporaryFolder folder;
+  folder.Write("ui.xml", "<UI><StatusBar><RibbonButton/></StatusBar></UI>");
+  for (const bool is_substituted_before : {true, false, true}) {
+    SCOPED_TRACE(is_substituted_before);
+    const HostDouble host(HostBehaviour::kHasNoList);
+    const auto substitute = [&] {
+      HKEY opened = nullptr;
+      ASSERT_EQ(ERROR_SUCCESS,
+                RegCreateKeyExW(HKEY_CURRENT_USER, (key + OLESTR("\\InprocServer32")).c_str(), 0,
+                                nullptr, 0, KEY_WRITE, nullptr, &opened, nullptr));
+      EXPECT_EQ(ERROR_SUCCESS, RegSetValueExW(opened, nullptr, 0, REG_SZ,
+                                              reinterpret_cast<const BYTE*>(library.c_str()),
+                                              static_cast<DWORD>(2 * library.size() + 2)));
+      RegCloseKey(opened);
+    };
+    if (is_substituted_before) substitute();
+    const auto parser = Created<IVeUiParser>(CLSID_VeUiParser);
+    ASSERT_EQ(S_OK, parser->put_ConfigurationPath(Bstr(folder.Name("ui.xml")).Get()));
+    ASSERT_EQ(S_OK, parser->GenerateUI()) << TakeErrorDescription();
+    const int made_while_reading = is_substituted_before ? 1 : 0;  // the list of the status bar
+    EXPECT_EQ(made_while_reading, host.Created());
+    if (!is_substituted_before) substitute();
+    ComPtr<IVePrsUI> ui;
+    ASSERT_EQ(S_OK, parser->get_UI(ui.Put()));
+    for (int time = 0; time < 2; ++time) {
+      ComPtr<IVePrsRibbonButtonColl> buttons;
+      ASSERT_EQ(S_OK, ui->get_CaptionCustomButtons(buttons.Put()));
+      EXPECT_EQ(2 * made_while_reading, host.Created());
+    }
+    EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, key.c_str()));
+  }
 }
 
 // Of the system's type library on Windows, and not of this library then.

@@ -21,7 +21,7 @@ class HostDouble {
   HostDouble& operator=(const HostDouble&) = delete;
   ~HostDouble();
 
-  int Created() const;    ///< objects of the host's own class made so far
+  int Created() const;    ///< objects of the host's own classes made so far
   bool WasAsked() const;  ///< whether the list's creation operation was called
 
  private:

@@ -5,6 +5,7 @@
 #include <sabxml/host.h>
 
 #include "base/counted.h"
+#include "common/collection.h"
 #include "object/component.h"
 #include "support/host_double.h"
 
@@ -33,6 +34,23 @@ struct HostsFields {
   sab::Bstr CLSID;
 };
 using HostsPage = sab::Component<sab::coclass::VePrsConfig, HostsFields>;
+
+// The host's own list of buttons, which the registry may name.
+class HostsList : public sab::Collection<sab::coclass::VePrsRibbonButtonColl, IVePrsRibbonButton> {
+ public:
+  HostsList() { ++created; }
+};
+
+class ListFactory final : public Counted<IClassFactory> {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    return AnswerFor(IID_IClassFactory, riid, object);
+  }
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid, void** object) override {
+    return sab::CreateObject<HostsList>(outer, riid, object);
+  }
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+};
 
 class ForeignObject final : public Counted<IUnknown> {
  public:
@@ -83,6 +101,12 @@ extern "C" {
 DOUBLE_EXPORT void HostDoubleSetBehaviour(HostBehaviour wanted) {
   behaviour = wanted;
   created = asked = 0;
+}
+DOUBLE_EXPORT HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID, REFIID riid, void** object) {
+  auto* const factory = new ListFactory;
+  const HRESULT result = factory->QueryInterface(riid, object);
+  factory->Release();
+  return result;
 }
 DOUBLE_EXPORT int HostDoubleCreated() { return created; }
 DOUBLE_EXPORT int HostDoubleAsked() { return asked; }

@@ -30,4 +30,6 @@ void RegistryChange::Keep() {
   CheckStatus(SabComEndRegistryChange(TRUE));
 }
 
+std::uint64_t RegistryGeneration() noexcept { return SabComRegistryGeneration(); }
+
 }  // namespace sab

@@ -8,4 +8,6 @@ RegistryChange::~RegistryChange() = default;
 
 void RegistryChange::Keep() { is_open_ = false; }
 
+std::uint64_t RegistryGeneration() noexcept { return 0; }
+
 }  // namespace sab
