@@ -7,6 +7,8 @@
 #include "binding/element_reader.h"
 #include "binding/name.h"
 #include "binding/value.h"
+#include "generated/coclasses.h"
+#include "generated/edge.h"
 #include "object/list_array.h"
 
 namespace sab {
@@ -83,6 +85,27 @@ void Put(Reading& reading, void* owner) {
   }
 }
 
+// Puts the text of an element into the field that a setter writes.
+template <Type kType, bool kIsSticky, auto kPut>
+void StoreOwn(Reading& reading, void* fields, const ConfigElement& element) {
+  using Fields = typename CoclassOf<typename Member<kPut>::Class>::Type::Fields;
+  auto& field = static_cast<Fields*>(fields)->*FieldOf<kPut>::template kMember<Fields>;
+  element.WithText(reading.text, [&field](TextView text) {
+    if constexpr (kIsSticky) {
+      const auto value = Parsed<kType>(text);
+      if ((value != VARIANT_FALSE) != (kType == Type::kNotZero)) field = value;
+    } else {
+      Store<kType>(field, text);
+    }
+  });
+}
+
+// Whether what a binding names is an accessor of a component class of ours.
+template <auto kMember>
+concept HasOwnField = requires {
+  typename CoclassOf<typename Member<kMember>::Class>::Type;
+};
+
 template <class Coll, class Item_>
 Item_* ItemArgument(HRESULT (STDMETHODCALLTYPE Coll::*)(Item_*, LONG_PTR*));
 
@@ -105,6 +128,13 @@ void AppendTo(void* owner, IDispatch& object) {
   } else {
     AddTo(*(holder.*kList), object);
   }
+}
+
+// The same for the list in the field that a getter reads.
+template <auto kGet>
+void AppendToOwn(void* fields, IDispatch& object) {
+  using Fields = typename CoclassOf<typename Member<kGet>::Class>::Type::Fields;
+  AddTo(*(static_cast<Fields*>(fields)->*FieldOf<kGet>::template kMember<Fields>), object);
 }
 
 // The rules in an element of a format, bound; in the order of the format.
@@ -199,7 +229,11 @@ struct Bind {
     rule.taking = kRule.each_node_counts                ? Taking::kEachNode
                   : kRule.IsList() && kRule.IsForItem() ? Taking::kUnlessEmpty
                                                         : Taking::kWhole;
-    rule.put = &binding::Put<kRule.type, kRule.count == formats::Count::kSticky, kName, kMember>;
+    constexpr bool kIsSticky = kRule.count == formats::Count::kSticky;
+    rule.put = &binding::Put<kRule.type, kIsSticky, kName, kMember>;
+    if constexpr (binding::HasOwnField<kMember>) {
+      rule.store = &binding::StoreOwn<kRule.type, kIsSticky, kMember>;
+    }
     return rule;
   }
 };
@@ -259,6 +293,7 @@ struct Each {
     rule.is_item = std::ranges::any_of(parts, &formats::Rule::IsForItem);
     rule.open = &Maker::Make;
     rule.append = &binding::AppendTo<kList>;
+    if constexpr (binding::HasOwnField<kList>) rule.append_own = &binding::AppendToOwn<kList>;
     return rule;
   }
 };

@@ -9,6 +9,7 @@ struct OpenElement {
   ConfigElement::Iterator rest;
   const BoundContent* content;
   void* owner;
+  void* own_fields;          // of the owner; null for an object of a foreign class
   ComPtr<IDispatch> object;  // the owner, where the element has an object of its own
   const BoundRule* rule;     // null for the outermost
   std::size_t next = 0;      // the rule that is looked at first
@@ -25,6 +26,14 @@ const BoundRule* RuleFor(OpenElement& open, const ConfigElement& element) {
     if (is_found) return &rule;
   }
   return nullptr;
+}
+
+void Append(const BoundRule& rule, const OpenElement& owner, IDispatch& object) {
+  if (rule.append_own && owner.own_fields) {
+    rule.append_own(owner.own_fields, object);
+  } else {
+    rule.append(owner.owner, object);
+  }
 }
 
 bool IsClassIdentifier(const Text& text) {
@@ -75,19 +84,23 @@ void binding::CheckPut(HRESULT result, std::string_view element) {
 void ReadElements(Reading& reading, const ConfigElement& element, const BoundContent& content,
                   void* owner) {
   std::vector<OpenElement> open;
-  open.push_back({element.Children().begin(), &content, owner, {}, nullptr});
+  open.push_back({element.Children().begin(), &content, owner, nullptr, {}, nullptr});
   while (!open.empty()) {
     OpenElement& top = open.back();
     if (top.rest == nullptr) {
       const OpenElement done = std::move(top);
       open.pop_back();
-      if (done.rule && done.rule->append) done.rule->append(open.back().owner, *done.object);
+      if (done.rule && done.rule->append) Append(*done.rule, open.back(), *done.object);
       continue;
     }
     const ConfigElement child = *top.rest;
     ++top.rest;
     const BoundRule* const rule = RuleFor(top, child);
     if (!rule) continue;
+    if (rule->store && top.own_fields) {
+      rule->store(reading, top.own_fields, child);
+      continue;
+    }
     if (rule->put) {
       TakeValue(reading, top.owner, child, *rule);
       continue;
@@ -97,12 +110,15 @@ void ReadElements(Reading& reading, const ConfigElement& element, const BoundCon
       continue;
     }
     ComPtr<IDispatch> object;
+    reading.own_fields = nullptr;
     if (rule->open) object = rule->open(reading, top.owner, child);
     if (rule->content) {
       void* const inner = object ? object.Get() : top.owner;
-      open.push_back({child.Children().begin(), rule->content, inner, std::move(object), rule});
+      void* const own_fields = object ? reading.own_fields : top.own_fields;
+      open.push_back(
+          {child.Children().begin(), rule->content, inner, own_fields, std::move(object), rule});
     } else if (rule->append) {
-      rule->append(top.owner, *object);
+      Append(*rule, top, *object);
     }
   }
 }

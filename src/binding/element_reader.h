@@ -18,6 +18,8 @@ struct Reading {
   Text text;           ///< of the element that is being read
   ReusedString value;  ///< the same for a setter
   Bstr carried;        ///< what entries take over from the element around them
+  /// The fields of the object that was opened last, if it is of this library's own class.
+  void* own_fields = nullptr;
 };
 
 struct BoundContent;
@@ -40,10 +42,16 @@ struct BoundRule {
   Taking taking = Taking::kWhole;
   /// Puts the text that is being read; null for an element that is opened.
   void (*put)(Reading& reading, void* owner) = nullptr;
-  /// The object that the content is bound to; without it, or where it gives null, the owner.
+  /// The same straight into the fields of an owner of this library's own class; null where there is
+  /// no such way.
+  void (*store)(Reading& reading, void* fields, const ConfigElement& element) = nullptr;
+  /// The object that the content is bound to, and its own fields if it has such; without it, or
+  /// where it gives null, the owner.
   ComPtr<IDispatch> (*open)(Reading& reading, void* owner, const ConfigElement& element) = nullptr;
-  const BoundContent* content = nullptr;                     ///< null where nothing is read
-  void (*append)(void* owner, IDispatch& object) = nullptr;  ///< when it has been read; may be null
+  const BoundContent* content = nullptr;  ///< null where nothing is read
+  /// Adds the object to a list of the owner when it has been read; may be null.
+  void (*append)(void* owner, IDispatch& object) = nullptr;
+  void (*append_own)(void* fields, IDispatch& object) = nullptr;  ///< as store is to put
 };
 
 /// What an element may hold, by local name; all else is passed over.

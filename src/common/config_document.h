@@ -59,6 +59,13 @@ class ConfigElement {
   /// text, which readers reuse for all values; valid until that text changes.
   TextView ReadText(Text& scratch) const { return element_.ReadText(scratch); }
 
+  /// Calls visit(TextView) with the same text, which is valid during the call; without a copy of it
+  /// in the scratch text where the file has it as it is.
+  template <class Visit>
+  void WithText(Text& scratch, const Visit& visit) const {
+    element_.WithText(scratch, visit);
+  }
+
   /// The child elements in document order, for a range-for loop. Other nodes are not visited.
   Range Children() const;
 

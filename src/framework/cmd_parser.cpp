@@ -1,6 +1,7 @@
 #include "framework/cmd_parser.h"
 
 #include "formats/commands.h"
+#include "framework/element_objects.h"
 #include "framework/make.h"
 
 namespace sab {

@@ -3,6 +3,7 @@
 #include <SabXmlParser.h>
 
 #include "formats/configuration.h"
+#include "framework/element_objects.h"
 #include "framework/make.h"
 #include "generated/coclasses.h"
 

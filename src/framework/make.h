@@ -1,6 +1,7 @@
 #pragma once
 
 #include "binding/bind_document.h"
+#include "object/component.h"
 #include "server/component_creator.h"
 
 namespace sab {
@@ -37,10 +38,20 @@ struct OwnText {
 template <class Coclass, class... Steps>
 struct New {
   static ComPtr<IDispatch> Make(Reading& reading, void*, const ConfigElement& element) {
-    auto made = ComponentCreator::Current()->Create<Coclass>();
+    ComponentCreator& creator = *ComponentCreator::Current();
+    ComPtr<typename Coclass::Interface> made;
+    void* own_fields = nullptr;
+    if (creator.IsOwn<Coclass>()) {
+      auto* const own = new OwnClass<Coclass>;
+      own_fields = &own->OwnFields();
+      made.Attach(own);
+    } else {
+      made = creator.Create<Coclass>();
+    }
     (Steps::Apply(reading, *made, element), ...);
     ComPtr<IDispatch> object;
     object.Attach(made.Detach());
+    reading.own_fields = own_fields;
     return object;
   }
 };

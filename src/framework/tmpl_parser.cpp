@@ -1,6 +1,7 @@
 #include "framework/tmpl_parser.h"
 
 #include "formats/template.h"
+#include "framework/element_objects.h"
 #include "framework/make.h"
 
 namespace sab {

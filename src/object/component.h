@@ -100,6 +100,9 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
     return S_OK;
   }
 
+  /// What the members are about, for those who made the object.
+  FieldsType& OwnFields() { return fields; }
+
   static ErrorOrigin Origin() { return {{kSource.data(), kSource.size()}, &IdOf<Interface>()}; }
 
  protected:
@@ -145,6 +148,10 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
 /// the field of its name, each method calls the body of its name there; see object/members.h.
 template <class Coclass, class Fields>
 using Component = Edge<typename Coclass::Interface, ComponentBase<Coclass, Fields>>;
+
+/// The server's own class behind an identity, for the names that its fields mostly have.
+template <class Coclass>
+using OwnClass = Component<Coclass, typename Coclass::Fields>;
 
 /// A component object as part of an outer object: every interface answers as the outer object,
 /// except the one IUnknown that the outer object holds.

@@ -72,6 +72,17 @@ class Document {
   /// Whether the text of an element needs no node of its own.
   bool HasOnlyText(NodeIndex element) const { return (nodes_[element].flags & kHasOnlyText) != 0; }
 
+  /// The text of such an element, which is as it is in the file; it never starts with white space.
+  std::string_view OnlyTextOf(NodeIndex element) const {
+    const Node& node = nodes_[element];
+    const std::size_t start = node.start + std::size_t{node.name_length} + 2;
+    std::size_t end = node.end;
+    if ((node.flags & kPreservesSpace) == 0) {
+      while (Has(text_[end - 1], kSpace)) --end;
+    }
+    return {text_ + start, end - start};
+  }
+
   /// The value of an attribute by its name as written, normalised; nothing if there is none.
   std::optional<std::u16string> AttributeOf(NodeIndex element, std::string_view name) const;
 
@@ -91,16 +102,6 @@ class Document {
   NodeIndex ElementFrom(NodeIndex node) const {
     while (node != kNoNode && !IsElement(node)) node = NextSibling(node);
     return node;
-  }
-  // The text of an element that has nothing else; it never starts with white space.
-  std::string_view OnlyTextOf(NodeIndex element) const {
-    const Node& node = nodes_[element];
-    const std::size_t start = node.start + std::size_t{node.name_length} + 2;
-    std::size_t end = node.end;
-    if ((node.flags & kPreservesSpace) == 0) {
-      while (Has(text_[end - 1], kSpace)) --end;
-    }
-    return {text_ + start, end - start};
   }
 
   std::string bytes_;  // of the file, and the padding

@@ -111,18 +111,19 @@ void AppendDecodedTo(Output& out, std::string_view text, bool in_attribute) {
 
 }  // namespace
 
-void AppendUtf16(std::string_view utf8, std::u16string& out) {
-  constexpr std::size_t kShort = 64;
-  if (utf8.size() <= kShort) {
-    std::array<char16_t, kShort + kStep> units;
-    char16_t* const end = WriteUtf16(utf8, units.data());
-    out.append(units.data(), static_cast<std::size_t>(end - units.data()));
-    return;
+Utf16Text::Utf16Text(std::string_view utf8) {
+  char16_t* units = short_.data();
+  if (utf8.size() > kShort) {
+    long_.resize(utf8.size() + kOverwritten);  // never more units than bytes
+    units = long_.data();
   }
-  const std::size_t had = out.size();
-  out.resize(had + utf8.size() + kStep);  // never more units than bytes
-  char16_t* const end = WriteUtf16(utf8, out.data() + had);
-  out.resize(static_cast<std::size_t>(end - out.data()));
+  data_ = units;
+  size_ = static_cast<std::size_t>(WriteUtf16(utf8, units) - units);
+}
+
+void AppendUtf16(std::string_view utf8, std::u16string& out) {
+  const Utf16Text text(utf8);
+  out.append(text.Data(), text.Size());
 }
 
 void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out) {

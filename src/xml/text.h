@@ -1,9 +1,32 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace sab::xml {
+
+/// Valid UTF-8 as UTF-16, on the stack where it is short.
+class Utf16Text {
+ public:
+  /// @param utf8 part of a document's text: up to fifteen bytes behind it are looked at
+  explicit Utf16Text(std::string_view utf8);
+  Utf16Text(const Utf16Text&) = delete;
+  Utf16Text& operator=(const Utf16Text&) = delete;
+
+  const char16_t* Data() const { return data_; }
+  std::size_t Size() const { return size_; }
+
+ private:
+  static constexpr std::size_t kShort = 64;
+  static constexpr std::size_t kOverwritten = 16;
+
+  std::array<char16_t, kShort + kOverwritten> short_;
+  std::u16string long_;
+  const char16_t* data_;
+  std::size_t size_;
+};
 
 /// Appends valid UTF-8 as UTF-16.
 /// @param utf8 part of a document's text: up to fifteen bytes after it are looked at

@@ -7,6 +7,8 @@ A member has a body or a value of its own name in the fields of its class:
     property put X with further arguments                   fields.SetX
     method get_X or GetX with further arguments             fields.X
     every other method                                      its own name
+
+The fields of a class VeX are the struct XFields.
 """
 
 import re
@@ -46,6 +48,10 @@ def argument(parameter):
     return f"this->Given({parameter.name})" if is_address(parameter) else parameter.name
 
 
+def is_accessor(member):
+    return member.kind != "method" and len(member.parameters) == 1
+
+
 def call(interface, member):
     fields = f"Base::Origin(), this->fields, &F::{body_name(member)}"
     ins = [p for p in member.parameters if not p.is_out]
@@ -64,7 +70,9 @@ def write_edge(library, source):
            '#include "automation/takes_addresses.h"', '#include "object/members.h"\n',
            "namespace sab {\n",
            "/// Forwards every member of an interface to the field or the body of its name.",
-           "template <class Interface, class Base>\nclass Edge;\n"]
+           "template <class Interface, class Base>\nclass Edge;\n",
+           "/// Leads from the accessor of an interface to the field of its name.",
+           "template <auto kAccessor>\nstruct FieldOf;\n"]
     for interface in filter(has_edge, library.interfaces.values()):
         base = "Base" if interface.base == "IDispatch" else f"Edge<{interface.base}, Base>"
         if takes_addresses(interface):
@@ -77,18 +85,35 @@ def write_edge(library, source):
                        f"override {{")
             out.append(f"    return {call(interface, member)};\n  }}")
         out.append("};\n")
+        for member in filter(is_accessor, interface.members):
+            out.append(f"template <>\nstruct FieldOf<&{interface.name}::{member.function}> {{")
+            out.append(f"  template <class F>\n  static constexpr auto kMember = "
+                       f"&F::{body_name(member)};\n}};")
     out.append("}  // namespace sab")
     return "\n".join(out) + "\n"
 
 
+def fields_name(coclass):
+    return coclass.name.removeprefix("Ve") + "Fields"
+
+
 def write_coclasses(library, source):
     out = [cpp.banner(source), "#pragma once\n", "#include <SabXmlParser.h>\n",
-           "#include <string_view>\n", "/// The component classes as types.",
-           "namespace sab::coclass {\n"]
+           "#include <string_view>\n", "namespace sab {",
+           "// What their objects hold."]
+    out += [f"struct {fields_name(coclass)};" for coclass in library.coclasses.values()]
+    out += ["}\n", "/// The component classes as types.", "namespace sab::coclass {\n"]
     for coclass in library.coclasses.values():
         out.append(f"struct {coclass.name} {{")
         out.append(f"  using Interface = {coclass.interface};")
+        out.append(f"  using Fields = sab::{fields_name(coclass)};")
         out.append(f"  static constexpr const CLSID& clsid = CLSID_{coclass.name};")
         out.append(f"  static constexpr char kName[] = \"{coclass.name}\";\n}};")
-    out.append("\n}  // namespace sab::coclass")
+    out.append("\n}  // namespace sab::coclass\n")
+    out += ["namespace sab {", "/// The class whose own interface this is.",
+            "template <class Interface>\nstruct CoclassOf;"]
+    for interface, coclass in {c.interface: c.name for c in library.coclasses.values()}.items():
+        out.append(f"template <>\nstruct CoclassOf<{interface}> {{\n"
+                   f"  using Type = coclass::{coclass};\n}};")
+    out.append("}  // namespace sab")
     return "\n".join(out) + "\n"

@@ -4,10 +4,11 @@
 
 #include "formats/user_interface.h"
 #include "framework/make.h"
+#include "framework/user_interface/element_objects.h"
 #include "generated/coclasses.h"
 
-// Where the elements of a user-interface file go, and which objects they make. Values are put
-// through the interfaces, since a host may have put a class of its own in the place of ours.
+// Where the elements of a user-interface file go, and which objects they make. Values go straight
+// into objects of our own classes, and through the setters into those of a host.
 
 namespace sab {
 

@@ -42,6 +42,10 @@ class Element {
   bool HasNodeName(std::string_view name) const;
   TextView ReadLocalName(Text& scratch) const;
   TextView ReadText(Text& scratch) const;
+  template <class Visit>
+  void WithText(Text& scratch, const Visit& visit) const {
+    visit(ReadText(scratch));
+  }
   TextPosition Position() const { return {}; }
 
   Element FirstChild() const;

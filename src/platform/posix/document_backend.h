@@ -32,6 +32,8 @@ class Element {
   bool HasNodeName(std::string_view name) const;
   TextView ReadLocalName(Text& scratch) const;
   TextView ReadText(Text& scratch) const;
+  template <class Visit>
+  void WithText(Text& scratch, const Visit& visit) const;
   TextPosition Position() const;
   Element FirstChild() const;
   Element FirstChildNamed(std::string_view name) const;
@@ -122,6 +124,16 @@ inline TextView Element::ReadText(Text& scratch) const {
   scratch.clear();
   Xml().AppendText(node_, scratch);
   return scratch;
+}
+
+template <class Visit>
+void Element::WithText(Text& scratch, const Visit& visit) const {
+  if (Xml().HasOnlyText(node_)) {
+    const xml::Utf16Text text(Xml().OnlyTextOf(node_));
+    visit(TextView(text.Data(), text.Size()));
+  } else {
+    visit(ReadText(scratch));
+  }
 }
 
 inline Element Element::FirstChild() const {
