@@ -80,6 +80,14 @@ inline Decoded Decode(const char* p) {
   return {0, 0};
 }
 
+/// Whether three bytes are a character of U+1000 to U+CFFF, Chinese among them, all of which may
+/// occur in a document.
+inline bool IsCommonOfThreeBytes(const char* p) {
+  const auto byte = [p](int i) { return static_cast<unsigned char>(p[i]); };
+  const unsigned first = byte(0);
+  return first >= 0xE1 && first <= 0xEC && ((byte(1) ^ 0x80U) | (byte(2) ^ 0x80U)) < 0x40;
+}
+
 /// Whether the character may occur in a document.
 constexpr bool IsCharacter(char32_t code) {
   return code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||

@@ -68,6 +68,10 @@ class Cursor {
       const char* const start = p;
       if (*p == '\n' || *p == '\t') ++p;
       while (static_cast<unsigned char>(*p) >= 0x80) {
+        if (IsCommonOfThreeBytes(p)) {
+          p += 3;
+          continue;
+        }
         const Decoded decoded = Decode(p);
         if (decoded.length == 0 || !IsCharacter(decoded.code)) return p;
         p += decoded.length;

@@ -104,10 +104,7 @@ class Reader : private AttributeReader {
   void ReadElements() {
     do {
       if (ReadPredictedTag()) continue;
-      if (*p_ != '<') {
-        ReadText();
-        continue;
-      }
+      if (*p_ != '<') ReadText();
       switch (p_[1]) {
         case '/':
           ReadEndTag();
@@ -132,28 +129,49 @@ class Reader : private AttributeReader {
 
   void ReadStartTag() {
     const char* const start = p_++;
-    const std::string_view name = ReadName("an element's name");
     const auto indentation = space_end_ == start ? static_cast<std::size_t>(start - space_) : 0;
-    PredictTag(name);
+    NodeIndex& last = last_of_name_[HashOfName(p_)];
+    std::string_view name = KnownName(nodes_[last]);
+    if (name.empty()) {
+      name = ReadName("an element's name");
+      const Node& node = nodes_[last];
+      predicted_ =
+          node.name_length == name.size() && Matches(name.data(), NameOf(node), name.size())
+              ? last + 1
+              : kNoNode;
+    } else {
+      predicted_ = last + 1;
+      colon_ = nullptr;
+      p_ += name.size();
+    }
+    last = colon_ ? kNoNode : nodes_.Size();
     ReadElement(start, name,
                 static_cast<std::uint16_t>(indentation <= UINT16_MAX ? indentation : 0));
   }
 
-  // Files repeat themselves: an element is mostly followed by what followed the last one of its
-  // name, down to the indentation. So the next tag is compared as a whole with the one that was
-  // there before looking at its bytes one by one.
-  void PredictTag(std::string_view name) {
-    const auto letter = [](char c) { return static_cast<unsigned char>(c); };
-    NodeIndex& last =
-        last_of_name_[(name.size() + letter(name.front()) * std::size_t{5} + letter(name.back())) %
-                      last_of_name_.size()];
-    const Node& node = nodes_[last];
-    const bool has_name = last != kNoNode && node.name_length == name.size() &&
-                          Matches(text_ + node.start + 1, name.data(), name.size());
-    predicted_ = has_name ? last + 1 : kNoNode;
-    last = nodes_.Size();
+  // Files repeat themselves, so a name is compared as a whole with the last one that began alike
+  // before looking at its bytes one by one. The hash is that of up to seven bytes before a >.
+  static std::size_t HashOfName(const char* p) {
+    constexpr std::uint64_t kEach = 0x0101010101010101;
+    std::uint64_t word;
+    std::memcpy(&word, p, 8);
+    const std::uint64_t differs = word ^ (kEach * '>');
+    const std::uint64_t ends = (differs - kEach) & ~differs & (kEach * 0x80);
+    constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;  // 2^64 divided by the golden ratio
+    return static_cast<std::size_t>(((word & (ends ^ (ends - 1)) >> 8) * kSpread) >>
+                                    (64 - kHashBits));
+  }
+  const char* NameOf(const Node& element) const { return text_ + element.start + 1; }
+  // The name that is next if it is that of an element, which has no colon, and > follows.
+  std::string_view KnownName(const Node& element) const {
+    const std::size_t size = element.name_length;
+    return size != 0 && Matches(p_, NameOf(element), size) && p_[size] == '>'
+               ? std::string_view(p_, size)
+               : std::string_view();
   }
 
+  // An element is mostly followed by what followed the last one of its name, down to the
+  // indentation. So the next tag is compared as a whole with the one that was there.
   bool ReadPredictedTag() {
     const Node& node = nodes_[predicted_];
     if (node.type != NodeType::kElement || node.prefix_length != 0) return false;
@@ -295,7 +313,9 @@ class Reader : private AttributeReader {
     p_ += 9;
     const char* const text = p_;
     std::uint8_t flags = 0;
-    while (!StartsWith("]]>")) {
+    for (;;) {
+      p_ = SkipLiteralText(p_);
+      if (p_[0] == ']' && p_[1] == ']' && p_[2] == '>') break;
       if (p_ >= end_) FailAt(start, "the CDATA section is not closed");
       if (*p_ == '\r') flags = kNeedsDecoding;
       ReadCharacter();
@@ -307,10 +327,11 @@ class Reader : private AttributeReader {
   const char* space_ = nullptr;  // white space between two tags, the last that was read
   const char* space_end_ = nullptr;
   NodeArray nodes_;
-  NodeIndex predicted_ = kNoNode;                // the element whose tag is expected to come again
-  std::array<NodeIndex, 64> last_of_name_ = {};  // by a hash of the name
-  NodeIndex open_ = kNoNode;                     // the element whose content is being read
-  NodeIndex previous_ = kNoNode;                 // its last child so far
+  NodeIndex predicted_ = kNoNode;  // the element whose tag is expected to come again
+  static constexpr int kHashBits = 6;
+  std::array<NodeIndex, 1 << kHashBits> last_of_name_ = {};  // by a hash of the name
+  NodeIndex open_ = kNoNode;      // the element whose content is being read
+  NodeIndex previous_ = kNoNode;  // its last child so far
   std::uint32_t depth_ = 0;
 };
 

@@ -16,33 +16,41 @@ namespace sab::xml {
 // a branch on its length. What repeats, names and indentation, is better walked by branches: the
 // processor foresees them and runs ahead.
 
+namespace scan {
+inline constexpr std::size_t kStep = 16;
+// As signed numbers, the bytes of longer sequences are negative.
+using Bytes =
+    std::experimental::simd<signed char, std::experimental::simd_abi::deduce_t<signed char, kStep>>;
+inline Bytes Load(const char* p) {
+  return {reinterpret_cast<const signed char*>(p), std::experimental::element_aligned};
+}
+// The number of the first byte for which the mask is set, kStep without one.
+inline std::size_t First(const Bytes::mask_type& mask) {
+  return any_of(mask) ? static_cast<std::size_t>(find_first_set(mask)) : kStep;
+}
+}  // namespace scan
+
 /// First byte that is not plain text in one line: <, &, ], a control character, or the start of a
 /// longer sequence.
 inline const char* SkipPlainText(const char* p) {
-  namespace simd = std::experimental;
-  constexpr std::size_t kStep = 16;
-  // As signed numbers, the bytes of longer sequences are negative.
-  using Bytes = simd::simd<signed char, simd::simd_abi::deduce_t<signed char, kStep>>;
-  for (;; p += kStep) {
-    const Bytes c(reinterpret_cast<const signed char*>(p), simd::element_aligned);
-    const auto stops = c < ' ' || c == '<' || c == '&' || c == ']';
-    if (simd::any_of(stops)) return p + simd::find_first_set(stops);
+  for (;; p += scan::kStep) {
+    const scan::Bytes c = scan::Load(p);
+    const std::size_t first = scan::First(c < ' ' || c == '<' || c == '&' || c == ']');
+    if (first < scan::kStep) return p + first;
   }
 }
 
 /// First byte that is not white space.
 inline const char* SkipWhiteSpace(const char* p) {
-  constexpr std::uint64_t kEightSpaces = 0x2020202020202020;
-  for (;;) {
-    if (!Has(*p, kSpace)) return p;
+  while (Has(*p, kSpace)) {
     ++p;
-    std::uint64_t word;
-    std::memcpy(&word, p, 8);
-    while (word == kEightSpaces) {
-      p += 8;
-      std::memcpy(&word, p, 8);
+    for (;;) {
+      const std::size_t spaces = scan::First(scan::Load(p) != ' ');
+      p += spaces;
+      if (spaces < scan::kStep) break;
     }
   }
+  return p;
 }
 
 /// First byte that ends the ASCII part of a name: also a colon or the start of a longer sequence.
@@ -54,15 +62,11 @@ inline const char* SkipPlainName(const char* p) {
   }
 }
 
-/// Whether two runs of bytes are the same. Up to seven bytes after either are looked at.
+/// Whether two runs of bytes are the same. Up to fifteen bytes after either are looked at.
 inline bool IsSame(const char* a, const char* b, std::size_t size) {
-  for (;; a += 8, b += 8, size -= 8) {
-    std::uint64_t x;
-    std::uint64_t y;
-    std::memcpy(&x, a, 8);
-    std::memcpy(&y, b, 8);
-    if (size <= 8) return size == 0 || (x ^ y) << (64 - 8 * size) == 0;
-    if (x != y) return false;
+  for (;; a += scan::kStep, b += scan::kStep, size -= scan::kStep) {
+    const std::size_t same = scan::First(scan::Load(a) != scan::Load(b));
+    if (same < scan::kStep || size <= scan::kStep) return same >= size;
   }
 }
 

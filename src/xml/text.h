@@ -10,7 +10,7 @@ namespace sab::xml {
 /// Valid UTF-8 as UTF-16, on the stack where it is short.
 class Utf16Text {
  public:
-  /// @param utf8 part of a document's text: up to fifteen bytes behind it are looked at
+  /// @param utf8 part of a document's text: up to fifteen bytes after it are looked at
   explicit Utf16Text(std::string_view utf8);
   Utf16Text(const Utf16Text&) = delete;
   Utf16Text& operator=(const Utf16Text&) = delete;
