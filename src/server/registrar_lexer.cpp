@@ -35,24 +35,26 @@ void RegistrarLexer::SkipSpace() {
 }
 
 RegistrarToken RegistrarLexer::Next() {
-  using Kind = RegistrarToken::Kind;
+  using TokenKind = RegistrarToken::Kind;
   SkipSpace();
-  RegistrarToken token{Kind::kEnd, {}, line_, column_};
+  RegistrarToken token{TokenKind::kEnd, {}, line_, column_};
   if (at_ >= script_.text.size()) return token;
   const char first = Peek();
   if (first == '{' || first == '}' || first == '=') {
-    token.kind = first == '{' ? Kind::kOpen : first == '}' ? Kind::kClose : Kind::kEquals;
+    token.kind = first == '{'   ? TokenKind::kOpen
+                 : first == '}' ? TokenKind::kClose
+                                : TokenKind::kEquals;
     token.text = Take();
     return token;
   }
   if (first != '\'') {
-    token.kind = Kind::kWord;
+    token.kind = TokenKind::kWord;
     while (at_ < script_.text.size() && !IsSpace(Peek()) && Peek() != '{' && Peek() != '}' &&
            Peek() != '=' && Peek() != '\'') {
       token.text += Take();
     }
   } else {
-    token.kind = Kind::kQuoted;
+    token.kind = TokenKind::kQuoted;
     Take();
     for (;;) {
       if (at_ >= script_.text.size()) Fail(token, "the quote is not closed");

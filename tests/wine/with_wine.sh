@@ -10,7 +10,7 @@ shift
 folder=$(dirname "$WINEPREFIX")
 # A 32-bit build has a 32-bit Wine beside its prefixes.
 [ ! -d "$folder/wine32/bin" ] || export PATH="$folder/wine32/bin:$PATH" WINEARCH=win32
-export WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml="
+export WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree=;mshtml="
 
 # One prefix is made by Wine, which takes long; the others share its files, except the registry.
 make_prefix() {
