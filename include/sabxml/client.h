@@ -133,7 +133,7 @@ class String {
 
   /// As UTF-8; a null string is an empty one.
   std::string Utf8() const { return Utf8Of(string_); }
-  /// The same of a string that is somebody else's. An unpaired surrogate becomes U+FFFD.
+  /// The same of a string that is not owned. An unpaired surrogate becomes U+FFFD.
   static std::string Utf8Of(BSTR string);
 
  private:

@@ -1,6 +1,6 @@
 // Creates a component with nothing registered: the program is linked with the server and asks it
 // for the class factory. The same source is built for Linux and for Windows, where SabXmlParser.dll
-// stands beside the program.
+// is in the folder of the program.
 //
 //   unregistered SAMPLES_WORKSHOP_FOLDER
 //
