@@ -82,7 +82,7 @@ TEST(ForeignCode, ADyingObjectIsDestroyedOnce) {
        }},
       {"walk",
        [](const auto& list) {
-         const LateResult walk = Call(*list, DISPID_NEWENUM, DISPATCH_METHOD);
+         const LateResult walk = client::Invoke(*list, DISPID_NEWENUM, DISPATCH_METHOD);
          return ComPtr<IUnknown>(walk.value.Get().punkVal);
        }},
       {"aggregated list",
@@ -147,8 +147,8 @@ TEST(ForeignCode, AListThatIsChangedDuringItsOwnCallStaysWhole) {
       {"SetAt", remove_all, [&] { return list->SetAt(at_b, x.Get()); }, E_INVALIDARG, ""},
       {"GetNext", remove_all, [&] { return list->GetNext(&at_a, out.Put()); }, S_OK, ""},
       {"GetHead", remove_all, [&] { return list->GetHead(out.Put()); }, S_OK, ""},
-      {"For Each", remove_head, [&] { return Call(*list, DISPID_NEWENUM, DISPATCH_METHOD).code; },
-       S_OK, "bc"},
+      {"For Each", remove_head,
+       [&] { return client::Invoke(*list, DISPID_NEWENUM, DISPATCH_METHOD).code; }, S_OK, "bc"},
       {"AddHeadColl", remove_head, [&] { return list->AddHeadColl(other.Get()); }, S_OK, "yzbc"},
       {"AddHeadColl", remove_all, [&] { return list->AddHeadColl(other.Get()); }, S_OK, "yz"},
       {"AddTailColl", add_head, [&] { return list->AddTailColl(other.Get()); }, S_OK, "habcyz"},

@@ -11,7 +11,8 @@ namespace {
 class ScriptListTest : public ::testing::Test {
  protected:
   ComPtr<IEnumVARIANT> Walk() {
-    const LateResult walk = Call(*list_, DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET);
+    const LateResult walk =
+        client::Invoke(*list_, DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET);
     ComPtr<IEnumVARIANT> enumerator;
     EXPECT_EQ(VT_UNKNOWN, walk.value.Get().vt);
     EXPECT_EQ(S_OK,
@@ -26,7 +27,7 @@ class ScriptListTest : public ::testing::Test {
       LateValue element;
       ULONG fetched = 0;
       if (walk.Next(1, element.Put(), &fetched) != S_OK || fetched != 1) return keys;
-      keys += element.Get("Key").Text();
+      keys += client::Get(*element.Get().pdispVal, "Key").Text();
     }
   }
 
@@ -61,13 +62,15 @@ TEST_F(ScriptListTest, ElementsByIndex) {
       {LateValue("x"), DISP_E_TYPEMISMATCH, ""},
   };
   for (const auto& row : rows) {
-    const LateResult item = Call(*list_, DISPID_VALUE, DISPATCH_PROPERTYGET, {row.index});
+    const LateResult item = client::Invoke(*list_, DISPID_VALUE, DISPATCH_PROPERTYGET, {row.index});
     EXPECT_EQ(row.result, item.Outcome());
-    EXPECT_EQ(row.said, item.code == S_OK ? item.value.Get("Key").Text() : item.description);
+    EXPECT_EQ(row.said, item.code == S_OK ? client::Get(*item.value.Get().pdispVal, "Key").Text()
+                                          : item.description);
   }
   const LateValue index(LONG{0});
-  EXPECT_EQ(DISP_E_BADPARAMCOUNT, Call(*list_, DISPID_VALUE, DISPATCH_PROPERTYGET).code);
-  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, Call(*list_, DISPID_VALUE, DISPATCH_PROPERTYPUT, {index}).code);
+  EXPECT_EQ(DISP_E_BADPARAMCOUNT, client::Invoke(*list_, DISPID_VALUE, DISPATCH_PROPERTYGET).code);
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND,
+            client::Invoke(*list_, DISPID_VALUE, DISPATCH_PROPERTYPUT, {index}).code);
 }
 
 TEST_F(ScriptListTest, WalksGoOnWhateverBecomesOfTheList) {

@@ -5,6 +5,7 @@
 
 #include "base/bstr.h"
 #include "base/com_ptr.h"
+#include "base/error_info.h"
 
 namespace sab::testing {
 
@@ -31,13 +32,6 @@ std::string TextOf(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*get
   return text.IsNull() ? "(null)" : ToUtf8(text.View());
 }
 
-/// The description of the thread's error object, which is taken; empty if there is none.
-inline std::string TakeErrorDescription() {
-  ComPtr<IErrorInfo> info;
-  if (GetErrorInfo(0, info.Put()) != S_OK) return {};
-  Bstr description;
-  info->GetDescription(description.Put());
-  return ToUtf8(description.View());
-}
+inline std::string TakeErrorDescription() { return TakeErrorInfo(); }
 
 }  // namespace sab::testing

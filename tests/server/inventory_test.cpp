@@ -256,8 +256,8 @@ TEST(Inventory, EveryFailureIsToldOnBothWays) {
     const auto object = fresh();
     LeaveEarlierError();
     static constexpr WORD kFlags[] = {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT};
-    const LateResult late =
-        Call(*object, member.id, kFlags[static_cast<std::size_t>(member.kind)], arguments);
+    const LateResult late = client::Invoke(
+        *object, member.id, kFlags[static_cast<std::size_t>(member.kind)], arguments);
     if (late.code == DISP_E_EXCEPTION) {
       ++exceptions;
       EXPECT_EQ(told, late.source + ": " + late.description);

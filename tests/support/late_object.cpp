@@ -3,9 +3,10 @@
 #include <gtest/gtest.h>
 #include <sabxml/custom_print.h>
 
+#include <algorithm>
 #include <cstdio>
 
-#include "base/bstr.h"
+#include "base/com_error.h"
 #include "common/conversions.h"
 #include "generated/dispatch_tables.h"
 
@@ -24,30 +25,10 @@ std::string InBrackets(const std::vector<std::string>& elements) {
   return "[" + text + "]";
 }
 
-std::string TextOfArray(SAFEARRAY* array) {
-  std::vector<std::string> elements;
-  LONG lower = 0;
-  LONG upper = -1;
-  VARTYPE type = VT_EMPTY;
-  EXPECT_EQ(S_OK, SafeArrayGetVartype(array, &type));
-  EXPECT_EQ(S_OK, SafeArrayGetLBound(array, 1, &lower));
-  EXPECT_EQ(S_OK, SafeArrayGetUBound(array, 1, &upper));
-  EXPECT_EQ(0, lower);
-  for (LONG i = 0; i <= upper; ++i) {
-    LateValue element;
-    element.Put()->vt = type;
-    EXPECT_EQ(S_OK, SafeArrayGetElement(array, &i, &element.Put()->llVal));
-    elements.push_back(element.Text());
-  }
-  return InBrackets(elements);
-}
-
 std::string TextOfObject(IDispatch* object) {
   if (!object) return "(null)";
   const LateObject late{ComPtr<IDispatch>(object)};
-  LPOLESTR walk[] = {const_cast<LPOLESTR>(OLESTR("GetHeadPosition"))};
-  DISPID id = DISPID_UNKNOWN;
-  if (FAILED(object->GetIDsOfNames(IID_NULL, walk, 1, 0, &id))) return "{" + late.Told() + "}";
+  if (FAILED(late.Invoke("GetHeadPosition", DISPATCH_METHOD).code)) return "{" + late.Told() + "}";
   std::vector<std::string> elements;
   for (const LateObject& element : late.Elements()) elements.push_back("{" + element.Told() + "}");
   return InBrackets(elements);
@@ -55,12 +36,12 @@ std::string TextOfObject(IDispatch* object) {
 
 std::string TextOf(const LateValue& value) {
   const VARIANT& variant = value.Get();
-  if ((variant.vt & VT_ARRAY) != 0) return TextOfArray(variant.parray);
+  if ((variant.vt & VT_ARRAY) != 0) {
+    std::vector<std::string> elements;
+    for (const LateValue& element : value.Elements()) elements.push_back(element.Text());
+    return InBrackets(elements);
+  }
   switch (variant.vt) {
-    case VT_EMPTY:
-      return "";
-    case VT_BSTR:
-      return variant.bstrVal ? ToUtf8(Bstr::ViewOf(variant.bstrVal)) : "(null)";
     case VT_DISPATCH:
       return TextOfObject(variant.pdispVal);
     case VT_BOOL:
@@ -70,7 +51,7 @@ std::string TextOf(const LateValue& value) {
     case VT_R8:
       return ToUtf8(FormatFixed(variant.dblVal, 6));
     default:
-      return value.Text();
+      return variant.vt == VT_BSTR && !variant.bstrVal ? "(null)" : value.Text();
   }
 }
 
@@ -90,6 +71,16 @@ const InterfaceInfo& InterfaceOf(IDispatch& object) {
 
 }  // namespace
 
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find(separator, start), text.size());
+    parts.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return parts;
+}
+
 CLSID RegisteredClassId(const std::string& class_name) {
   if (class_name == "VeCustomPTParser") return CLSID_VeCustomPTParserRegistered;
   for (const CoclassInfo& coclass : TheLibrary().coclasses) {
@@ -107,17 +98,15 @@ LateObject::LateObject(const std::string& class_name) {
 
 LateResult LateObject::Invoke(const std::string& member, WORD flags,
                               const std::vector<std::string>& arguments) const {
-  LateResult result{};
-  result.code = E_POINTER;
-  if (!object_) return result;
-  Text wide = FromUtf8(member);
-  LPOLESTR names[] = {wide.data()};
-  DISPID id = DISPID_UNKNOWN;
-  result.code = object_->GetIDsOfNames(IID_NULL, names, 1, 0, &id);
-  if (FAILED(result.code)) return result;
-  std::vector<LateValue> values(arguments.begin(), arguments.end());
-  result = testing::Call(*object_, id, flags, values);
-  result.code = result.Outcome();
+  LateResult result;
+  try {
+    Check(object_ ? S_OK : E_POINTER, "no object");
+    const DISPID id = client::MemberNamed(*object_, member);
+    result = client::Invoke(*object_, id, flags, {arguments.begin(), arguments.end()});
+    result.code = result.Outcome();
+  } catch (const ComError& error) {
+    result.code = error.Code();
+  }
   return result;
 }
 
@@ -155,12 +144,8 @@ std::string LateObject::Told() const {
 
 std::vector<LateObject> LateObject::Elements() const {
   std::vector<LateObject> elements;
-  const int count = std::stoi(Get("Count"));
-  for (int i = 0; i < count; ++i) {
-    const LateResult item = Invoke("Item", DISPATCH_PROPERTYGET, {std::to_string(i)});
-    EXPECT_EQ(S_OK, item.code);
-    if (item.code == S_OK) elements.emplace_back(ComPtr<IDispatch>(item.value.Get().pdispVal));
-  }
+  for (client::ListWalk walk(*object_); !walk.IsAtEnd();)
+    elements.emplace_back(ComPtr<IDispatch>(walk.Next().Get().pdispVal));
   return elements;
 }
 

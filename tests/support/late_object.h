@@ -10,6 +10,9 @@
 
 namespace sab::testing {
 
+/// The parts of a text between separators.
+std::vector<std::string> Split(const std::string& text, char separator);
+
 /// The class identifier by which a class of the type library is created.
 CLSID RegisteredClassId(const std::string& class_name);
 

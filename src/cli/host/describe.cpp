@@ -18,7 +18,7 @@ struct DescribeOptions {
 };
 
 std::vector<ClassDescription> ClassesOf(Server& server) {
-  const Reference<ITypeLib> library = server.TypeLibrary();
+  const ComPtr<ITypeLib> library = server.TypeLibrary();
   return DescribeClasses(*library.Get());
 }
 
@@ -41,7 +41,7 @@ const ClassDescription* Find(const std::vector<ClassDescription>& all, const std
 ClassDescription DescriptionOf(Server& server, const std::string& name) {
   const std::vector<ClassDescription> classes = ClassesOf(server);
   if (const ClassDescription* const known = Find(classes, name)) return *known;
-  const Reference<ITypeLib> library = server.TypeLibrary();
+  const ComPtr<ITypeLib> library = server.TypeLibrary();
   const std::vector<ClassDescription> interfaces = DescribeInterfaces(*library.Get());
   if (const ClassDescription* const known = Find(interfaces, name)) return *known;
   OLECHAR text[40];

@@ -21,13 +21,6 @@ bool IsCollection(const std::vector<MemberDescription>& members) {
   return has("GetHeadPosition") && has("GetNext") && has("AddTailColl");
 }
 
-LONGLONG NumberOf(const VARIANT& value) {
-  VARIANT number;
-  VARIANT source = value;
-  VariantInit(&number);
-  return SUCCEEDED(VariantChangeType(&number, &source, 0, VT_I8)) ? number.llVal : 0;
-}
-
 // The number that a person would write: 0.1 and not what is nearest to it in a float.
 double ShortestOf(float number) {
   char text[32];
@@ -44,7 +37,8 @@ std::string NameOfOutput(const std::string& parameter) {
   return at < parameter.size() ? parameter.substr(at) : parameter;
 }
 
-Json ScalarOf(const VARIANT& value) {
+Json ScalarOf(const Value& of) {
+  const VARIANT& value = of.Get();
   switch (value.vt) {
     case VT_BSTR:
       return ToUtf8(value.bstrVal);
@@ -64,27 +58,8 @@ Json ScalarOf(const VARIANT& value) {
     case VT_UNKNOWN:
       return nullptr;
     default:
-      return NumberOf(value);
+      return of.Number();
   }
-}
-
-std::vector<Json> ElementsOf(SAFEARRAY* array) {
-  std::vector<Json> elements;
-  LONG lower = 0;
-  LONG upper = -1;
-  VARTYPE type = VT_EMPTY;
-  if (!array || FAILED(SafeArrayGetLBound(array, 1, &lower)) ||
-      FAILED(SafeArrayGetUBound(array, 1, &upper)) || FAILED(SafeArrayGetVartype(array, &type))) {
-    return elements;
-  }
-  for (LONG i = lower; i <= upper; ++i) {
-    Value element;
-    VARIANT& variant = element.Get();
-    if (FAILED(SafeArrayGetElement(array, &i, sabxml::PlaceOfValue(variant, type)))) continue;
-    if (type != VT_VARIANT) variant.vt = type;
-    elements.push_back(ScalarOf(variant));
-  }
-  return elements;
 }
 
 std::size_t WidthOfNames(const std::vector<ReadableMember>& members) {
@@ -96,7 +71,7 @@ std::size_t WidthOfNames(const std::vector<ReadableMember>& members) {
 }  // namespace
 
 const ObjectReader::Shape& ObjectReader::ShapeOf(IDispatch& object) {
-  Reference<ITypeInfo> info;
+  ComPtr<ITypeInfo> info;
   HRESULT result = object.GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put());
   TYPEATTR* attributes = nullptr;
   if (SUCCEEDED(result)) result = info->GetTypeAttr(&attributes);
@@ -119,12 +94,11 @@ void ObjectReader::Enter(IDispatch& object, std::string_view name,
                          const std::vector<ReadableMember>* selected) {
   const Shape& shape = ShapeOf(object);
   Frame frame;
-  object.AddRef();
-  frame.object = Reference<IDispatch>(&object);
+  frame.object = ComPtr<IDispatch>(&object);
   frame.shape = &shape;
   frame.members = selected ? selected : &shape.members;
   if (shape.is_collection) {
-    frame.position = Call(object, "GetHeadPosition", DISPATCH_METHOD);
+    OrFail([&] { frame.walk.emplace(object); });
     sink_.BeginList(name);
   } else {
     sink_.BeginObject(name, shape.type, selected ? WidthOfNames(*selected) : shape.name_width);
@@ -144,18 +118,18 @@ void ObjectReader::Take(const Value& value, std::string_view name) {
   const VARIANT& variant = value.Get();
   if ((variant.vt & VT_ARRAY) != 0) {
     sink_.BeginList(name);
-    for (const Json& element : ElementsOf(variant.parray)) sink_.AddValue({}, element);
+    for (const Value& element : value.Elements()) sink_.AddValue({}, ScalarOf(element));
     sink_.End();
   } else if (variant.vt == VT_DISPATCH && variant.pdispVal) {
     Enter(*variant.pdispVal, name, nullptr);
   } else {
-    sink_.AddValue(name, ScalarOf(variant));
+    sink_.AddValue(name, ScalarOf(value));
   }
 }
 
 // Elements of lists by index and named values are texts and numbers: no objects to enter.
 void ObjectReader::TakeCountedList(IDispatch& object, const ReadableMember& list) {
-  const LONGLONG count = NumberOf(cli::Read(object, list.member).front().Get());
+  const LONGLONG count = cli::Read(object, list.member).front().Number();
   std::vector<std::string> names;
   std::size_t width = 0;
   for (const ParameterDescription& parameter : list.element.parameters) {
@@ -165,19 +139,17 @@ void ObjectReader::TakeCountedList(IDispatch& object, const ReadableMember& list
   }
   std::vector<std::vector<Value>> elements;
   for (LONGLONG i = 0; i < count; ++i) {
-    std::vector<Value> index;
-    index.emplace_back(i);
-    elements.push_back(cli::Read(object, list.element, std::move(index)));
+    elements.push_back(cli::Read(object, list.element, {Value(i)}));
   }
   sink_.BeginList(list.name);
   for (const std::vector<Value>& values : elements) {
     if (values.size() == 1) {
-      sink_.AddValue({}, ScalarOf(values.front().Get()));
+      sink_.AddValue({}, ScalarOf(values.front()));
       continue;
     }
     sink_.BeginObject({}, {}, width);
     for (std::size_t i = 0; i < values.size(); ++i) {
-      sink_.AddValue(names[i], ScalarOf(values[i].Get()));
+      sink_.AddValue(names[i], ScalarOf(values[i]));
     }
     sink_.End();
   }
@@ -185,17 +157,13 @@ void ObjectReader::TakeCountedList(IDispatch& object, const ReadableMember& list
 }
 
 void ObjectReader::TakeNamedValues(IDispatch& object, const ReadableMember& values) {
-  const LONGLONG count = NumberOf(cli::Read(object, values.member).front().Get());
+  const LONGLONG count = cli::Read(object, values.member).front().Number();
   std::vector<std::pair<std::string, Json>> found;
   std::size_t width = 0;
   for (LONGLONG i = 0; i < count; ++i) {
-    std::vector<Value> index;
-    index.emplace_back(i);
-    std::vector<Value> name = cli::Read(object, values.element_name, std::move(index));
-    found.emplace_back(ScalarOf(name.front().Get()).get<std::string>(), nullptr);
+    const Value name = cli::Read(object, values.element_name, {Value(i)}).front();
+    found.emplace_back(name.Text(), ScalarOf(cli::Read(object, values.element, {name}).front()));
     width = std::max(width, found.back().first.size());
-    found.back().second =
-        ScalarOf(cli::Read(object, values.element, std::move(name)).front().Get());
   }
   sink_.BeginObject(values.name, {}, width);
   for (const auto& [name, value] : found) sink_.AddValue(name, value);
@@ -206,7 +174,7 @@ void ObjectReader::TakeNamedValues(IDispatch& object, const ReadableMember& valu
 void ObjectReader::TakeValue(const Value& value, const ReadableMember& member) {
   const std::string& type = member.member.result;
   if (value.Get().vt == VT_R8 && type != "double" && type != "float") {
-    sink_.AddValue(member.name, NumberOf(value.Get()));
+    sink_.AddValue(member.name, value.Number());
   } else {
     Take(value, member.name);
   }
@@ -223,12 +191,9 @@ void ObjectReader::TakeMember(IDispatch& object, const ReadableMember& member) {
     case ReadableMember::Kind::kNamedValues:
       TakeNamedValues(object, member);
       return;
-    case ReadableMember::Kind::kNamedValue: {
-      std::vector<Value> named;
-      named.emplace_back(std::string_view(member.name));
-      Take(cli::Read(object, member.element, std::move(named)).front(), member.name);
+    case ReadableMember::Kind::kNamedValue:
+      Take(cli::Read(object, member.element, {Value(member.name)}).front(), member.name);
       return;
-    }
   }
 }
 
@@ -248,23 +213,15 @@ void ObjectReader::StepMember(Frame& frame) {
 }
 
 void ObjectReader::StepElement(Frame& frame) {
-  VARIANT& position = frame.position.Get();
-  if (NumberOf(position) == 0) {
+  if (frame.walk->IsAtEnd()) {
     sink_.End();
     frames_.pop_back();
     return;
   }
-  // A variable of the caller's that the method moves on, as scripts pass it.
-  Value reference;
-  reference.Get().vt = VT_BYREF | VT_VARIANT;
-  reference.Get().pvarVal = &position;
-  std::vector<Value> arguments;
-  arguments.push_back(std::move(reference));
   try {
-    Take(Call(*frame.object.Get(), "GetNext", DISPATCH_METHOD, std::move(arguments)), {});
+    Take(OrFail([&] { return frame.walk->Next(); }), {});
   } catch (const Failure& failure) {
     Refuse({}, failure);
-    frame.position = Value();  // the way on is lost
   }
 }
 
@@ -310,8 +267,8 @@ std::vector<std::string> ReadTexts(IDispatch& object, std::string_view member) {
     texts.push_back(ToUtf8(variant.vt == VT_BSTR ? variant.bstrVal : nullptr));
     return texts;
   }
-  for (const Json& element : ElementsOf(variant.parray)) {
-    if (element.is_string()) texts.push_back(element.get<std::string>());
+  for (const Value& element : value.Elements()) {
+    if (element.Get().vt == VT_BSTR) texts.push_back(element.Text());
   }
   return texts;
 }

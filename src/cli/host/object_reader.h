@@ -1,12 +1,14 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/host/automation.h"
 #include "cli/host/readable_members.h"
 #include "cli/tree_sink.h"
+#include "client/late_call.h"
 
 namespace sabxml::cli {
 
@@ -34,11 +36,11 @@ class ObjectReader {
     std::vector<ReadableMember> members;
   };
   struct Frame {
-    Reference<IDispatch> object;
+    ComPtr<IDispatch> object;
     const Shape* shape;
     const std::vector<ReadableMember>* members;
     std::size_t next = 0;
-    Value position;  // of a collection
+    std::optional<sab::client::ListWalk> walk;  // of a collection
   };
 
   const Shape& ShapeOf(IDispatch& object);

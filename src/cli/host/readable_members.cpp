@@ -72,19 +72,10 @@ std::vector<Value> Read(IDispatch& object, const MemberDescription& member,
                         std::vector<Value> inputs) {
   // Variables of the caller's, which the member fills, as scripts pass them.
   std::vector<Value> outputs(member.parameters.size() - member.InputCount());
-  std::vector<Value> arguments = std::move(inputs);
-  for (Value& output : outputs) {
-    Value reference;
-    reference.Get().vt = VT_BYREF | VT_VARIANT;
-    reference.Get().pvarVal = &output.Get();
-    arguments.push_back(std::move(reference));
-  }
+  for (Value& output : outputs) inputs.push_back(Value::Reference(VT_VARIANT, output.Put()));
   const WORD flags = member.kind == "method" ? DISPATCH_METHOD : DISPATCH_PROPERTYGET;
-  Value result = Call(object, member.id, flags, std::move(arguments));
-  if (member.result.empty()) return outputs;
-  std::vector<Value> only;
-  only.push_back(std::move(result));
-  return only;
+  Value result = cli::Call(object, member.id, flags, inputs);
+  return member.result.empty() ? outputs : std::vector<Value>{std::move(result)};
 }
 
 }  // namespace sabxml::cli

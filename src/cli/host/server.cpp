@@ -29,13 +29,13 @@ void* Server::Library() {
   return library_;
 }
 
-Reference<IDispatch> Server::CreateFromLibrary(REFCLSID clsid) {
+ComPtr<IDispatch> Server::CreateFromLibrary(REFCLSID clsid) {
   const auto get_class_object =
       reinterpret_cast<GetClassObjectFunction>(FunctionOf(Library(), "DllGetClassObject"));
   if (!get_class_object) throw Failure(LibraryPath() + " is no component server");
-  Reference<IClassFactory> factory;
+  ComPtr<IClassFactory> factory;
   HRESULT result = get_class_object(clsid, IID_IClassFactory, factory.PutVoid());
-  Reference<IDispatch> object;
+  ComPtr<IDispatch> object;
   if (SUCCEEDED(result)) {
     result = factory->CreateInstance(nullptr, IID_IDispatch, object.PutVoid());
   }
@@ -43,10 +43,10 @@ Reference<IDispatch> Server::CreateFromLibrary(REFCLSID clsid) {
   return object;
 }
 
-Reference<IDispatch> Server::CreateClass(REFCLSID clsid) {
+ComPtr<IDispatch> Server::CreateClass(REFCLSID clsid) {
   HRESULT registered = REGDB_E_CLASSNOTREG;
   if (named_library_.empty()) {
-    Reference<IDispatch> object;
+    ComPtr<IDispatch> object;
     registered =
         CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.PutVoid());
     if (SUCCEEDED(registered)) return object;
@@ -62,11 +62,11 @@ Reference<IDispatch> Server::CreateClass(REFCLSID clsid) {
   }
 }
 
-Reference<ITypeLib> Server::TypeLibrary() {
+ComPtr<ITypeLib> Server::TypeLibrary() {
   // Any object leads there; this class is always present.
-  const Reference<IDispatch> object = CreateClass(CLSID_VeAppParser);
-  Reference<ITypeInfo> info;
-  Reference<ITypeLib> library;
+  const ComPtr<IDispatch> object = CreateClass(CLSID_VeAppParser);
+  ComPtr<ITypeInfo> info;
+  ComPtr<ITypeLib> library;
   HRESULT result = object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put());
   if (SUCCEEDED(result)) result = info->GetContainingTypeLib(library.Put(), nullptr);
   if (FAILED(result)) Fail(result, "reading the type information");
@@ -84,13 +84,14 @@ CLSID Server::ClassNamed(const std::string& class_name) {
   }
   if (is_prog_id && SUCCEEDED(CLSIDFromProgID(FromUtf8(class_name).c_str(), &clsid))) return clsid;
 
-  const Reference<ITypeLib> library = TypeLibrary();
+  const ComPtr<ITypeLib> library = TypeLibrary();
   std::basic_string<OLECHAR> wide = FromUtf8(name);
   ITypeInfo* found[1] = {};
   MEMBERID members[1] = {};
   USHORT count = 1;
   if (SUCCEEDED(library->FindName(wide.data(), 0, found, members, &count)) && count > 0) {
-    const Reference<ITypeInfo> info(found[0]);
+    ComPtr<ITypeInfo> info;
+    info.Attach(found[0]);
     TYPEATTR* attributes = nullptr;
     if (SUCCEEDED(info->GetTypeAttr(&attributes))) {
       clsid = attributes->guid;
@@ -105,7 +106,7 @@ CLSID Server::ClassNamed(const std::string& class_name) {
                 "; \"sabxml classes\" lists those that it has");
 }
 
-Reference<IDispatch> Server::Create(const std::string& class_name) {
+ComPtr<IDispatch> Server::Create(const std::string& class_name) {
   return CreateClass(ClassNamed(class_name));
 }
 

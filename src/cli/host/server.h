@@ -18,10 +18,10 @@ class Server {
   CLSID ClassNamed(const std::string& class_name);
 
   /// A new object of a class that is named so. Raises Failure.
-  Reference<IDispatch> Create(const std::string& class_name);
+  ComPtr<IDispatch> Create(const std::string& class_name);
 
   /// The server's type library. Raises Failure.
-  Reference<ITypeLib> TypeLibrary();
+  ComPtr<ITypeLib> TypeLibrary();
 
   /// Where the library is that would be loaded or registered.
   std::string LibraryPath() const;
@@ -35,8 +35,8 @@ class Server {
   /// An entry point of the library, called. Raises Failure.
   template <typename Function, typename... Arguments>
   void Call(const char* name, Arguments... arguments);
-  Reference<IDispatch> CreateClass(REFCLSID clsid);
-  Reference<IDispatch> CreateFromLibrary(REFCLSID clsid);
+  ComPtr<IDispatch> CreateClass(REFCLSID clsid);
+  ComPtr<IDispatch> CreateFromLibrary(REFCLSID clsid);
 
   std::string named_library_;
   void* library_ = nullptr;

@@ -32,7 +32,7 @@ std::string TypeText(ITypeInfo& info, const TYPEDESC& type) {
     case VT_SAFEARRAY:
       return "SAFEARRAY(" + TypeText(info, *type.lptdesc) + ")";
     case VT_USERDEFINED: {
-      Reference<ITypeInfo> referred;
+      ComPtr<ITypeInfo> referred;
       if (FAILED(info.GetRefTypeInfo(type.hreftype, referred.Put()))) return "GUID";
       return NameOf(*referred.Get());
     }
@@ -93,7 +93,7 @@ template <class Visit>
 void ForEachType(ITypeLib& library, const Visit& visit) {
   for (UINT i = 0; i < library.GetTypeInfoCount(); ++i) {
     TYPEKIND kind = TKIND_MAX;
-    Reference<ITypeInfo> info;
+    ComPtr<ITypeInfo> info;
     HRESULT result = library.GetTypeInfoType(i, &kind);
     if (SUCCEEDED(result)) result = library.GetTypeInfo(i, info.Put());
     if (FAILED(result)) Fail(result, "reading the type information");
@@ -173,7 +173,7 @@ std::vector<ClassDescription> DescribeClasses(ITypeLib& library) {
     if (kind != TKIND_COCLASS) return;
     ClassDescription& description = classes.emplace_back(HeadOf(info));
     HREFTYPE reference = 0;
-    Reference<ITypeInfo> interface_;
+    ComPtr<ITypeInfo> interface_;
     if (FAILED(info.GetRefTypeOfImplType(0, &reference)) ||
         FAILED(info.GetRefTypeInfo(reference, interface_.Put()))) {
       return;

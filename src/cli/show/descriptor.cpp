@@ -21,21 +21,18 @@ const DescriptorKind& RecogniseDescriptor(const std::string& file) {
                 ").\nSettings are read with: sabxml get CLASS FILE NODEPATH");
 }
 
-Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
-                                    const std::string& file) {
-  Reference<IDispatch> parser = server.Create(std::string(kind.class_name));
-  std::vector<Value> path;
-  path.emplace_back(std::string_view(PathToRead(file)));
+ComPtr<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
+                                 const std::string& file) {
+  ComPtr<IDispatch> parser = server.Create(std::string(kind.class_name));
+  const Value path(PathToRead(file));
   if (kind.method == "Load") {
-    Call(*parser.Get(), kind.method, DISPATCH_METHOD, std::move(path));
+    Call(*parser.Get(), kind.method, DISPATCH_METHOD, {path});
     return parser;
   }
-  Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, std::move(path));
+  Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, {path});
   Call(*parser.Get(), kind.method, DISPATCH_METHOD);
   if (file == kStandardInput) {
-    std::vector<Value> name;
-    name.emplace_back(std::string_view(file));
-    Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, std::move(name));
+    Call(*parser.Get(), "ConfigurationPath", DISPATCH_PROPERTYPUT, {Value(file)});
   }
   return parser;
 }

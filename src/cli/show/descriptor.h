@@ -14,6 +14,6 @@ using DescriptorKind = sab::formats::Document;
 const DescriptorKind& RecogniseDescriptor(const std::string& file);
 
 /// Loads a descriptor through the server. Raises Failure with file, line, column and reason.
-Reference<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
-                                    const std::string& file);
+ComPtr<IDispatch> LoadDescriptor(Server& server, const DescriptorKind& kind,
+                                 const std::string& file);
 }  // namespace sabxml::cli

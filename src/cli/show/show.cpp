@@ -64,7 +64,7 @@ struct ShowOptions {
 
 void ShowTextTemplate(const Settings& settings, Server& server, const std::string& file,
                       bool as_json) {
-  const Reference<IDispatch> parser = LoadTextTemplate(server, file);
+  const ComPtr<IDispatch> parser = LoadTextTemplate(server, file);
   const std::unique_ptr<TreeSink> printer = PrinterFor(settings, as_json);
   printer->BeginObject({}, {}, 0);
   PrintTextTemplate(*parser.Get(), *printer);
@@ -74,7 +74,7 @@ void ShowTextTemplate(const Settings& settings, Server& server, const std::strin
 void ShowFile(const Settings& settings, Server& server, const std::string& file, bool as_json) {
   if (IsPlainText(file)) return ShowTextTemplate(settings, server, file, as_json);
   const DescriptorKind& kind = RecogniseDescriptor(file);
-  const Reference<IDispatch> parser = LoadDescriptor(server, kind, file);
+  const ComPtr<IDispatch> parser = LoadDescriptor(server, kind, file);
   const std::unique_ptr<TreeSink> printer = PrinterFor(settings, as_json);
   ObjectReader reader(*printer);
   printer->BeginObject({}, {}, 0);
@@ -107,12 +107,10 @@ struct GetOptions {
 
 void Get(const Settings& settings, const GetOptions& options) {
   Server server(settings.server);
-  const Reference<IDispatch> object = server.Create(options.class_name);
-  std::vector<Value> arguments;
-  arguments.emplace_back(std::string_view(PathToRead(options.file)));
-  arguments.emplace_back(std::string_view(options.node_path));
+  const ComPtr<IDispatch> object = server.Create(options.class_name);
   try {
-    Call(*object.Get(), "Load", DISPATCH_METHOD, std::move(arguments));
+    Call(*object, "Load", DISPATCH_METHOD,
+         {Value(PathToRead(options.file)), Value(options.node_path)});
   } catch (const Failure& failure) {
     if (failure.Code() != DISP_E_UNKNOWNNAME && failure.Code() != DISP_E_BADPARAMCOUNT) throw;
     throw Failure(options.class_name + " is no class for settings: it cannot load a node path");

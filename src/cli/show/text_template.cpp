@@ -14,7 +14,7 @@ Value Get(IDispatch& parser, std::string_view member, const std::vector<LONGLONG
   std::vector<Value> arguments;
   arguments.reserve(indexes.size());
   for (const LONGLONG index : indexes) arguments.emplace_back(index);
-  return Call(parser, member, DISPATCH_PROPERTYGET, std::move(arguments));
+  return cli::Call(parser, member, DISPATCH_PROPERTYGET, arguments);
 }
 
 std::string SectionName(IDispatch& parser, LONGLONG section) {
@@ -29,11 +29,9 @@ bool HasMarker(IDispatch& parser) {
 
 }  // namespace
 
-Reference<IDispatch> LoadTextTemplate(Server& server, const std::string& file) {
-  Reference<IDispatch> parser = server.Create(kClass);
-  std::vector<Value> path;
-  path.emplace_back(std::string_view(PathToRead(file)));
-  Call(*parser.Get(), "Load", DISPATCH_METHOD, std::move(path));
+ComPtr<IDispatch> LoadTextTemplate(Server& server, const std::string& file) {
+  ComPtr<IDispatch> parser = server.Create(kClass);
+  Call(*parser, "Load", DISPATCH_METHOD, {Value(PathToRead(file))});
   if (!HasMarker(*parser.Get())) {
     throw Failure(file +
                   ": this is no XML file: it does not begin with '<'; and no text template: "

@@ -48,7 +48,7 @@ void Walk::Follow(const std::string& file, const Names& names) {
 }
 
 void Walk::Read(const Mention& mention, const DescriptorKind& kind) {
-  const Reference<IDispatch> parser = LoadDescriptor(server_, kind, mention.file);
+  const ComPtr<IDispatch> parser = LoadDescriptor(server_, kind, mention.file);
   Names names;
   formats::ForEachRule(kind.content, [&](const formats::Rule& rule) {
     if (rule.role != formats::Role::kLeadsTo) return;
