@@ -1,9 +1,10 @@
 #include <algorithm>
-#include <map>
 #include <new>
 #include <pugixml.hpp>
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "xml/characters.h"
 #include "xml/error.h"
@@ -12,35 +13,65 @@
 namespace sab::xml {
 namespace {
 
-// Calls with every name in an expression outside of its literals, and what follows it. A prefix
-// comes as a name of its own.
-template <class Visit>
-void ForEachName(std::string_view expression, const Visit& visit) {
-  for (std::size_t i = 0; i < expression.size();) {
-    const char c = expression[i];
-    if (c == '"' || c == '\'') {
-      i = std::min(expression.find(c, i + 1), expression.size() - 1) + 1;
-      continue;
-    }
-    const std::size_t start = i++;
-    if (!Has(c, kNameStart) || c == ':') continue;
-    while (i < expression.size() && Has(expression[i], kNameByte) && expression[i] != ':') ++i;
-    visit(expression.substr(start, i - start), expression.substr(i));
+// Begins the name of an element in a default namespace; no name has it in a file.
+constexpr char kMark = '\1';
+
+bool IsName(std::string_view token) { return Has(token[0], kNameStart) && token[0] != ':'; }
+
+// The literal, the name or the single character that an expression goes on with. A prefix is a name
+// of its own.
+std::string_view FirstToken(std::string_view expression) {
+  std::size_t end = 1;
+  if (expression[0] == '"' || expression[0] == '\'') {
+    end = std::min(expression.find(expression[0], 1), expression.size() - 1) + 1;
+  } else if (IsName(expression)) {
+    while (end < expression.size() && Has(expression[end], kNameByte) && expression[end] != ':')
+      ++end;
   }
+  return expression.substr(0, end);
 }
 
 // A path has no way to declare a prefix, so one in a path is a mistake that would match nothing.
 void RefusePrefixes(std::string_view expression) {
-  ForEachName(expression, [](std::string_view name, std::string_view rest) {
-    if (rest.starts_with(':') && !rest.starts_with("::") && name != "xml")
-      throw Error("the prefix " + std::string(name) + " is not declared");
-  });
+  while (!expression.empty()) {
+    const std::string_view token = FirstToken(expression);
+    expression.remove_prefix(token.size());
+    if (IsName(token) && expression.starts_with(':') && !expression.starts_with("::") &&
+        token != "xml")
+      throw Error("the prefix " + std::string(token) + " is not declared");
+  }
+}
+
+// The same expression, well-formed, whose functions that tell a name leave the mark out of it.
+std::string TellingNames(std::string_view expression) {
+  std::string result;
+  std::vector<bool> parentheses;  // of the open ones: whether they hold such a function's argument
+  bool tells_name = false;
+  while (!expression.empty()) {
+    const std::string_view token = FirstToken(expression);
+    expression.remove_prefix(token.size());
+    if (token == "name" || token == "local-name") {
+      const std::size_t next = expression.find_first_not_of(" \t\r\n");
+      tells_name = next != expression.npos && expression[next] == '(';
+      if (tells_name) result += "translate(";
+    }
+    result += token;
+    if (token == "(") {
+      parentheses.push_back(std::exchange(tells_name, false));
+    } else if (token == ")") {
+      if (parentheses.back()) result += {',', '\'', kMark, '\'', ',', '\'', '\'', ')'};
+      parentheses.pop_back();
+    }
+  }
+  return result;
 }
 
 }  // namespace
 
 // The library's tree of the same document, which is known to be well-formed: it reads leniently and
-// in full. Elements are identified by their number in document order.
+// in full. Elements are identified by their number in document order. The library compares names as
+// they are written; elements in a default namespace have a mark before theirs, so that a name
+// without a prefix does not match them.
 class XPathTree {
  public:
   explicit XPathTree(const Document& document) {
@@ -52,10 +83,8 @@ class XPathTree {
     NumberElements(document);
   }
 
-  pugi::xpath_node_set Select(const pugi::xpath_query& query, std::string_view expression) {
-    Hiding hiding(*this);
-    hiding.Hide(expression);
-    pugi::xpath_node_set found = tree_.select_nodes(query);
+  pugi::xpath_node_set Select(std::string_view expression) {
+    pugi::xpath_node_set found = tree_.select_nodes(TellingNames(expression).c_str());
     found.sort();
     return found;
   }
@@ -69,42 +98,6 @@ class XPathTree {
   }
 
  private:
-  // The library compares names as they are written. So that a name without a prefix does not match
-  // an element whose namespace is the default one, such elements of the names in an expression have
-  // a colon in front while it is evaluated. Others keep theirs, for the function name().
-  class Hiding {
-   public:
-    explicit Hiding(XPathTree& tree) : tree_(tree) {}
-    Hiding(const Hiding&) = delete;
-    Hiding& operator=(const Hiding&) = delete;
-    // The shorter name takes the place of the longer one, which cannot fail.
-    ~Hiding() {
-      for (const auto* elements : hidden_) Rename(elements->second, elements->first);
-    }
-
-    void Hide(std::string_view expression) {
-      if (tree_.in_default_namespace_.empty()) return;
-      ForEachName(expression, [this](std::string_view name, std::string_view rest) {
-        rest.remove_prefix(std::min(rest.find_first_not_of(" \t\r\n"), rest.size()));
-        const auto found = tree_.in_default_namespace_.find(name);
-        if (found == tree_.in_default_namespace_.end() || rest.starts_with('(')) return;
-        if (std::find(hidden_.begin(), hidden_.end(), &*found) != hidden_.end()) return;
-        hidden_.push_back(&*found);
-        if (!Rename(found->second, ':' + std::string(name))) throw std::bad_alloc();
-      });
-    }
-
-   private:
-    static bool Rename(const std::vector<pugi::xml_node>& elements, const std::string& name) {
-      return std::all_of(elements.begin(), elements.end(), [&name](pugi::xml_node element) {
-        return element.set_name(name.c_str());
-      });
-    }
-
-    XPathTree& tree_;
-    std::vector<const std::pair<const std::string, std::vector<pugi::xml_node>>*> hidden_;
-  };
-
   void NumberElements(const Document& document) {
     NodeIndex own = kNoNode;
     pugi::xml_node node = tree_;
@@ -123,18 +116,15 @@ class XPathTree {
       do ++own;
       while (!document.IsElement(own));
       numbers_.emplace(node.hash_value(), own);
-      if (document.IsInNamespace(own) && document.LocalNameOf(own) == document.NameOf(own))
-        in_default_namespace_[std::string(document.NameOf(own))].push_back(node);
-      // For namespace-uri() of an element with the colon; no path sees it as an attribute.
-      const pugi::xml_attribute declared = node.attribute("xmlns");
-      if (declared && !node.append_attribute("xmlns:").set_value(declared.value()))
+      const std::string_view name = document.NameOf(own);
+      if (document.IsInNamespace(own) && document.LocalNameOf(own) == name &&
+          !node.set_name((kMark + std::string(name)).c_str()))
         throw std::bad_alloc();
     }
   }
 
   pugi::xml_document tree_;
   std::unordered_map<std::size_t, NodeIndex> numbers_;
-  std::map<std::string, std::vector<pugi::xml_node>, std::less<>> in_default_namespace_;
 };
 
 Paths::Paths(const Document& document) : document_(document) {}
@@ -150,7 +140,7 @@ std::vector<NodeIndex> Paths::Evaluate(std::string_view expression, bool with_do
     RefusePrefixes(expression);
     if (!tree_) tree_ = std::make_unique<XPathTree>(document_);
     std::vector<NodeIndex> nodes;
-    for (const pugi::xpath_node& found : tree_->Select(query, expression)) {
+    for (const pugi::xpath_node& found : tree_->Select(expression)) {
       const std::optional<NodeIndex> number = tree_->NumberOf(found);
       if (number && (*number != kNoNode || with_document)) nodes.push_back(*number);
     }
