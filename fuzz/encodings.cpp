@@ -7,21 +7,20 @@
 #include <optional>
 #include <string>
 
+#include "fuzz/choices.h"
+#include "text/utf.h"
 #include "xml/document.h"
 #include "xml/edit.h"
 #include "xml/error.h"
 
 namespace {
 
+using sab::fuzz::Require;
 using sab::xml::Document;
 using sab::xml::NodeIndex;
 
 constexpr std::array kNames = {"UTF-16",    "GBK",          "GB18030",    "Big5",
                                "Shift_JIS", "windows-1252", "ISO-8859-5", "EUC-KR"};
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::string Declaration(const std::string& name) {
   return "<?xml version='1.0' encoding='" + name + "'?>";
@@ -31,15 +30,6 @@ std::string Declaration(const std::string& name) {
 sab::xml::Encoding EncodingOf(const std::string& name, bool is_big_endian) {
   if (name != "UTF-16") return sab::xml::Encoding(Declaration(name));
   return sab::xml::Encoding(is_big_endian ? "\xFE\xFF" : "\xFF\xFE");
-}
-
-bool IsUtf8(const std::string& text) {
-  for (std::size_t i = 0; i < text.size();) {
-    const unsigned length = sab::xml::Decode(text.c_str() + i).length;
-    if (length == 0) return false;
-    i += length;
-  }
-  return true;
 }
 
 // Every node's type, place and text, and every element's tag with its name and attributes; on
@@ -73,12 +63,11 @@ std::optional<std::u16string> Reading(const std::string& bytes, bool is_changed)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return -1;
   const std::string body(reinterpret_cast<const char*>(data + 1), size - 1);
-  if (!IsUtf8(body)) return -1;
+  if (!sab::text::IsUtf8(body)) return -1;
   const std::string name = kNames[data[0] % kNames.size()];
   const sab::xml::Encoding encoding = EncodingOf(name, data[0] >= 128);
   if (!encoding.CanEncode(body)) return -1;
-  std::string mark;
-  if (name == "UTF-16") mark = data[0] >= 128 ? "\xFE\xFF" : "\xFF\xFE";
+  const std::string mark = name != "UTF-16" ? "" : data[0] >= 128 ? "\xFE\xFF" : "\xFF\xFE";
   const std::string other = mark + encoding.Encode(Declaration(name) + body);
   for (const bool is_changed : {false, true})
     Require(Reading(Declaration("UTF-8") + body, is_changed) == Reading(other, is_changed));

@@ -11,13 +11,11 @@
 #include <string>
 
 #include "common/conversions.h"
+#include "fuzz/choices.h"
 
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
+using sab::fuzz::Require;
 bool IsSame(double a, double b) {
   return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
 }

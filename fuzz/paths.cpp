@@ -1,36 +1,36 @@
 // Random paths in random documents: walking child steps, evaluating XPath, and libxml2 select the
 // same elements, and so do the parents of a path with the keys below them.
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "fuzz/choices.h"
 #include "xml/document.h"
 #include "xml/oracles.h"
 #include "xml/path.h"
 
 namespace {
 
+using sab::fuzz::Choices;
+using sab::fuzz::Require;
+
 using sab::xml::Document;
 using sab::xml::NodeIndex;
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
 constexpr std::array kNames = {"a", "b", "c-d", "name"};
 
-std::string Element(FuzzedDataProvider& input, int depth) {
-  const std::string name = input.PickValueInArray(kNames);
+std::string Element(Choices& input, int depth) {
+  const std::string name = input.Pick(kNames);
   std::string content;
-  for (int i = depth > 0 ? input.ConsumeIntegralInRange(0, 4) : 0; i > 0; --i)
+  for (std::size_t i = depth > 0 ? input.Below(5) : 0; i > 0; --i)
     content += Element(input, depth - 1);
-  switch (input.ConsumeIntegralInRange(0, 7)) {
+  switch (input.Below(8)) {
     case 0:
       return "<p:" + name + " xmlns:p='u'>" + content + "</p:" + name + ">";
     case 1:
@@ -42,38 +42,21 @@ std::string Element(FuzzedDataProvider& input, int depth) {
   }
 }
 
-std::string Path(FuzzedDataProvider& input) {
-  constexpr std::array kTests = {"a",
-                                 "b",
-                                 "c-d",
-                                 "name",
-                                 "*",
-                                 ".",
-                                 "..",
-                                 "a[1]",
-                                 "*[last()]",
-                                 "b[a]",
-                                 "text()",
-                                 "node()",
-                                 "@a",
-                                 "*[@a]",
-                                 "*[.='x']",
-                                 "*[name()='p:a']",
-                                 "*[b or a]",
-                                 "a[b=1]",
-                                 "self::a",
-                                 "*[namespace-uri()='u']",
-                                 "ancestor::b",
-                                 "parent::*",
-                                 "*[local-name(..)='b']",
-                                 "a[name]"};
+std::string Path(Choices& input) {
+  // A step each.
+  std::istringstream words(
+      "a b c-d name * . .. a[1] *[last()] b[a] *[(a)or(b)] text() node() @a *[@a] *[.='x'] "
+      "*[name()='p:a'] "
+      "*[name(.)='a'] a[b=1] self::a *[namespace-uri()='u'] ancestor::b "
+      "parent::* *[local-name(..)='b'] a[name] *[b<1]");
+  const std::vector<std::string> tests(std::istream_iterator<std::string>(words), {});
   constexpr std::array kSeparators = {"/", "/", "/", "//", "|", " | /"};
-  std::string path = input.PickValueInArray({"", "/", "//"});
-  path += input.PickValueInArray(kTests);
-  for (int i = input.ConsumeIntegralInRange(0, 3); i > 0; --i)
-    path += std::string(input.PickValueInArray(kSeparators)) + input.PickValueInArray(kTests);
+  std::string path = input.Pick(std::array{"", "/", "//"});
+  path += input.Pick(tests);
+  for (std::size_t i = input.Below(4); i > 0; --i)
+    path += std::string(input.Pick(kSeparators)) + input.Pick(tests);
   // libxml2 takes the first of a union before it has sorted it.
-  const bool is_whole = input.ConsumeBool() || path.find('|') != path.npos;
+  const bool is_whole = input.Flip() || path.find('|') != path.npos;
   return is_whole ? path : "(" + path + ")[1]";
 }
 
@@ -91,7 +74,7 @@ std::vector<int> Numbers(const Document& document, const std::vector<NodeIndex>&
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  FuzzedDataProvider input(data, size);
+  Choices input(data, size);
   const std::string path = Path(input);
   const std::string bytes = Element(input, 4);
   const Document document(bytes);

@@ -1,5 +1,5 @@
-// The registrar language: a script runs and can be undone, which leaves nothing but what NoRemove
-// keeps, or it is refused with its place.
+// The registrar language: a script runs and can be undone, which leaves what others wrote and what
+// NoRemove keeps, or it is refused with its place.
 
 #include <cstdlib>
 #include <map>
@@ -7,47 +7,43 @@
 #include <string>
 
 #include "base/com_error.h"
+#include "fuzz/choices.h"
 #include "server/registrar.h"
 
 namespace {
 
 using sab::RegistryPath;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
+using sab::fuzz::Require;
 
 class Registry final : public sab::RegistryTarget {
  public:
-  void CreateKey(const RegistryPath& path) override { keys_[path.key]; }
+  void CreateKey(const RegistryPath& path) override { keys[path.key]; }
   void SetValue(const RegistryPath& path, const std::string& name, DWORD type,
                 const std::vector<BYTE>& data) override {
     if (path.key.empty()) return;  // of a root key, which always exists
     Require(type != REG_SZ || (data.size() >= 2 && data.size() % 2 == 0));
     Require(type != REG_DWORD || data.size() == 4);
-    keys_[path.key].insert(name);
+    keys[path.key].insert(name);
   }
   void DeleteValue(const RegistryPath& path, const std::string& name, DWORD,
                    const std::vector<BYTE>&) override {
-    if (const auto key = keys_.find(path.key); key != keys_.end()) key->second.erase(name);
+    if (const auto key = keys.find(path.key); key != keys.end()) key->second.erase(name);
   }
   void DeleteTree(const RegistryPath& path) override {
-    std::erase_if(keys_, [&](const auto& key) {
+    std::erase_if(keys, [&](const auto& key) {
       return key.first == path.key || key.first.starts_with(path.key + "\\");
     });
   }
   void DeleteKeyIfEmpty(const RegistryPath& path) override {
-    const auto next = keys_.upper_bound(path.key + "\\");
-    const bool has_subkeys = next != keys_.end() && next->first.starts_with(path.key + "\\");
-    const auto key = keys_.find(path.key);
-    if (key != keys_.end() && key->second.empty() && !has_subkeys) keys_.erase(key);
+    const auto next = keys.upper_bound(path.key + "\\");
+    const bool has_subkeys = next != keys.end() && next->first.starts_with(path.key + "\\");
+    const auto key = keys.find(path.key);
+    if (key != keys.end() && key->second.empty() && !has_subkeys) keys.erase(key);
   }
   sab::Text DefaultText(const RegistryPath&) override { return {}; }
 
-  bool IsEmpty() const { return keys_.empty(); }
-
- private:
-  std::map<std::string, std::set<std::string>> keys_;
+  using Keys = std::map<std::string, std::set<std::string>>;
+  Keys keys = {{"SabXml", {}}, {"SabXml\\Others", {"theirs"}}};  // as it is before
 };
 
 }  // namespace
@@ -57,6 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const sab::RegistrarScript script{"script.rgs", text};
   const sab::Replacements replacements = {{"MODULE", "/opt/it's.so"}};
   Registry registry;
+  const Registry::Keys before = registry.keys;
   try {
     RunRegistrarScript(script, replacements, registry);
   } catch (const sab::ComError& error) {
@@ -65,6 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   // What runs can be undone.
   UndoRegistrarScript(script, replacements, registry);
-  Require(registry.IsEmpty() || text.find_first_of("oO") != std::string::npos);  // NoRemove
+  // What others wrote stays, and nothing else, unless NoRemove, ForceRemove or Delete says
+  // otherwise.
+  Require(registry.keys == before || text.find_first_of("oOtT") != std::string::npos);
   return 0;
 }

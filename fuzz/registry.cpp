@@ -3,15 +3,13 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/choices.h"
 #include "sabcom/hive_text.h"
 
 namespace {
 
+using sab::fuzz::Require;
 using sabcom::Key;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 bool IsEqual(const Key& a, const Key& b) {
   if (a.name != b.name || a.values != b.values || a.subkeys.size() != b.subkeys.size()) {

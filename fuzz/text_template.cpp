@@ -6,16 +6,9 @@
 #include <optional>
 #include <string>
 
+#include "fuzz/choices.h"
 #include "templates/text_decoding.h"
 #include "templates/text_template.h"
-
-namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const sab::Text text =
@@ -24,16 +17,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::size_t length = 0;
   for (std::size_t i = 0; i < sections.SectionCount(); ++i) {
     const sab::TextView name = sections.NameOf(i);
-    Require(name.find_first_of(OLESTR("[]\r\n")) == name.npos);
+    sab::fuzz::Require(name.find_first_of(OLESTR("[]\r\n")) == name.npos);
     const std::optional<std::size_t> found = sections.Find(name);
-    Require(found && *found <= i && sections.NameOf(*found).size() == name.size());
+    sab::fuzz::Require(found && *found <= i && sections.NameOf(*found).size() == name.size());
     length += name.size();
     for (std::size_t line = 0; line < sections.LineCount(i); ++line) {
       const sab::TextView content = sections.LineAt(i, line);
-      Require(content.find_first_of(OLESTR("\r\n")) == content.npos);
+      sab::fuzz::Require(content.find_first_of(OLESTR("\r\n")) == content.npos);
       length += content.size();
     }
   }
-  Require(length <= text.size());
+  sab::fuzz::Require(length <= text.size());
   return 0;
 }

@@ -9,31 +9,12 @@
 #include <cstring>
 #include <iterator>
 
+#include "fuzz/choices.h"
+
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-// Takes the input apart; it is NUL-padded.
-class Input {
- public:
-  Input(const std::uint8_t* data, std::size_t size) : next_(data), end_(data + size) {}
-
-  template <class Value>
-  Value Take() {
-    Value value{};
-    for (std::size_t i = 0; i < sizeof value && next_ != end_; ++i) {
-      reinterpret_cast<std::uint8_t*>(&value)[i] = *next_++;
-    }
-    return value;
-  }
-  bool IsEmpty() const { return next_ == end_; }
-
- private:
-  const std::uint8_t* next_;
-  const std::uint8_t* const end_;
-};
+using Input = sab::fuzz::Choices;
+using sab::fuzz::Require;
 
 constexpr VARTYPE kTypes[] = {VT_EMPTY, VT_NULL, VT_I1,   VT_I2,    VT_I4,      VT_I8,  VT_INT,
                               VT_UI1,   VT_UI2,  VT_UI4,  VT_UI8,   VT_UINT,    VT_R4,  VT_R8,

@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-#include <random>
-#include <set>
 #include <sstream>
 
 #include "xml/error.h"
 #include "xml/path.h"
-#include "xml/text.h"
 
 namespace sab::xml {
 namespace {
@@ -74,151 +70,6 @@ TEST(Editor, EachEditChangesItsPlaceAndNothingElse) {
     Apply(row.edits, document, editor);
     EXPECT_EQ(row.after, editor.Serialise());
   }
-}
-
-// What a document says, apart from its white space: start tags, texts, comments. Changes that are
-// asked for are applied on the way.
-struct Changes {
-  std::map<NodeIndex, std::string> texts;
-  std::map<NodeIndex, std::string> added;  // as markup
-  std::set<NodeIndex> removed;
-};
-
-void Describe(const Document& document, NodeIndex parent, const Changes& changes,
-              std::string& out) {
-  const std::string_view text = document.TextBytes();
-  for (NodeIndex node = document.FirstChild(parent); node != kNoNode;
-       node = document.NextSibling(node)) {
-    if (changes.removed.contains(node)) continue;
-    if (!document.IsElement(node)) {
-      out += text.substr(document.At(node).start, document.At(node).end - document.At(node).start);
-      continue;
-    }
-    const bool is_empty_tag = (document.At(node).flags & kIsEmptyTag) != 0;
-    const std::size_t start = document.At(node).start;
-    const std::size_t content = document.ContentStart(node);
-    out += text.substr(start, content - start - (is_empty_tag ? 2 : 1));
-    out += '>';
-    const auto found_text = changes.texts.find(node);
-    if (found_text != changes.texts.end()) {
-      out += found_text->second;
-    } else if (document.HasOnlyText(node)) {
-      out += text.substr(content, document.At(node).end - content);
-    } else {
-      Describe(document, node, changes, out);
-    }
-    const auto found_added = changes.added.find(node);
-    if (found_added != changes.added.end()) out += found_added->second;
-    out += "</" + std::string(document.NameOf(node)) + '>';
-  }
-}
-
-std::string Described(const Document& document, const Changes& changes) {
-  std::string text;
-  Describe(document, kNoNode, changes, text);
-  std::erase_if(text, [](char c) { return IsTrimmed(static_cast<unsigned char>(c)); });
-  return text;
-}
-
-class RandomDocument {
- public:
-  explicit RandomDocument(unsigned seed) : random_(seed), line_end_(Pick(2) ? "\n" : "\r\n") {}
-
-  unsigned Pick(unsigned bound) { return static_cast<unsigned>(random_() % bound); }
-
-  // With a Chinese name, text and attribute here and there, in one of several encodings.
-  std::string Bytes() {
-    const char* const encodings[] = {"UTF-8", "GB2312", "Big5", "UTF-16"};
-    const std::string encoding = encodings[Pick(4)];
-    const std::string declaration = "<?xml version='1.0' encoding='" + encoding + "'?>";
-    const std::string mark = encoding == "UTF-16" ? "\xFF\xFE" : "";
-    const Encoding target(mark.empty() ? declaration : mark);
-    return mark + target.Encode(declaration + line_end_ + Element(0, Pick(4) > 0));
-  }
-
- private:
-  std::string Element(unsigned depth, bool has_lines) {
-    const char* const names[] = {"a", "b", "c-d", "\u4E2D"};
-    const std::string name = names[Pick(4)];
-    const std::string indentation = has_lines ? line_end_ + std::string(depth + 1, '\t') : "";
-    const char* const attributes[] = {"", " x = '>'", " y=\"&#65;\u6587\"", ""};
-    std::string tag = name + attributes[Pick(4)];
-    if (Pick(6) == 0) return '<' + tag + (Pick(2) ? " />" : "/>");
-    if (Pick(3) == 0 && depth > 0) return '<' + tag + ">text\u6587&amp;</" + name + " >";
-    std::string content;
-    for (unsigned i = depth < 4 ? Pick(5) : 0; i > 0; --i) {
-      const unsigned kind = Pick(8);
-      if (kind == 0) {
-        content += "<!-- \u4E2D -->";
-      } else if (kind == 1) {
-        content += "mixed";
-      } else {
-        content += indentation + Element(depth + 1, has_lines);
-      }
-    }
-    if (has_lines) content += line_end_ + std::string(depth, '\t');
-    return '<' + tag + '>' + content + "</" + name + '>';
-  }
-
-  std::mt19937 random_;
-  std::string line_end_;
-};
-
-TEST(Editor, AnyChangesTogetherGiveTheDocumentThatTheyDescribe) {
-  for (unsigned round = 0; round < 2000; ++round) {
-    RandomDocument random(round);
-    const Document document(random.Bytes());
-    Editor editor(document);
-    Changes changes;
-    for (unsigned i = random.Pick(5); i > 0; --i) {
-      const NodeIndex node = 1 + random.Pick(document.NodeCount() - 1);
-      if (!document.IsElement(node)) continue;
-      switch (random.Pick(3)) {
-        case 0:
-          if (node == document.Root()) break;
-          editor.Remove(node);
-          changes.removed.insert(node);
-          break;
-        case 1:
-          editor.SetText(node, u"new\u6587");
-          changes.texts[node] = "new\u6587";
-          break;
-        default:
-          editor.Append(node, "e", u"").Append("f", u"\u4E2D<");
-          changes.added[node] += "<e><f>\u4E2D&lt;</f></e>";
-      }
-    }
-    const std::string changed = editor.Serialise();
-    const Document again(changed);
-    ASSERT_EQ(Described(document, changes), Described(again, {}))
-        << document.TextBytes() << "\n=>\n"
-        << again.TextBytes();
-  }
-}
-
-// Removing what was appended gives the bytes that were there, in any encoding.
-TEST(Editor, AppendingKeepsEveryOtherByte) {
-  int compared = 0;
-  for (unsigned round = 0; round < 4000; ++round) {
-    RandomDocument random(round);
-    const std::string bytes = random.Bytes();
-    const Document document(bytes);
-    Editor adding(document);
-    for (NodeIndex node = 1; node < document.NodeCount(); ++node) {
-      // An element without text and elements is opened for its first child and stays open.
-      const bool has_content =
-          document.HasOnlyText(node) || document.FirstChildElement(node) != kNoNode;
-      if (!document.IsElement(node) || !has_content || random.Pick(3) > 0) continue;
-      adding.Append(node, "zz", u"1").Append("y", u"\u4E2D");
-      adding.Append(node, "zz", u"").Append("y", u"\u6587");
-      ++compared;
-    }
-    const Document added(adding.Serialise());
-    Editor removing(added);
-    for (const NodeIndex node : Paths(added).SelectAll("//zz")) removing.Remove(node);
-    ASSERT_EQ(bytes, removing.Serialise()) << added.TextBytes();
-  }
-  EXPECT_GT(compared, 2000);
 }
 
 TEST(Editor, WhatTheFileCannotHoldIsRefused) {
