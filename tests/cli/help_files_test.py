@@ -20,13 +20,19 @@ del sys.argv[1:3]
 
 
 def run(*command, **options):
-    result = subprocess.run([*map(str, command)], capture_output=True, check=False, **options)
-    return result.returncode, result.stdout.decode("utf-8"), result.stderr.decode("utf-8")
+    """What a command prints where it succeeds and has nothing to complain of."""
+    result = subprocess.run([*map(str, command)], capture_output=True, check=True, **options)
+    assert result.stderr == b"", result.stderr
+    return result.stdout.decode("utf-8")
+
+
+def needs(tool):
+    return unittest.skipUnless(shutil.which(tool), f"{tool} is not installed")
 
 
 def helps(path=()):
     """What the program and all its commands print, with their names."""
-    text = run(SABXML, *path, "--help")[1]
+    text = run(SABXML, *path, "--help")
     yield path, text
     listed = re.search(r"^Subcommands:\n((?:  .*\n)+)", text, re.M)
     for name in re.findall(r"^  (\S+)", listed[1] if listed else "", re.M):
@@ -76,6 +82,7 @@ class Files(unittest.TestCase):
         (self.folder / "folder").mkdir()
         self.environment = {**os.environ, "PATH": f"{SABXML.parent}:{os.environ['PATH']}",
                             "HOME": str(self.folder), "LC_ALL": "C.UTF-8"}
+        self.here = {"cwd": self.folder, "env": self.environment}
 
     def test_manual_page_has_everything(self):
         page = (FOLDER / "sabxml.1").read_text(encoding="utf-8").replace("\\-", "-")
@@ -95,20 +102,13 @@ class Files(unittest.TestCase):
         for section in ("NAME", "SYNOPSIS", "EXAMPLES", "ENVIRONMENT", "EXIT STATUS"):
             self.assertRegex(page, f'(?m)^\\.SH "?{section}')
 
+    @needs("groff")
     def test_manual_page_is_understood(self):
-        if not shutil.which("groff"):
-            self.skipTest("groff is not installed")
-        code, output, errors = run("groff", "-man", "-ww", "-Tutf8", "-rLL=200n", FOLDER / "sabxml.1")
-        self.assertEqual((0, ""), (code, errors))
+        output = run("groff", "-man", "-ww", "-Tutf8", "-rLL=200n", FOLDER / "sabxml.1")
         text = re.sub(".\b", "", re.sub(r"\x1b\[[\d;]*m", "", output))
         for line in ("sabxml settings diff [OPTIONS] CLASS A B NODEPATH [NODEPATH_B]",
                      "sabxml show --json templates/*.xml", "0x… is understood"):
             self.assertIn(line, text)
-
-    def output_of(self, *command):
-        _, output, errors = run(*command, cwd=self.folder, env=self.environment)
-        self.assertEqual("", errors)
-        return output
 
     def check_completions(self, complete):
         for line, expected, is_all in COMPLETIONS:
@@ -121,29 +121,25 @@ class Files(unittest.TestCase):
                   'COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _sabxml; printf "%s\\n" "${COMPREPLY[@]}"')
 
         def complete(line):
-            return sorted(self.output_of("bash", "-c", script, "bash", FOLDER / "sabxml.bash",
-                                         line).split())
+            return sorted(run("bash", "-c", script, "bash", FOLDER / "sabxml.bash", line,
+                              **self.here).split())
 
         self.check_completions(complete)
         for line in ("sabxml --colour = a", "sabxml show --colour = a"):  # as bash splits it
             self.assertEqual(["always", "auto"], complete(line))
         self.assertEqual([], complete("sabxml get VeAppParser first.xml f"))
 
+    @needs("fish")
     def test_fish(self):
-        if not shutil.which("fish"):
-            self.skipTest("fish is not installed")
-
         def complete(line):
-            output = self.output_of("fish", "--no-config", "-c",
-                                    "source $argv[1]; complete -C $argv[2]",
-                                    FOLDER / "sabxml.fish", line)
+            output = run("fish", "--no-config", "-c", "source $argv[1]; complete -C $argv[2]",
+                         FOLDER / "sabxml.fish", line, **self.here)
             return sorted(line.split("\t")[0].rstrip("/") for line in output.splitlines())
 
         self.check_completions(complete)
 
+    @needs("zsh")
     def test_zsh(self):
-        if not shutil.which("zsh"):
-            self.skipTest("zsh is not installed")
         # Its completion works in an interactive line only, so one is typed on a terminal.
         controller, terminal = pty.openpty()
         environment = {**self.environment, "FUNCTIONS": str(FOLDER), "TERM": "dumb"}
