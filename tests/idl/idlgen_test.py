@@ -69,29 +69,17 @@ class Generator(unittest.TestCase):
 
     def test_writes_every_output_and_nothing_twice(self):
         with tempfile.TemporaryDirectory() as folder:
-            text = HEAD + NAME + "\n" + TAIL
+            # The second byte of the last character is a backslash, which has to be escaped.
+            help_text = "名称" + next(c for c in map(chr, range(0x4E00, 0x9FA5))
+                                    if c.encode("gbk")[1:] == b"\\")
+            text = HEAD + NAME.replace("名称", help_text) + "\n" + TAIL
             self.assertEqual("", generate(text, folder).stderr)
             out = Path(folder) / "out"
-            header = (out / "include/SabXmlParser.h").read_text(encoding="utf-8")
-            self.assertIn("virtual HRESULT STDMETHODCALLTYPE get_Name(BSTR* pVal) = 0;", header)
-            edge = (out / "generated/edge.h").read_text(encoding="utf-8")
-            self.assertIn("return ReadMember(Base::Origin(), this->fields, &F::Name, pVal);", edge)
-            self.assertIn("CLSID_Thing = {0x00000000, 0x0000, 0x0000, "
-                          "{0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x03}}", header)
-            plain = (out / "SabXmlParser.gbk.idl").read_bytes()
-            self.assertIn("名称".encode("gbk"), plain)
+            self.assertIn(help_text.encode("gbk") + b"\\", (out / "SabXmlParser.gbk.idl").read_bytes())
             stamps = {p: p.stat().st_mtime_ns for p in out.rglob("*") if p.is_file()}
             self.assertEqual(8, len(stamps))
             generate(text, folder)
             self.assertEqual(stamps, {p: p.stat().st_mtime_ns for p in stamps})
-
-    def test_a_second_byte_that_is_a_backslash_is_escaped(self):
-        with tempfile.TemporaryDirectory() as folder:
-            character = next(c for c in map(chr, range(0x4E00, 0x9FA5))
-                             if c.encode("gbk")[1:] == b"\\")
-            generate(HEAD + NAME.replace("名称", character) + "\n" + TAIL, folder)
-            plain = (Path(folder) / "out/SabXmlParser.gbk.idl").read_bytes()
-            self.assertIn(character.encode("gbk") + b"\\", plain)
 
 
 if __name__ == "__main__":
