@@ -23,11 +23,6 @@ Key& HiveFile::Tree() {
   return *tree_;
 }
 
-ULONGLONG HiveFile::Generation() {
-  Tree();
-  return generation_;
-}
-
 void HiveFile::Read() {
   if (tree_ && IdentifyHive(path_) == read_from_) return;
   tree_.reset();

@@ -18,8 +18,8 @@ class HiveFile {
 
   /// What the file says now, or within a change what it will say.
   Key& Tree();
-  /// A number of what Tree() says now, which no earlier state had.
-  ULONGLONG Generation();
+  /// A number of what Tree() said the last time, which no earlier state had.
+  ULONGLONG Generation() const { return generation_; }
 
   /// Until the matching End, other processes wait and nothing reaches the file. Changes within
   /// another one are parts of it.

@@ -1,15 +1,13 @@
 #include <sabxml/com.h>
-#include <sabxml/com/registry_change.h>
 
 #include <cstring>
-#include <mutex>
 #include <string>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "sabcom/errors.h"
 #include "sabcom/modules.h"
+#include "sabcom/registry_reading.h"
 #include "sabcom/utf.h"
 
 namespace {
@@ -24,48 +22,28 @@ void CheckAnswer(LSTATUS status) {
   throw NoAnswer{status == ERROR_OUTOFMEMORY ? E_OUTOFMEMORY : REGDB_E_READREGDB};
 }
 
-// An open key of the classes; null for an unknown one.
-class OpenKey {
- public:
-  OpenKey(HKEY root, const std::u16string& path) {
-    const LSTATUS status = RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key_);
-    if (status != ERROR_FILE_NOT_FOUND) CheckAnswer(status);
-  }
-  OpenKey(const OpenKey&) = delete;
-  OpenKey& operator=(const OpenKey&) = delete;
-  ~OpenKey() {
-    if (key_) RegCloseKey(key_);
-  }
-  HKEY Get() const { return key_; }
-
- private:
-  HKEY key_ = nullptr;
-};
-
 // The default value of a key; empty without one that is a text.
-std::u16string TextOf(HKEY key) {
-  std::vector<BYTE> data;
-  DWORD size = 0;
-  DWORD type = REG_NONE;
-  LSTATUS status = RegQueryValueExW(key, nullptr, nullptr, &type, nullptr, &size);
-  // Another process may write a longer one meanwhile.
-  while (status == ERROR_MORE_DATA || (status == ERROR_SUCCESS && data.size() < size)) {
-    data.resize(size);
-    status = RegQueryValueExW(key, nullptr, nullptr, &type, data.data(), &size);
-  }
-  if (status != ERROR_FILE_NOT_FOUND) CheckAnswer(status);
-  if (status != ERROR_SUCCESS || (type != REG_SZ && type != REG_EXPAND_SZ)) return {};
-  std::u16string text(size / sizeof(char16_t), u'\0');  // half a unit at the end is no text
-  if (!text.empty()) std::memcpy(text.data(), data.data(), text.size() * sizeof(char16_t));
+std::u16string TextOf(const sabcom::Key& key) {
+  const auto found = key.values.find(std::u16string());
+  if (found == key.values.end()) return {};
+  const sabcom::Value& value = found->second;
+  if (value.type != REG_SZ && value.type != REG_EXPAND_SZ) return {};
+  std::u16string text(value.data.size() / sizeof(char16_t), u'\0');  // half a unit is no text
+  if (!text.empty()) std::memcpy(text.data(), value.data.data(), text.size() * sizeof(char16_t));
   return text.substr(0, text.find(u'\0'));
 }
 
 // The default value of a key of the classes: of the user's own, before that of the machine.
+std::u16string ClassText(sabcom::Key& tree, const std::u16string& path) {
+  const sabcom::Key* key = tree.Find(u"HKEY_CURRENT_USER\\Software\\Classes\\" + path);
+  if (!key) key = tree.Find(u"HKEY_CLASSES_ROOT\\" + path);
+  return key ? TextOf(*key) : std::u16string();
+}
 std::u16string ClassText(const std::u16string& path) {
-  const OpenKey own(HKEY_CURRENT_USER, u"Software\\Classes\\" + path);
-  if (own.Get()) return TextOf(own.Get());
-  const OpenKey of_all(HKEY_CLASSES_ROOT, path);
-  return of_all.Get() ? TextOf(of_all.Get()) : std::u16string();
+  std::u16string text;
+  CheckAnswer(
+      sabcom::ReadRegistry([&](sabcom::Key& tree, ULONGLONG) { text = ClassText(tree, path); }));
+  return text;
 }
 
 // The code of what stops a lookup.
@@ -91,28 +69,20 @@ struct ClassHash {
   std::size_t operator()(REFCLSID clsid) const { return clsid.Data1; }
 };
 
-// Which library the registry has for each class that was asked for, as of one of its states.
-struct KnownLibraries {
-  std::mutex lock;
-  ULONGLONG generation = 0;
-  std::unordered_map<CLSID, std::u16string, ClassHash> paths;  // empty for an unknown class
-};
-
-// The library of a class; empty for an unknown one.
+// The library of a class; empty for an unknown one. What was asked for is remembered as of one
+// state of the registry.
 std::u16string LibraryOf(REFCLSID clsid) {
-  static auto* const known = new KnownLibraries;  // never destroyed: libraries unload late
-  // Before the lookup: what another process writes meanwhile must be looked up again.
-  const ULONGLONG generation = SabComRegistryGeneration();
-  {
-    const std::lock_guard guard(known->lock);
-    if (generation != std::exchange(known->generation, generation)) known->paths.clear();
-    const auto found = known->paths.find(clsid);
-    if (generation != 0 && found != known->paths.end()) return found->second;
-  }
-  const std::u16string path = ClassText(LibraryKey(clsid));
-  const std::lock_guard guard(known->lock);
-  if (generation != 0 && generation == known->generation)
-    known->paths.insert_or_assign(clsid, path);
+  using Paths = std::unordered_map<CLSID, std::u16string, ClassHash>;
+  static auto* const known = new Paths;  // never destroyed: libraries unload late
+  static ULONGLONG known_generation = 0;
+  std::u16string path;
+  CheckAnswer(sabcom::ReadRegistry([&](sabcom::Key& tree, ULONGLONG generation) {
+    if (generation != std::exchange(known_generation, generation)) known->clear();
+    auto found = known->find(clsid);
+    if (found == known->end())
+      found = known->emplace(clsid, ClassText(tree, LibraryKey(clsid))).first;
+    path = found->second;
+  }));
   return path;
 }
 

@@ -12,6 +12,7 @@
 
 #include "sabcom/errors.h"
 #include "sabcom/hive_file.h"
+#include "sabcom/registry_reading.h"
 #include "sabcom/utf.h"
 
 // An open key is a path: the tree may be read again at any time, and a key that another
@@ -160,12 +161,18 @@ LSTATUS SabComEndRegistryChange(BOOL keep) {
 }
 
 ULONGLONG SabComRegistryGeneration() {
-  ULONGLONG generation = 0;
-  Guarded([&] {
-    generation = HiveFile::Instance().Generation();
+  ULONGLONG current = 0;
+  sabcom::ReadRegistry([&current](Key&, ULONGLONG generation) { current = generation; });
+  return current;
+}
+
+LSTATUS sabcom::ReadRegistry(
+    const std::function<void(Key& tree, ULONGLONG generation)>& body) noexcept {
+  return Guarded([&body] {
+    HiveFile& hive = HiveFile::Instance();
+    body(hive.Tree(), hive.Generation());
     return ERROR_SUCCESS;
   });
-  return generation;
 }
 
 LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR path, DWORD, LPWSTR, DWORD, REGSAM,
