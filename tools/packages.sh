@@ -1,6 +1,8 @@
 # Installs what is missing on a Debian 12. Sourced by the other tools.
 #
 #   need_packages PACKAGE...   does nothing where all of them are installed
+#   own_apt FOLDER KIND [OPTION...]   sets the array apt: apt-get with lists of its own below FOLDER,
+#                              for what the machine's apt is not set up for; KIND is deb or deb-src
 
 need_packages() {
   local missing=()
@@ -16,6 +18,23 @@ need_packages() {
   "${as_root[@]}" apt-get update -qq >&2
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends \
     "${missing[@]}" >&2
+}
+
+own_apt() {
+  local folder=$1
+  local kind=$2
+  shift 2
+  mkdir -p "$folder"/{etc/apt/apt.conf.d,etc/apt/preferences.d,var/lib/dpkg,var/lib/apt/lists/partial} \
+    "$folder"/{var/cache/apt/archives/partial,var/log/apt}
+  : >"$folder/var/lib/dpkg/status"
+  local keys=/usr/share/keyrings/debian-archive-keyring.gpg
+  local mirror
+  mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Origin: Debian' \
+    'Label: Debian' 'Codename: bookworm' | head -1)
+  echo "$kind [signed-by=$keys] $mirror bookworm main" >"$folder/etc/apt/sources.list"
+  apt=(apt-get -qq -o "Dir=$folder" -o "Dir::State::status=$folder/var/lib/dpkg/status"
+    -o APT::Sandbox::User= -o Debug::NoLocking=true "$@")
+  "${apt[@]}" update
 }
 
 build_packages=(g++ cmake ninja-build ccache python3 libpugixml-dev libcli11-dev nlohmann-json3-dev)
