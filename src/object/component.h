@@ -11,6 +11,7 @@
 #include "base/com_ptr.h"
 #include "base/counted.h"
 #include "base/module_lock.h"
+#include "base/own_object.h"
 #include "generated/coclasses.h"
 #include "generated/dispatch_tables.h"
 #include "generated/edge.h"
@@ -84,7 +85,7 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   HRESULT QueryOwnInterface(REFIID riid, void** object) {
     if (!object) return E_POINTER;
     *object = nullptr;
-    if (riid == IID_IUnknown || riid == IID_IDispatch) {
+    if (riid == IID_IUnknown || riid == IID_IDispatch || riid == kOwnObjectId) {
       *object = static_cast<IDispatch*>(this);
     } else if (riid == IID_ISupportErrorInfo) {
       return SupportErrorInfo::Create(this, InterfaceInfoOf<Interface>(), object);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "base/text.h"
 
@@ -19,11 +21,12 @@ class FileLock {
   FileLock& operator=(const FileLock&) = delete;
   ~FileLock();
 
-  static constexpr std::intptr_t kNone = -1;
-  /// What the system calls the file that is open for the lock; kNone where nothing is locked.
-  std::intptr_t Handle() const { return file_; }
+  /// Reads the file that is locked, or would be; as ReadFileBytes.
+  std::optional<std::string> ReadBytes(TextView name, std::string& reason) const;
 
  private:
+  static constexpr std::intptr_t kNone = -1;
+
   std::intptr_t file_ = kNone;
 };
 

@@ -9,18 +9,18 @@ CatalogueLoading::CatalogueLoading() {
   if (!ComponentCreator::Current()) own_.emplace();
 }
 
-ConfigElement ElementToLoad(const Address& node) {
+HandedElement ElementToLoad(const Address& node) {
   if (node.value == 0) {
     throw ComError(kInvalidCatalogue, std::string(node.class_name) +
                                           " was given no element to load: hand it the handle of "
                                           "the node that its parser reads.");
   }
-  if (node.is_from_script && !ConfigNodeHandle::IsLive(node.value)) {
+  if (node.is_from_script && !NodeHandle::Find(node.value)) {
     throw ComError(E_INVALIDARG, std::string(node.class_name) +
                                      " was given a number that is no handle of an element; only "
                                      "the parser of its owner can load it.");
   }
-  return ConfigElement::OfHandle(node.value);
+  return HandedElement(node.value);
 }
 
 void CheckLoaded(HRESULT result, const std::string& what) {

@@ -4,7 +4,8 @@
 #include <string>
 
 #include "automation/takes_addresses.h"
-#include "common/config_document.h"
+#include "common/config_element.h"
+#include "platform/node_handle.h"
 #include "server/component_creator.h"
 
 namespace sab {
@@ -30,7 +31,7 @@ class CatalogueLoading {
 /// The element that a Load method was handed. Raises ComError: kInvalidCatalogue for no handle,
 /// E_INVALIDARG for one that does not hold.
 /// @param node the handle of a node, as the parser of its owner hands it on
-ConfigElement ElementToLoad(const Address& node);
+HandedElement ElementToLoad(const Address& node);
 
 /// Raises ComError if a part, which may be another library's, failed to load; the message has what
 /// the part itself said.

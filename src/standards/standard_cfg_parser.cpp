@@ -23,8 +23,8 @@ void StandardCfgFields::Load(TextView path) {
   for (const ConfigElement child : catalogue.Children()) {
     ++place;
     const auto standard = loading.Creator().Create<coclass::VeStandardParser>();
-    const ConfigNodeHandle handle(child);
-    CheckLoaded(standard->Load(handle.Get()), Describe(file.File(), child, place));
+    NodeHandle handle(child.Place());
+    CheckLoaded(standard->Load(handle.For(*standard)), Describe(file.File(), child, place));
     Check(StandardParserColl->AddTail(standard.Get(), nullptr),
           "The list of standards could not be filled.");
   }

@@ -31,8 +31,8 @@ void ReadSymbols(IVeStandardParser& self, StandardParserFields& standard,
     const auto symbol = loading.Creator().Create<coclass::VeStdSymbolParser>();
     // Before it loads, so that its revisions may ask; a class that does not care need not know.
     symbol->SetAttachStdInfo(&self);
-    const ConfigNodeHandle handle(child);
-    CheckLoaded(symbol->Load(handle.Get()), "symbol " + std::to_string(place));
+    NodeHandle handle(child.Place());
+    CheckLoaded(symbol->Load(handle.For(*symbol)), "symbol " + std::to_string(place));
     Check(standard.SymbolParserColl->AddTail(symbol.Get(), nullptr),
           "The list of symbols could not be filled.");
   }
@@ -41,7 +41,8 @@ void ReadSymbols(IVeStandardParser& self, StandardParserFields& standard,
 }  // namespace
 
 void StandardParserFields::Load(IVeStandardParser& self, const Address& node) {
-  const ConfigElement standard = ElementToLoad(node);
+  const HandedElement handed = ElementToLoad(node);
+  const ConfigElement standard(handed.Place());
   if (const auto attributes = standard.Child(kElement<formats::kStandard, "Attributes">)) {
     Reading reading;
     ReadElements(reading, attributes, Attributes::kContent, this);

@@ -10,7 +10,8 @@
 namespace sab {
 
 void StdSymRevParserFields::Load(const Address& node) {
-  const ConfigElement revision = ElementToLoad(node);
+  const HandedElement handed = ElementToLoad(node);
+  const ConfigElement revision(handed.Place());
   ReadRevisionValues(revision, values);
   Text text;
   for (const ConfigElement child : revision.Children()) {

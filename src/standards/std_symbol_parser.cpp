@@ -11,7 +11,8 @@ void StdSymbolParserFields::Load(IVeStdSymbolParser& object, const Address& node
   using Elements =
       Bound<formats::kSymbol, Bind<"Identify", &F::ID>, Bind<"CLSID", &F::CLSID>,
             Bind<"RevParserCLSID", &F::RevParserCLSID>, Call<"Revision", &F::ReadRevision>>;
-  const ConfigElement symbol = ElementToLoad(node);
+  const HandedElement handed = ElementToLoad(node);
+  const ConfigElement symbol(handed.Place());
   const CatalogueLoading loading;
   self = &object;
   Reading reading;
@@ -28,8 +29,9 @@ void StdSymbolParserFields::ReadRevision(const ConfigElement& element) {
   if (FAILED(created)) return;
   // Before it loads, so that it may ask; a class that does not care need not know.
   revision->SetAttachSymStdInfo(self);
-  const ConfigNodeHandle handle(element);
-  CheckLoaded(revision->Load(handle.Get()), "revision of " + ToUtf8(ID.state->identify.View()));
+  NodeHandle handle(element.Place());
+  CheckLoaded(revision->Load(handle.For(*revision)),
+              "revision of " + ToUtf8(ID.state->identify.View()));
   Check(RevParserColl->AddTail(revision.Get(), nullptr),
         "The list of revisions could not be filled.");
 }

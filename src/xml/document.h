@@ -62,7 +62,9 @@ class Document {
   /// Appends the text of a node: that of all text below it, joined. White space at the ends is left
   /// out, except in CDATA sections and under xml:space="preserve"; white space alone between two
   /// tags counts as one blank.
-  void AppendText(NodeIndex node, std::u16string& out) const {
+  /// @tparam Unit char16_t, or wchar_t where it has 16 bits
+  template <class Unit>
+  void AppendText(NodeIndex node, std::basic_string<Unit>& out) const {
     if (HasOnlyText(node)) {
       AppendUtf16(OnlyTextOf(node), out);
     } else {

@@ -14,9 +14,10 @@ std::string_view TrimmedStart(std::string_view text) {
 
 // Joins texts at the end of a string. White space at the ends of the whole is left out where the
 // first or last text allows it.
+template <class Unit>
 class JoinedText {
  public:
-  JoinedText(const Document& document, std::u16string& out)
+  JoinedText(const Document& document, std::basic_string<Unit>& out)
       : document_(document),
         text_(document.TextBytes().data()),
         out_(out),
@@ -47,7 +48,7 @@ class JoinedText {
     const bool is_text = node.type == NodeType::kText || node.type == NodeType::kCData ||
                          (node.flags & kHasOnlyText) != 0;
     if (!is_text) return;
-    if (has_blank_ && out_.size() > start_) out_.push_back(u' ');
+    if (has_blank_ && out_.size() > start_) out_.push_back(' ');
     has_blank_ = false;
     last_text_ = index;
   }
@@ -86,7 +87,7 @@ class JoinedText {
       const std::size_t cr = needs_decoding ? text.find('\r', p) : text.npos;
       AppendPiece(text.substr(p, cr == text.npos ? cr : cr - p), false, false);
       if (cr == text.npos) break;
-      out_.push_back(u'\n');
+      out_.push_back('\n');
       p = cr + (text.substr(cr).starts_with("\r\n") ? 2 : 1);
     }
     is_first_ = trims_end_ = false;
@@ -119,7 +120,7 @@ class JoinedText {
 
   const Document& document_;
   const char* const text_;
-  std::u16string& out_;
+  std::basic_string<Unit>& out_;
   const std::size_t start_;
   std::size_t last_piece_;  // where the last text starts
   bool is_first_ = true;
@@ -130,8 +131,12 @@ class JoinedText {
 
 }  // namespace
 
-void AppendJoinedText(const Document& document, NodeIndex node, std::u16string& out) {
+template <class Unit>
+void AppendJoinedText(const Document& document, NodeIndex node, std::basic_string<Unit>& out) {
   JoinedText(document, out).Append(node);
 }
+
+template void AppendJoinedText(const Document& document, NodeIndex node, std::u16string& out);
+template void AppendJoinedText(const Document& document, NodeIndex node, std::wstring& out);
 
 }  // namespace sab::xml

@@ -9,6 +9,7 @@ namespace sab::xml {
 class Document;
 
 /// Appends the text of a node as Document::AppendText gives it: that of all nodes in it, joined.
-void AppendJoinedText(const Document& document, NodeIndex node, std::u16string& out);
+template <class Unit>
+void AppendJoinedText(const Document& document, NodeIndex node, std::basic_string<Unit>& out);
 
 }  // namespace sab::xml

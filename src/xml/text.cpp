@@ -15,19 +15,21 @@
 namespace sab::xml {
 namespace {
 
-void AppendCode(char32_t code, std::u16string& out) {
+template <class Unit>
+void AppendCode(char32_t code, std::basic_string<Unit>& out) {
   if (code < 0x10000) {
-    out.push_back(static_cast<char16_t>(code));
+    out.push_back(static_cast<Unit>(code));
   } else {
-    out.push_back(static_cast<char16_t>(0xD7C0 + (code >> 10)));
-    out.push_back(static_cast<char16_t>(0xDC00 | (code & 0x3FF)));
+    out.push_back(static_cast<Unit>(0xD7C0 + (code >> 10)));
+    out.push_back(static_cast<Unit>(0xDC00 | (code & 0x3FF)));
   }
 }
 
 constexpr std::ptrdiff_t kStep = 16;
 
 // Writes valid UTF-8 as UTF-16 and gives its end, after which up to fifteen units are overwritten.
-char16_t* WriteUtf16(std::string_view utf8, char16_t* to) {
+template <class Unit>
+Unit* WriteUtf16(std::string_view utf8, Unit* to) {
   const char* p = utf8.data();
   const char* const end = p + utf8.size();
   while (p < end) {
@@ -48,16 +50,16 @@ char16_t* WriteUtf16(std::string_view utf8, char16_t* to) {
         *to++ = first;
         ++p;
       } else if (first < 0xE0) {
-        *to++ = static_cast<char16_t>((first & 0x1FU) << 6 | trail(1));
+        *to++ = static_cast<Unit>((first & 0x1FU) << 6 | trail(1));
         p += 2;
       } else if (first < 0xF0) {
-        *to++ = static_cast<char16_t>((first & 0x0FU) << 12 | trail(1) << 6 | trail(2));
+        *to++ = static_cast<Unit>((first & 0x0FU) << 12 | trail(1) << 6 | trail(2));
         p += 3;
       } else {
         const std::uint32_t code =
             (first & 0x07U) << 18 | trail(1) << 12 | trail(2) << 6 | trail(3);
-        *to++ = static_cast<char16_t>(0xD7C0 + (code >> 10));
-        *to++ = static_cast<char16_t>(0xDC00 | (code & 0x3FF));
+        *to++ = static_cast<Unit>(0xD7C0 + (code >> 10));
+        *to++ = static_cast<Unit>(0xDC00 | (code & 0x3FF));
         p += 4;
       }
     } while (p < end && static_cast<unsigned char>(*p) >= 0x80);
@@ -84,12 +86,34 @@ char32_t TakeReference(const char*& p) {
   return code;
 }
 
-void AppendPlain(std::string_view utf8, std::u16string& out) { AppendUtf16(utf8, out); }
+template <class Unit>
+void AppendPlain(std::string_view utf8, std::basic_string<Unit>& out) {
+  AppendUtf16(utf8, out);
+}
 void AppendPlain(std::string_view utf8, std::string& out) { out += utf8; }
 void AppendCode(char32_t code, std::string& out) { text::AppendUtf8(out, code); }
 
-template <class Output>
-void AppendDecodedTo(Output& out, std::string_view text, bool in_attribute) {
+}  // namespace
+
+template <class Unit>
+Utf16Text<Unit>::Utf16Text(std::string_view utf8) {
+  Unit* units = short_.data();
+  if (utf8.size() > kShort) {
+    long_.resize(utf8.size() + kOverwritten);  // never more units than bytes
+    units = long_.data();
+  }
+  data_ = units;
+  size_ = static_cast<std::size_t>(WriteUtf16(utf8, units) - units);
+}
+
+template <class Unit>
+void AppendUtf16(std::string_view utf8, std::basic_string<Unit>& out) {
+  const Utf16Text<Unit> text(utf8);
+  out.append(text.Data(), text.Size());
+}
+
+template <class Unit>
+void AppendDecoded(std::string_view text, bool in_attribute, std::basic_string<Unit>& out) {
   const char* p = text.data();
   const char* const end = p + text.size();
   while (p < end) {
@@ -109,30 +133,13 @@ void AppendDecodedTo(Output& out, std::string_view text, bool in_attribute) {
   }
 }
 
-}  // namespace
-
-Utf16Text::Utf16Text(std::string_view utf8) {
-  char16_t* units = short_.data();
-  if (utf8.size() > kShort) {
-    long_.resize(utf8.size() + kOverwritten);  // never more units than bytes
-    units = long_.data();
-  }
-  data_ = units;
-  size_ = static_cast<std::size_t>(WriteUtf16(utf8, units) - units);
-}
-
-void AppendUtf16(std::string_view utf8, std::u16string& out) {
-  const Utf16Text text(utf8);
-  out.append(text.Data(), text.Size());
-}
-
-void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out) {
-  AppendDecodedTo(out, text, in_attribute);
-}
-
-void AppendDecoded(std::string_view text, bool in_attribute, std::string& out) {
-  AppendDecodedTo(out, text, in_attribute);
-}
+template void AppendUtf16(std::string_view utf8, std::u16string& out);
+template void AppendUtf16(std::string_view utf8, std::wstring& out);
+template void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out);
+template void AppendDecoded(std::string_view text, bool in_attribute, std::wstring& out);
+template void AppendDecoded(std::string_view text, bool in_attribute, std::string& out);
+template class Utf16Text<char16_t>;
+template class Utf16Text<wchar_t>;
 
 bool NeedsDecoding(std::string_view text, bool in_attribute) {
   return text.find_first_of(in_attribute ? "&\r\n\t" : "&\r") != text.npos;

@@ -8,6 +8,8 @@
 namespace sab::xml {
 
 /// Valid UTF-8 as UTF-16, on the stack where it is short.
+/// @tparam Unit char16_t, or wchar_t where it has 16 bits
+template <class Unit>
 class Utf16Text {
  public:
   /// @param utf8 part of a document's text: up to fifteen bytes after it are looked at
@@ -15,28 +17,31 @@ class Utf16Text {
   Utf16Text(const Utf16Text&) = delete;
   Utf16Text& operator=(const Utf16Text&) = delete;
 
-  const char16_t* Data() const { return data_; }
+  const Unit* Data() const { return data_; }
   std::size_t Size() const { return size_; }
 
  private:
   static constexpr std::size_t kShort = 64;
   static constexpr std::size_t kOverwritten = 16;
 
-  std::array<char16_t, kShort + kOverwritten> short_;
-  std::u16string long_;
-  const char16_t* data_;
+  std::array<Unit, kShort + kOverwritten> short_;
+  std::basic_string<Unit> long_;
+  const Unit* data_;
   std::size_t size_;
 };
 
 /// Appends valid UTF-8 as UTF-16.
 /// @param utf8 part of a document's text: up to fifteen bytes after it are looked at
-void AppendUtf16(std::string_view utf8, std::u16string& out);
+/// @tparam Unit char16_t, or wchar_t where it has 16 bits
+template <class Unit>
+void AppendUtf16(std::string_view utf8, std::basic_string<Unit>& out);
 
 /// The same for text of a document: references are replaced by their characters, line ends become
 /// LF.
 /// @param in_attribute white space becomes spaces, as it does in attributes' values
-void AppendDecoded(std::string_view text, bool in_attribute, std::u16string& out);
-void AppendDecoded(std::string_view text, bool in_attribute, std::string& out);
+/// @tparam Unit char for UTF-8, else that of UTF-16
+template <class Unit>
+void AppendDecoded(std::string_view text, bool in_attribute, std::basic_string<Unit>& out);
 
 /// Whether decoding changes anything.
 bool NeedsDecoding(std::string_view text, bool in_attribute);

@@ -69,6 +69,11 @@ FileLock::FileLock(TextView name) {
                                      "was changed, try again");
 }
 
+std::optional<std::string> FileLock::ReadBytes(TextView name, std::string& reason) const {
+  return file_ != kNone ? sab::ReadBytes(static_cast<int>(file_), reason)
+                        : ReadFileBytes(name, reason);
+}
+
 FileLock::~FileLock() {
   if (file_ != kNone) close(static_cast<int>(file_));
 }

@@ -1,83 +1,84 @@
-#include "node_handle.h"
+#include "platform/node_handle.h"
 
-#include <new>
+#include <sabxml/node.h>
 
 #include "base/bstr.h"
 #include "base/com_error.h"
 
-namespace sab::backend {
+namespace sab {
 namespace {
 
-Element ElementOf(const VeXmlNode& node) {
-  return {static_cast<Document*>(node.document), static_cast<xml::NodeIndex>(node.place)};
+ElementPlace PlaceOf(const VeXmlNode& node) {
+  return {static_cast<OpenDocument*>(node.document), static_cast<xml::NodeIndex>(node.place)};
 }
 
-VeXmlNode NodeOf(const Element& element);
+const xml::Document& XmlOf(const VeXmlNode& node) { return PlaceOf(node).document->xml; }
 
-template <TextView (Element::*read)(Text&) const>
-HRESULT GetTextOf(const VeXmlNode* node, BSTR* out) {
+VeXmlNode NodeOf(ElementPlace element);
+
+// Runs what may lack memory.
+template <class Read>
+HRESULT GetText(BSTR* out, const Read& read) {
   if (!out) return E_POINTER;
   *out = nullptr;
   try {
-    Text scratch;
-    *out = Bstr((ElementOf(*node).*read)(scratch)).Detach();
+    *out = Bstr(read()).Detach();
     return S_OK;
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
   }
 }
 
-HRESULT CopyElement(const Element& element, VeXmlNode* out) {
+HRESULT CopyElement(const VeXmlNode& from, xml::NodeIndex element, VeXmlNode* out) {
   if (!out) return E_POINTER;
-  if (!element) return S_FALSE;
-  *out = NodeOf(element);
+  if (element == xml::kNoNode) return S_FALSE;
+  *out = NodeOf({PlaceOf(from).document, element});
   return S_OK;
 }
 
 constexpr VeXmlNodeFunctions kFunctions = {
-    &GetTextOf<&Element::ReadLocalName>,
-    &GetTextOf<&Element::ReadText>,
+    [](const VeXmlNode* node, BSTR* name) {
+      return GetText(name,
+                     [node] { return FromUtf8(XmlOf(*node).LocalNameOf(PlaceOf(*node).node)); });
+    },
+    [](const VeXmlNode* node, BSTR* out) {
+      return GetText(out, [node] {
+        Text text;
+        XmlOf(*node).AppendText(PlaceOf(*node).node, text);
+        return text;
+      });
+    },
     [](const VeXmlNode* node, VeXmlNode* child) {
-      return CopyElement(ElementOf(*node).FirstChild(), child);
+      return CopyElement(*node, XmlOf(*node).FirstChildElement(PlaceOf(*node).node), child);
     },
     [](const VeXmlNode* node, VeXmlNode* sibling) {
-      Element element = ElementOf(*node);
-      element.MoveToNextSibling();
-      return CopyElement(element, sibling);
+      return CopyElement(*node, XmlOf(*node).NextElement(PlaceOf(*node).node), sibling);
     },
     [](const VeXmlNode* node) -> ULONG_PTR {
-      auto* const call = static_cast<NodeHandle*>(LiveHandle::Innermost());
+      NodeHandle* const call = NodeHandle::Innermost();
       if (!call) return 0;
       try {
-        return call->Forward(*node);
+        return call->Issue(PlaceOf(*node));
       } catch (const std::bad_alloc&) {
         return 0;
       }
     },
 };
 
-VeXmlNode NodeOf(const Element& element) {
-  return {&kFunctions, element.OwningDocument(), element.Index()};
-}
+VeXmlNode NodeOf(ElementPlace element) { return {&kFunctions, element.document, element.node}; }
 
 }  // namespace
 
-NodeHandle::NodeHandle(const Element& element) : node_(NodeOf(element)) {}
-
-ULONG_PTR NodeHandle::Forward(const VeXmlNode& node) {
-  auto copy = std::make_unique<VeXmlNode>(node);
-  const ULONG_PTR handle = HandleOf(*copy);
-  forwarded_.emplace(handle, std::move(copy));
-  return handle;
+ForeignNode MakeForeignNode(ElementPlace element) {
+  auto node = std::make_shared<VeXmlNode>(NodeOf(element));
+  const auto handle = reinterpret_cast<ULONG_PTR>(node.get());
+  return {handle, std::move(node)};
 }
 
-Element ElementOfHandle(ULONG_PTR handle) {
-  if (!LiveHandle::IsLive(handle)) {
-    throw ComError(E_INVALIDARG,
-                   "The handle of a node is none that this server has handed out, or the call that "
-                   "it was handed to is over.");
-  }
-  return ElementOf(*reinterpret_cast<const VeXmlNode*>(handle));
+std::unique_ptr<OpenDocument> ReadForeignNode(ULONG_PTR, ElementPlace&) {
+  throw ComError(E_INVALIDARG,
+                 "The handle of a node is none that this server has handed out, or the call that "
+                 "it was handed to is over.");
 }
 
-}  // namespace sab::backend
+}  // namespace sab

@@ -1,6 +1,7 @@
 #include "platform/file_lock.h"
 
 #include "base/com_error.h"
+#include "platform/file.h"
 #include "platform/file_name.h"
 #include "system_file.h"
 
@@ -52,6 +53,10 @@ FileLock::FileLock(TextView name) {
                        "another program has been saving it for ten seconds; nothing was changed, "
                        "try again");
   throw ComError(HRESULT_FROM_WIN32(error), shown + Words(error));
+}
+
+std::optional<std::string> FileLock::ReadBytes(TextView name, std::string& reason) const {
+  return ReadFileBytes(name, reason);
 }
 
 FileLock::~FileLock() {
