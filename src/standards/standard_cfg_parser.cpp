@@ -7,7 +7,7 @@
 namespace sab {
 namespace {
 
-// "catalogue.xml:12:3: standard 2", without the place where the DOM does not know it.
+// "catalogue.xml:12:3: standard 2"
 std::string Describe(const std::string& file, const ConfigElement& standard, unsigned place) {
   const TextPosition position = standard.Position();
   return LoadFailure{file, position, "standard " + std::to_string(place)}.Describe();

@@ -1,4 +1,4 @@
-// What both DOMs must agree on.
+// What configuration documents do on every platform.
 
 #include "common/config_document.h"
 

@@ -261,12 +261,12 @@ class ThirdPartyRegistration {
 TEST_F(CatalogueTest, ARevisionOfAThirdPartyReadsItsElementsItself) {
   const ThirdPartyRegistration registration;
   const std::string clsid = RevisionClass(kThirdPartyRevision);
-  const std::string good =
-      Standard("<Name>N</Name>",
-               Nested("Symbol", "<Identify>1</Identify>" + clsid +
-                                    "<Revision>t<A> 字 </A><!-- c --><x:B xmlns:x='x'><C/>u</x:B>"
-                                    "<D>1<E>2</E></D></Revision>"));
-  ASSERT_EQ(S_OK, Load(Catalogue(good)));
+  const std::string good = Standard(
+      "<Name>N</Name>",
+      Nested("Symbol", "<Identify>1</Identify>" + clsid +
+                           "<Revision>t<A> \xD7\xD6 </A><!-- c --><x:B xmlns:x='x'><C/>u</x:B>"
+                           "<D>1<E>2</E></D></Revision>"));
+  ASSERT_EQ(S_OK, Load("<?xml version='1.0' encoding='GBK'?>" + Catalogue(good)));
   EXPECT_EQ("N{1(N Revision{A=字 B{C=} D{E=2}})}", Described(parser_));
 
   // It may hand elements on, as long as its own call runs.

@@ -57,6 +57,7 @@ TEST(Encoding, FilesAreReadAndWrittenInTheirOwn) {
       {"iso-8859-5", "\xB1", u"\u0411", ""},
       {"windows-1252", "\x80", u"\u20AC", ""},
       {"Windows-1251", "\xC1", u"\u0411", ""},
+      {"KOI8-R", "\xC2", u"\u0431", ""},
       {"ISO-8859-1", "&#x4E2D;&#233;", u"\u4E2D\u00E9", "&#20013;\xE9"},
       {"GB2312", "&#x1F600;", u"\U0001F600", "&#128512;"},
       {"Big5", "&#x1F527;", u"\U0001F527", "&#128295;"},

@@ -60,6 +60,7 @@ std::string SystemName(std::string_view name) {
                  [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
   if (upper == "GB2312" || upper == "GB_2312-80" || upper == "GBK") return "CP936";
   if (upper == "BIG5") return "CP950";
+  if (upper == "EUC-KR") return "CP949";
   if (upper == "SHIFT_JIS" || upper == "SHIFT-JIS") return "CP932";
   if (upper.starts_with("WINDOWS-")) return "CP" + upper.substr(8);
   return upper;
