@@ -7,12 +7,12 @@
 #include <string>
 
 #include "fuzz/choices.h"
-#include "templates/text_decoding.h"
 #include "templates/text_template.h"
+#include "xml/plain_text.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const sab::Text text =
-      sab::DecodePlainText(std::string(reinterpret_cast<const char*>(data), size));
+      sab::FromUtf8(sab::xml::DecodePlainText({reinterpret_cast<const char*>(data), size}));
   const sab::TextTemplate sections(text);
   std::size_t length = 0;
   for (std::size_t i = 0; i < sections.SectionCount(); ++i) {

@@ -7,7 +7,7 @@
 #include "common/indexes.h"
 #include "platform/file.h"
 #include "platform/resource_strings.h"
-#include "templates/text_decoding.h"
+#include "xml/plain_text.h"
 
 namespace sab {
 
@@ -17,7 +17,7 @@ void TxtTemplateFileFields::Load(TextView path) {
   const std::optional<std::string> bytes = ReadFileBytes(path, reason);
   if (!bytes) throw ComError(kDocumentNotLoaded, ToUtf8(path) + ": " + reason);
   try {
-    text = TextTemplate(DecodePlainText(*bytes));
+    text = TextTemplate(FromUtf8(xml::DecodePlainText(*bytes)));
   } catch (const std::system_error& error) {
     throw ComError(ResultOfSystemError(error), ToUtf8(path) + ": " + error.what());
   }

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace sab::text {
+
+/// How many letters of ASCII or bytes to add, leave out, replace or swap with their neighbour make
+/// one word the other (optimal string alignment). Letter case does not matter.
+std::size_t EditDistance(std::string_view a, std::string_view b);
+
+/// What words are nearest to one.
+struct Nearest {
+  std::string_view word;  ///< the first of the nearest; empty where none is near
+  bool is_only = false;   ///< no other word is as near
+};
+
+/// Of the words that a word may be a misspelling of, the nearest: a third of its letters may
+/// differ, at most four.
+Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words);
+
+}  // namespace sab::text
