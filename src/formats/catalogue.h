@@ -7,7 +7,7 @@
 namespace sab::formats {
 
 inline constexpr Rule kStandardAttributes[] = {
-    Text("Name", "Name of the standard"),
+    Text("Name", "Name of the standard").Defines(Subject::kStandard).Expected(),
     Flag("DimLink", "Whether dimensions are linked; kept as the number that it is"),
     Flag("LeaderLink", "Whether leaders are linked; kept as the number that it is"),
     Text("DimStyleName", "Style of dimensions"),
@@ -32,7 +32,8 @@ inline constexpr auto kRevision = FirstCounts({
 inline constexpr Rule kSymbol[] = {
     Text("Identify", "Identifier of the symbol in its standard").Defines(Subject::kSymbol),
     Guid("CLSID", "Class of the object in drawings"),
-    Guid("RevParserCLSID", "Class that reads the revisions; it precedes them"),
+    Guid("RevParserCLSID", "Class that reads the revisions; it precedes them")
+        .HoldsForWhatFollows(),
     Entry("Revision", kRevision, "A revision; skipped where its class does not exist"),
 };
 inline constexpr Rule kSymbols[] = {

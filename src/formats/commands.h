@@ -8,7 +8,8 @@ namespace sab::formats {
 
 inline constexpr Rule kCommand[] = {
     Text("Identify", "Identifier, by which user interfaces name the command")
-        .Defines(Subject::kCommand),
+        .Defines(Subject::kCommand)
+        .Expected(),
     Guid("CLSID", "Class that carries it out"),
     Text("Priority", "Kept as text"),
     Text("LocalName", "Name that a user sees"),
@@ -23,7 +24,7 @@ inline constexpr Rule kCommandList[] = {
 };
 
 inline constexpr auto kCommands = FirstCounts({
-    Text("Identify", "Identifier of the file").Required(),
+    Text("Identify", "Identifier of the file").Required().Defines(Subject::kCommandFile),
     Group("Commands", kCommandList, "Commands in order, with headings between them"),
 });
 

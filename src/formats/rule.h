@@ -90,7 +90,49 @@ enum class Subject : unsigned char {
   kPanel,
   kWindow,
   kSymbol,
+  kTab,
+  kButton,
+  kKeyGroup,
+  kCommandFile,
+  kStandard,
 };
+
+/// Within what an identifier must be unique, since a host looks for it there.
+enum class Scope : unsigned char {
+  kProject,      ///< all documents of an application
+  kEnvironment,  ///< all command files of an environment
+  kFile,
+  kParent,  ///< the element around the one that has the identifier
+};
+constexpr Scope ScopeOf(Subject subject) {
+  switch (subject) {
+    case Subject::kCommand:
+    case Subject::kCommandFile:
+      return Scope::kEnvironment;
+    case Subject::kMenu:
+    case Subject::kToolbar:
+    case Subject::kPanel:
+    case Subject::kWindow:
+    case Subject::kTab:
+    case Subject::kKeyGroup:
+    case Subject::kStandard:
+      return Scope::kFile;
+    case Subject::kSymbol:
+    case Subject::kButton:
+      return Scope::kParent;
+    default:
+      return Scope::kProject;
+  }
+}
+
+/// What a subject is called: "command".
+constexpr std::string_view NameOf(Subject subject) {
+  constexpr std::string_view kNames[] = {
+      "",       "application",   "template",     "module",  "environment", "command",
+      "menu",   "toolbar",       "panel",        "window",  "symbol",      "tab",
+      "button", "group of keys", "command file", "standard"};
+  return kNames[static_cast<std::size_t>(subject)];
+}
 
 enum class Role : unsigned char {
   kNone,
@@ -138,6 +180,11 @@ struct Rule {
   std::string_view when_missing = {};  ///< taken for its text if the element is missing
   bool also_when_empty = false;        ///< when_missing also replaces an empty text
   std::string_view initial = {};       ///< value without the element, unless it is the usual one
+  bool is_any_text = false;            ///< a text that its type does not expect is kept as well
+  bool holds_for_following = false;    ///< for the entries between this one and the next
+  bool is_expected = false;            ///< what lacks it is read, but of no use
+  std::int64_t least = INT64_MIN;      ///< of a number, where the type allows more
+  std::int64_t most = INT64_MAX;       ///< the same
   const Rule* content = nullptr;       ///< what it may hold
   std::size_t content_size = 0;
 
@@ -181,6 +228,12 @@ struct Rule {
   /// @param getter method of the parser that gives the paths
   constexpr Rule LeadsTo(Kind kind, std::string_view getter) const {
     return With(&Rule::role, Role::kLeadsTo).With(&Rule::leads_to, kind).Of(getter);
+  }
+  constexpr Rule OrAnyText() const { return With(&Rule::is_any_text, true); }
+  constexpr Rule HoldsForWhatFollows() const { return With(&Rule::holds_for_following, true); }
+  constexpr Rule Expected() const { return With(&Rule::is_expected, true); }
+  constexpr Rule From(std::int64_t lowest, std::int64_t highest = INT64_MAX) const {
+    return With(&Rule::least, lowest).With(&Rule::most, highest);
   }
   constexpr Rule Of(std::string_view name_of_member) const {
     return With(&Rule::member, name_of_member);

@@ -25,7 +25,7 @@ inline constexpr auto kRetainedStyles = FirstCounts({
 });
 
 inline constexpr Rule kMatchRule[] = {
-    Text("Key", "Key of the rule"),
+    Text("Key", "Key of the rule").Expected(),
     Text("Value", "A value that belongs to the key").Each(),
 };
 inline constexpr Rule kMatchRules[] = {
@@ -41,7 +41,7 @@ inline constexpr Rule kAutomaticLayers[] = {
 };
 
 inline constexpr Rule kVisualStyle[] = {
-    Text("StyleID", "Identifier of the style"),
+    Text("StyleID", "Identifier of the style").Expected(),
     Text("StyleName", "Name of the style"),
 };
 inline constexpr Rule kVisualStyles[] = {
@@ -53,7 +53,7 @@ inline constexpr auto kSystemSettings = FirstCounts({
     Int16("CmdInputHistoryMax", "How many inputs are remembered").OnlySaved(),
     Double("MaxReal", "Greatest number that is accepted"),
     Int32("FilePolicy", "How files are opened"),
-    Int32("FilePathNamePolicy", "What titles show: 0 the file name, 1 the whole path"),
+    Int32("FilePathNamePolicy", "What titles show: 0 the file name, 1 the whole path").From(0, 1),
     Int16("DefSaveFormat", "Format in which drawings are saved"),
     Flag("GenBakupFile", "Whether a save keeps the old file"),
     Flag("UpdateView", "Whether views are updated"),

@@ -9,8 +9,8 @@ inline constexpr auto kTextSettings = FirstCounts({
     Text("DefChsFont", "Default font for Chinese"),
     Text("DefWestFont", "Default font for Western scripts"),
     Int32("TxtMirrorMode", "How texts are mirrored").Of("TextMirrorMode"),
-    Int32("InCodePage", "Code page of texts that are read"),
-    Int32("OutCodePage", "Code page of texts that are written"),
+    Int32("InCodePage", "Code page of texts that are read").From(0, 65535),
+    Int32("OutCodePage", "Code page of texts that are written").From(0, 65535),
     Flag("ExplodeByOneself", "Whether the program explodes texts").Of("IsExplodeByOneself"),
     Flag("IsUseEditBckClr", "Whether the editor has a background of its own")
         .Of("IsIsUseEditBckClr"),

@@ -47,10 +47,10 @@ inline constexpr Rule kModulePaths[] = {
 };
 
 inline constexpr Rule kServicesBefore[] = {
-    Guid("Service", "Class of a service that runs first").Each().CompletesItem(),
+    Guid("Service", "Class of a service that runs first").OrAnyText().Each().CompletesItem(),
 };
 inline constexpr Rule kServicesAfter[] = {
-    Guid("Service", "Class of a service that runs last").Each().CompletesItem(),
+    Guid("Service", "Class of a service that runs last").OrAnyText().Each().CompletesItem(),
 };
 
 inline constexpr Rule kEditingObject[] = {

@@ -14,14 +14,14 @@ inline constexpr Rule kAppMode =
 
 inline constexpr std::size_t kRibbonButtonSize = 12;
 inline constexpr Rule kRibbonButton[kRibbonButtonSize] = {
-    Text("Identify", "Identifier of the button"),
+    Text("Identify", "Identifier of the button").Defines(Subject::kButton),
     Text("Command", "Command that it runs").RefersTo(Subject::kCommand),
     Text("Text", "Text on it"),
     Value<Type::kOne>("LargeImage", "1 for a large picture").Sticky(),
     Value<Type::kNotZero>("IsVisible", "0 for a hidden button").Sticky(),
     Guid("Object", "Class of the control that replaces the button"),
     Text("Menu", "Menu that it opens").RefersTo(Subject::kMenu),
-    Int32("Width", "Width"),
+    Int32("Width", "Width").From(-1),
     Text("Option", "Text for the command"),
     kAppMode,
     Entry("RibbonButton", {kRibbonButton, kRibbonButtonSize}, "A button in this one"),
@@ -48,7 +48,7 @@ inline constexpr Rule kHiddenButtons[] = {
 };
 
 inline constexpr Rule kRibbonTab[] = {
-    Text("Identify", "Identifier of the tab"),
+    Text("Identify", "Identifier of the tab").Defines(Subject::kTab),
     Text("Text", "Title"),
     Key("Key", "Key that chooses it"),
     kAppMode,
@@ -102,7 +102,7 @@ inline constexpr Rule kContextMenu[] = {Entry("Popup", kMenuItem, "A context men
 // --- toolbars, status bar, windows ---
 
 inline constexpr Rule kToolBarButton[] = {
-    Text("Identify", "Identifier of the button"),
+    Text("Identify", "Identifier of the button").Defines(Subject::kButton),
     Text("Command", "Command that it runs").RefersTo(Subject::kCommand),
     Guid("Object", "Class of the control that replaces the button"),
     kAppMode,
@@ -166,7 +166,10 @@ inline constexpr Rule kCommandImage[] = {
     Image("ImageDarkLarge", "Large picture on a dark ground"),
 };
 inline constexpr Rule kCommandUI[] = {
-    Text("Command", "Command; it precedes what belongs to it").RefersTo(Subject::kCommand),
+    Text("Command", "Command; it precedes what belongs to it")
+        .RefersTo(Subject::kCommand)
+        .HoldsForWhatFollows()
+        .Expected(),
     Entry("Accel", kCommandAccelerator, "A key of the command"),
     Entry("Prompt", kPrompt, "What a user reads about the command"),
     Entry("Instruction", kInstruction, "What a user types for the command"),
@@ -175,13 +178,13 @@ inline constexpr Rule kCommandUI[] = {
 inline constexpr Rule kCommandsUI[] = {Entry("CommandUI", kCommandUI, "What belongs to a command")};
 
 inline constexpr Rule kGroupAccelerator[] = {
-    Text("Command", "Command that the key runs").RefersTo(Subject::kCommand),
+    Text("Command", "Command that the key runs").RefersTo(Subject::kCommand).Expected(),
     Key("Key", "Key that runs the command"),
     Text("Ctrl", "Whether it is pressed together with Ctrl, as the host writes it"),
     Key("RibbonKey", "Key that chooses the command on the ribbon"),
 };
 inline constexpr Rule kAcceleratorGroup[] = {
-    Text("Identify", "Identifier of the group"),
+    Text("Identify", "Identifier of the group").Defines(Subject::kKeyGroup),
     Entry("Accel", kGroupAccelerator, "A key of a command"),
 };
 inline constexpr Rule kToolAccelerators[] = {
@@ -194,7 +197,7 @@ inline constexpr Rule kCommandSearch[] = {
     Key("Key", "Key that leads to the box"),
     Text("ToolTip", "Title of the tooltip"),
     Text("Description", "Text of the tooltip"),
-    Int32("Width", "Width").Initially("-1"),
+    Int32("Width", "Width").From(-1).Initially("-1"),
     Text("SuppressDisabledCommands", "Whether disabled commands are left out; kept as text"),
     Text("MaxResults", "How many commands are shown; kept as text"),
     Text("SearchInHiddenCategories", "Whether hidden categories are searched; kept as text"),

@@ -38,7 +38,7 @@ void Walk::Note(const Mention& mention, const Failure& failure) {
 
 void Walk::Follow(const std::string& file, const Names& names) {
   for (const auto& [path, kind] : names) {
-    const PathFinder::Found found = finder_.Find(file, path);
+    const sab::project::PathFinder::Found found = finder_.Find(file, path);
     if (found.differs_in_case) {
       warnings_.push_back(found.path + ": taken, though the letter case differs" +
                           NamedBy(file, path));

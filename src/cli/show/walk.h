@@ -9,9 +9,9 @@
 
 #include "cli/host/server.h"
 #include "cli/show/descriptor.h"
-#include "cli/show/path_finder.h"
 #include "cli/show/progress_line.h"
 #include "cli/tree_sink.h"
+#include "project/path_finder.h"
 
 namespace sabxml::cli {
 
@@ -61,7 +61,7 @@ class Walk {
   Server& server_;
   ProgressLine& progress_;
   TreeSink* json_;
-  PathFinder finder_;
+  sab::project::PathFinder finder_;
   std::size_t depth_ = 0;
   std::map<std::string, std::optional<Failure>> seen_;  // by kind and file
   std::vector<Line> lines_;

@@ -1,14 +1,13 @@
-#include "cli/show/path_finder.h"
+#include "project/path_finder.h"
 
 #include <algorithm>
 #include <filesystem>
 
 #include "text/ascii.h"
 
-namespace sabxml::cli {
-namespace {
+namespace sab::project {
 
-std::filesystem::path PathOf(const std::string& utf8) {
+std::filesystem::path PathOf(std::string_view utf8) {
   return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
@@ -17,11 +16,9 @@ std::string TextOf(const std::filesystem::path& path) {
   return std::string(text.begin(), text.end());
 }
 
-bool IsAbsolute(const std::string& path) {
-  return path.starts_with('/') || (path.size() > 1 && path[1] == ':');
+bool IsAbsolute(std::string_view path) {
+  return path.starts_with('/') || path.starts_with('\\') || (path.size() > 1 && path[1] == ':');
 }
-
-}  // namespace
 
 const std::vector<std::string>& PathFinder::NamesIn(const std::string& folder) {
   const auto [place, is_new] = names_.try_emplace(folder);
@@ -41,7 +38,7 @@ std::string PathFinder::NameOnDisk(const std::string& folder, const std::string&
   const std::vector<std::string>& names = NamesIn(folder);
   if (std::binary_search(names.begin(), names.end(), name)) return name;
   const auto found = std::find_if(names.begin(), names.end(), [&name](const std::string& other) {
-    return sab::EqualsIgnoringAsciiCase(other, name);
+    return EqualsIgnoringAsciiCase(other, name);
   });
   if (found != names.end()) return *found;
   // A folder may be open to those who know what is in it.
@@ -55,11 +52,13 @@ PathFinder::Found PathFinder::Find(const std::string& named_by, const std::strin
   std::string current = IsAbsolute(rest) ? "" : TextOf(PathOf(named_by).parent_path());
   if (!current.empty() && !current.ends_with('/')) current += '/';
   Found found;
+  found.exists = true;
   for (std::size_t at = 0; at < rest.size();) {
     const std::size_t slash = std::min(rest.find('/', at), rest.size());
     const std::string name = rest.substr(at, slash - at);
     const bool is_step = name.empty() || name == "." || name == ".." || name.ends_with(':');
     const std::string on_disk = is_step ? name : NameOnDisk(current, name);
+    found.exists = found.exists && (is_step || !on_disk.empty());
     found.differs_in_case |= !on_disk.empty() && on_disk != name;
     current += on_disk.empty() ? name : on_disk;
     if (slash < rest.size()) current += '/';
@@ -69,4 +68,4 @@ PathFinder::Found PathFinder::Find(const std::string& named_by, const std::strin
   return found;
 }
 
-}  // namespace sabxml::cli
+}  // namespace sab::project

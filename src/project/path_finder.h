@@ -1,10 +1,20 @@
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
-namespace sabxml::cli {
+namespace sab::project {
+
+/// A path in UTF-8 for the system, and back, with slashes.
+std::filesystem::path PathOf(std::string_view utf8);
+std::string TextOf(const std::filesystem::path& path);
+
+/// Whether a path starts at a root, of a drive or of a share: with a slash of either kind or a
+/// drive.
+bool IsAbsolute(std::string_view path);
 
 /// Finds the files that descriptors name. Their paths are relative to the file that names them, and
 /// were written on a system that takes backslashes and does not mind letter case.
@@ -12,6 +22,7 @@ class PathFinder {
  public:
   struct Found {
     std::string path;              ///< with slashes; what was looked for if there is no such file
+    bool exists = false;           ///< every folder on the way and the file itself are listed
     bool differs_in_case = false;  ///< the name on disk is not written as the descriptor has it
   };
 
@@ -26,4 +37,4 @@ class PathFinder {
   std::map<std::string, std::vector<std::string>> names_;  // by folder
 };
 
-}  // namespace sabxml::cli
+}  // namespace sab::project
