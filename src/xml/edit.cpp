@@ -1,7 +1,6 @@
 #include "xml/edit.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "xml/error.h"
 #include "xml/text.h"
@@ -24,6 +23,8 @@ NewElement& Editor::Append(NodeIndex parent, std::string_view name, std::u16stri
 }
 
 void Editor::SetText(NodeIndex element, std::u16string_view text) { changes_[element].text = text; }
+
+void Editor::Rename(NodeIndex element, std::string_view name) { changes_[element].name = name; }
 
 void Editor::Remove(NodeIndex element) { changes_[element].is_removed = true; }
 
@@ -177,13 +178,29 @@ Editor::Splice Editor::SpliceFor(NodeIndex element, const Change& change) const 
   return splice;
 }
 
+void Editor::AppendRenaming(NodeIndex element, std::string_view name,
+                            std::vector<Splice>& splices) const {
+  if (!document_.GetEncoding().CanEncode(name)) {
+    throw Error("the name " + std::string(name) + " cannot be written in the file's encoding");
+  }
+  const Node& node = document_.At(element);
+  const auto append = [&](std::size_t start) {
+    splices.push_back({start + node.prefix_length, start + node.name_length, std::string(name)});
+  };
+  append(node.start + std::size_t{1});
+  if ((node.flags & kIsEmptyTag) == 0) append(node.end + std::size_t{2});
+}
+
 std::string Editor::Serialise() const {
   std::vector<Splice> splices;
   NodeIndex next_kept = 0;  // elements before it are inside of what goes
   for (const auto& [element, change] : changes_) {
     if (element < next_kept) continue;
     if (change.is_removed || change.text) next_kept = document_.EndOf(element);
-    splices.push_back(SpliceFor(element, change));
+    if (change.name && !change.is_removed) AppendRenaming(element, *change.name, splices);
+    if (change.is_removed || change.text || !change.added.empty()) {
+      splices.push_back(SpliceFor(element, change));
+    }
   }
   std::sort(splices.begin(), splices.end(),
             [](const Splice& a, const Splice& b) { return a.from < b.from; });

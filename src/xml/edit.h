@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "xml/document.h"
 
@@ -38,6 +39,8 @@ class Editor {
   NewElement& Append(NodeIndex parent, std::string_view name, std::u16string_view text);
   /// Replaces the content that an element has by a text; what is appended to it comes after that.
   void SetText(NodeIndex element, std::u16string_view text);
+  /// Gives an element another local name; its prefix stays.
+  void Rename(NodeIndex element, std::string_view name);
   /// Removes an element with all that happens to it, and its line where it is alone on it.
   void Remove(NodeIndex element);
 
@@ -52,6 +55,7 @@ class Editor {
   // What happens to one element.
   struct Change {
     bool is_removed = false;
+    std::optional<std::string> name;
     std::optional<std::u16string> text;
     std::list<NewElement> added;
   };
@@ -70,6 +74,7 @@ class Editor {
     Layout Deeper() const { return {has_lines, line_start + step, step}; }
   };
 
+  void AppendRenaming(NodeIndex element, std::string_view name, std::vector<Splice>& splices) const;
   Splice SpliceFor(NodeIndex element, const Change& change) const;
   Splice SpliceForContent(NodeIndex element, const Change& change) const;
   Splice SpliceForAdded(NodeIndex parent, const std::list<NewElement>& added) const;
