@@ -25,6 +25,10 @@ void Warn(const std::string& warning);
 void AddShow(CLI::App& program, const Settings& settings);
 void AddGet(CLI::App& program, const Settings& settings);
 void AddWalk(CLI::App& program, const Settings& settings);
+/// Looks at documents without the server.
+void AddCheck(CLI::App& program, const Settings& settings);
+/// Tell of formats and identifiers without the server: find, explain, schema.
+void AddReferenceCommands(CLI::App& program);
 /// Works on files without the server.
 void AddSettingsCommands(CLI::App& program);
 void AddDescribe(CLI::App& program, const Settings& settings);

@@ -16,6 +16,7 @@ import unittest
 import xml.etree.ElementTree as ET
 from pathlib import Path
 
+from authoring import Authoring  # noqa: F401  (more tests)
 from program import (APP, COMMAND, LIBRARY, ON_32_BIT_WINDOWS, ON_WINDOWS, SETTINGS,
                      environment, native_only, run, scratch)
 from records import record_of_json, record_of_xml

@@ -1,0 +1,229 @@
+#include "check/files.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <tuple>
+
+#include "text/distance.h"
+
+namespace sab::check {
+namespace {
+
+using formats::Kind;
+using project::File;
+using project::FileIndex;
+using project::kNoFile;
+using project::Link;
+using xml::kNoNode;
+using xml::NodeIndex;
+
+std::string About(Kind kind) {
+  const std::string_view about = formats::DocumentOfKind(kind).about;
+  const bool has_vowel = about.find_first_of("aeiou") == 0;
+  return (has_vowel ? "an " : "a ") + std::string(about) + " file";
+}
+
+// The path as on disk with the separators of the document.
+std::string InStyleOf(std::string_view written, const std::string& found, const File& file) {
+  const std::filesystem::path folder = project::PathOf(file.Path()).parent_path();
+  std::string path = project::TextOf(project::PathOf(found).lexically_relative(folder));
+  if (path.empty()) return {};
+  if (written.find('\\') != written.npos) std::ranges::replace(path, '/', '\\');
+  // Only letters may differ: "..\ui\..\ui\a.xml" stays as it is.
+  return path.size() == written.size() ? path : std::string();
+}
+
+void ReportCase(Reporter& reporter, FileIndex index, NodeIndex node, std::string_view written,
+                const std::string& found) {
+  const File& file = reporter.GetProject().At(index);
+  Words words{"the path " + Quoted(written) + " is not written as the file on disk, " + found};
+  words.suggestion = InStyleOf(written, found, file);
+  if (!words.suggestion.empty()) words.fix = Fix{node, {}, words.suggestion};
+  reporter.Add(Mistake::kFileNameCase, index, file.ValueSpan(node), std::move(words));
+}
+
+// A file of the folder that the path may mean.
+std::string NearFile(const std::string& path) {
+  const std::filesystem::path wanted = project::PathOf(path);
+  std::error_code unreadable;
+  std::vector<std::string> names;
+  const std::filesystem::path folder = wanted.parent_path();
+  std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, unreadable);
+  for (; !unreadable && entry != std::filesystem::directory_iterator();
+       entry.increment(unreadable)) {
+    names.push_back(project::TextOf(entry->path().filename()));
+  }
+  std::ranges::sort(names);
+  const std::string name = project::TextOf(wanted.filename());
+  return std::string(text::FindNearest(name, {names.begin(), names.end()}).word);
+}
+
+NodeIndex SectionOf(const xml::Document& xml, NodeIndex node) {
+  while (xml.ParentOf(node) != xml.Root() && xml.ParentOf(node) != kNoNode) {
+    node = xml.ParentOf(node);
+  }
+  return node;
+}
+
+void CheckRoot(Reporter& reporter, FileIndex index, const File& file) {
+  const xml::Document& xml = file.Xml();
+  const std::string name(xml.LocalNameOf(xml.Root()));
+  const project::Span span = file.TagSpan(xml.Root());
+  if (file.GetKind() == Kind::kNone) {
+    reporter.Add(Mistake::kWrongDocumentElement, index, span,
+                 {"the document element " + Tag(name) +
+                  " is that of no known kind of file; name settings with --settings"});
+    return;
+  }
+  const formats::Document& form = formats::DocumentOfKind(file.GetKind());
+  if (name == form.root) return;
+  Words words{"the document element of " + About(file.GetKind()) + " is " + Tag(form.root) +
+              ", not " + Tag(name)};
+  if (file.KindOfRoot() != Kind::kNone) words.message += ", which is " + About(file.KindOfRoot());
+  words.suggestion = Tag(form.root);
+  const std::vector<std::string_view> roots = [] {
+    std::vector<std::string_view> all;
+    for (const formats::Document* const known : formats::Documents()) {
+      if (!known->root.empty()) all.push_back(known->root);
+    }
+    return all;
+  }();
+  const text::Nearest nearest = text::FindNearest(name, roots);
+  if (nearest.is_only && nearest.word == form.root && nearest.word != name) {
+    words.fix = Fix{xml.Root(), std::string(form.root), {}};
+  }
+  reporter.Add(Mistake::kWrongDocumentElement, index, span, std::move(words));
+}
+
+}  // namespace
+
+void CheckDocuments(Reporter& reporter) {
+  const project::Project& project = reporter.GetProject();
+  for (FileIndex index = 0; index < project.FileCount(); ++index) {
+    const File& file = project.At(index);
+    if (file.Failure()) {
+      const project::ReadFailure& failure = *file.Failure();
+      if (failure.reason == project::ReadFailure::Reason::kUnreadable) continue;
+      const bool is_encoding = failure.reason == project::ReadFailure::Reason::kEncoding;
+      reporter.AddAt(is_encoding ? Mistake::kBadEncoding : Mistake::kNotWellFormed, index,
+                     failure.place, {failure.message});
+    } else if (file.HasElements() && !file.IsOfOtherKind() && file.GetKind() != Kind::kSettings) {
+      CheckRoot(reporter, index, file);
+    }
+  }
+}
+
+void CheckLinks(Reporter& reporter) {
+  const project::Project& project = reporter.GetProject();
+  // By the section that names a file: an element of the document element.
+  std::map<std::tuple<FileIndex, NodeIndex, FileIndex>, const Link*> known;
+  for (const Link& link : project.Links()) {
+    const File& file = project.At(link.from);
+    const NodeIndex node = link.path.node;
+    const project::Span span = file.ValueSpan(node);
+    const bool is_absolute = project::IsAbsolute(link.path.text);
+    if (link.to == kNoFile) {
+      if (is_absolute || link.path.text.find("://") != link.path.text.npos) {
+        continue;  // which is reported as such
+      }
+      Words words{"there is no file " + link.found.path};
+      words.suggestion = NearFile(link.found.path);
+      reporter.Add(Mistake::kFileNotFound, link.from, span, std::move(words));
+      continue;
+    }
+    const auto [first, is_new] =
+        known.try_emplace({link.from, SectionOf(file.Xml(), node), link.to}, &link);
+    if (!is_new) {
+      Words words{"the file " + link.found.path + " is named twice"};
+      words.related.push_back(
+          {reporter.At(link.from, file.ValueSpan(first->second->path.node)), "the first time"});
+      reporter.Add(Mistake::kSameFileTwice, link.from, span, std::move(words));
+      continue;
+    }
+    const File& target = project.At(link.to);
+    const bool is_unreadable =
+        target.Failure() && target.Failure()->reason == project::ReadFailure::Reason::kUnreadable;
+    if (is_unreadable) {
+      reporter.Add(
+          Mistake::kFileNotFound, link.from, span,
+          {"the file " + link.found.path + " cannot be read: " + target.Failure()->message});
+    } else if (target.IsOfOtherKind()) {
+      Words words{link.found.path + " is " + About(target.KindOfRoot()) + ", and " +
+                  About(link.kind) + " is expected"};
+      words.related.push_back(
+          {reporter.At(link.to, target.TagSpan(target.Xml().Root())), "its document element"});
+      reporter.Add(Mistake::kWrongDocumentElement, link.from, span, std::move(words));
+    } else if (link.found.differs_in_case && !is_absolute) {
+      ReportCase(reporter, link.from, node, link.path.text, link.found.path);
+    }
+  }
+}
+
+void CheckResources(Reporter& reporter, FileIndex index, project::PathFinder& finder,
+                    const std::vector<Resource>& resources) {
+  const File& file = reporter.GetProject().At(index);
+  const xml::Document& xml = file.Xml();
+  // Folders of pictures that are given beside them: what is found there, by the element around.
+  struct Folder {
+    NodeIndex node = kNoNode;
+    bool exists = false;
+    bool is_folder = false;
+    std::string path;
+  };
+  std::map<NodeIndex, Folder> folders;
+  const auto folder_of = [&](NodeIndex picture) -> const Folder& {
+    const NodeIndex parent = xml.ParentOf(picture);
+    const auto [place, is_new] = folders.try_emplace(parent);
+    if (!is_new) return place->second;
+    for (NodeIndex child = xml.FirstChildElement(parent); child != kNoNode;
+         child = xml.NextElement(child)) {
+      const formats::Rule* const rule = file.RuleOf(child);
+      if (!rule || (rule->name != "ResourcePath" && rule->name != "ResPath")) continue;
+      const std::string_view text = file.TextOf(child);
+      if (text.empty()) continue;
+      if (project::IsAbsolute(text)) {
+        place->second.node = child;  // of another machine, perhaps
+        continue;
+      }
+      const project::PathFinder::Found found = finder.Find(file.Path(), std::string(text));
+      std::error_code ignored;
+      place->second = {child, found.exists,
+                       std::filesystem::is_directory(project::PathOf(found.path), ignored),
+                       found.path};
+    }
+    return place->second;
+  };
+  // The same picture is missing once in a file.
+  std::set<std::pair<NodeIndex, std::string_view>> told;
+  for (const Resource& resource : resources) {
+    const formats::Rule& rule = file.GetSchema().At(resource.rule);
+    const std::string_view text = file.TextOf(resource.node);
+    const bool is_picture = rule.type == formats::Type::kImage;
+    const Folder folder = is_picture ? folder_of(resource.node) : Folder();
+    // A missing folder is one mistake, and a library of resources cannot be looked into.
+    if (folder.node != kNoNode && !folder.is_folder) continue;
+    if (!told.emplace(folder.node, text).second) continue;
+    const std::string wanted(text);
+    project::PathFinder::Found found = finder.Find(file.Path(), wanted);
+    if (folder.node != kNoNode) {
+      const project::PathFinder::Found in_folder = finder.Find(folder.path + "/x", wanted);
+      if (in_folder.exists || !found.exists) found = in_folder;
+    }
+    if (found.exists) {
+      if (found.differs_in_case) ReportCase(reporter, index, resource.node, text, found.path);
+      continue;
+    }
+    Words words{"there is no file " + found.path};
+    const project::Span span = file.ValueSpan(resource.node);
+    if (!is_picture) {
+      reporter.Add(Mistake::kResourceNotFound, index, span, std::move(words));
+    } else {
+      const Severity severity = folder.node == kNoNode ? Severity::kInfo : Severity::kWarning;
+      reporter.Add(Mistake::kImageNotFound, severity, index, span, std::move(words));
+    }
+  }
+}
+
+}  // namespace sab::check

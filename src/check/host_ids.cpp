@@ -1,0 +1,63 @@
+#include "check/host_ids.h"
+
+#include <optional>
+#include <vector>
+
+#include "text/ascii.h"
+
+namespace sab::check {
+namespace {
+
+using formats::Subject;
+
+std::optional<Subject> SubjectNamed(std::string_view word) {
+  for (auto i = static_cast<int>(Subject::kApplication); i <= static_cast<int>(Subject::kStandard);
+       ++i) {
+    const auto subject = static_cast<Subject>(i);
+    const std::string_view name = formats::NameOf(subject);
+    const bool is_plural = word.size() == name.size() + 1 && word.ends_with('s');
+    if (EqualsIgnoringAsciiCase(word.substr(0, word.size() - (is_plural ? 1 : 0)), name)) {
+      return subject;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+void HostIds::Add(std::string_view lines) {
+  if (lines.starts_with("\xEF\xBB\xBF")) lines.remove_prefix(3);
+  while (!lines.empty()) {
+    std::string_view line = lines.substr(0, lines.find('\n'));
+    lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+    line = line.substr(0, line.find('#'));
+    std::vector<std::string_view> words;
+    for (std::size_t at = 0; (at = line.find_first_not_of(" \t\r:=,;", at)) != line.npos;) {
+      const std::size_t end = std::min(line.find_first_of(" \t\r:=,;", at), line.size());
+      words.push_back(line.substr(at, end - at));
+      at = end;
+    }
+    if (words.empty()) continue;
+    Subject subject = Subject::kNone;
+    std::string_view id = words.front();
+    if (words.size() > 1) {
+      if (const auto kind = SubjectNamed(words.front())) {
+        subject = *kind;
+        id = words[1];
+      } else if (const auto last = SubjectNamed(words[1])) {
+        subject = *last;
+      }
+    }
+    ids_[subject].emplace(id);
+  }
+}
+
+bool HostIds::Has(Subject subject, std::string_view id) const {
+  for (const Subject kind : {Subject::kNone, subject}) {
+    const auto found = ids_.find(kind);
+    if (found != ids_.end() && found->second.contains(id)) return true;
+  }
+  return false;
+}
+
+}  // namespace sab::check

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "formats/rule.h"
+
+namespace sab::check {
+
+/// Identifiers that the host itself defines, so that no file has to.
+class HostIds {
+ public:
+  /// Takes the lines of a file: an identifier each, before or after it the kind that it is of
+  /// ("command WK_HELP", "WK_HELP"); what follows # is a comment.
+  void Add(std::string_view lines);
+
+  bool Has(formats::Subject subject, std::string_view id) const;
+
+ private:
+  std::map<formats::Subject, std::set<std::string, std::less<>>> ids_;  // kNone for every kind
+};
+
+}  // namespace sab::check

@@ -1,0 +1,386 @@
+#include "check/names.h"
+
+#include <algorithm>
+#include <set>
+
+#include "text/ascii.h"
+#include "text/distance.h"
+#include "text/utf.h"
+
+namespace sab::check {
+namespace {
+
+using formats::Kind;
+using formats::Role;
+using formats::Scope;
+using formats::Subject;
+using project::File;
+using project::Identifier;
+using project::Occurrence;
+
+Mistake MistakeOf(Subject subject) {
+  switch (subject) {
+    case Subject::kPanel:
+      return Mistake::kUndefinedPanel;
+    case Subject::kMenu:
+      return Mistake::kUndefinedMenu;
+    case Subject::kToolbar:
+    case Subject::kWindow:
+      return Mistake::kUndefinedToolbar;
+    case Subject::kEnvironment:
+      return Mistake::kUndefinedEnvironment;
+    case Subject::kModule:
+      return Mistake::kUndefinedModule;
+    case Subject::kTemplate:
+      return Mistake::kUndefinedTemplate;
+    default:
+      return Mistake::kUndefinedCommand;
+  }
+}
+
+// What two identifiers that people take for the same have in common: small letters of normal width
+// without blanks.
+std::string PlainName(std::string_view id) {
+  std::string plain;
+  for (std::size_t i = 0; i < id.size();) {
+    const std::size_t size = std::max<std::size_t>(text::Utf8CharacterSize(id.substr(i)), 1);
+    const std::string_view character = id.substr(i, size);
+    i += size;
+    // U+FF01 to U+FF5E are ! to ~ in full width.
+    if (size == 3 && character[0] == '\xEF' && (character[1] == '\xBC' || character[1] == '\xBD')) {
+      const int low = static_cast<unsigned char>(character[2]) - 0x80;
+      const int code = (character[1] == '\xBC' ? 0 : 64) + low + 0x20;
+      if (code > 0x20 && code < 0x7F) {
+        plain += ToLowerAscii(static_cast<char>(code));
+        continue;
+      }
+    }
+    if (character == " " || character == "\t" || character == "\n" || character == "\r" ||
+        character == "\xC2\xA0" || character == "\xE3\x80\x80") {
+      continue;
+    }
+    plain += size == 1 ? std::string(1, ToLowerAscii(character[0])) : std::string(character);
+  }
+  return plain;
+}
+
+// Whether an element is not known that may have held definitions.
+bool HasUnknownParts(const File& file) {
+  if (!file.HasSchema()) return false;
+  const xml::Document& xml = file.Xml();
+  for (xml::NodeIndex node = xml.Root(); node < xml.NodeCount(); ++node) {
+    if (xml.IsElement(node) && file.PlacementOf(node) == project::Placement::kUnknown &&
+        xml.FirstChildElement(node) != xml::kNoNode) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+Names::Names(Reporter& reporter, const HostIds& host_ids)
+    : reporter_(reporter), project_(reporter.GetProject()), host_ids_(host_ids) {}
+
+Related Names::PlaceOf(const Occurrence& occurrence, std::string message) const {
+  const File& file = project_.At(occurrence.file);
+  return {reporter_.At(occurrence.file, file.ValueSpan(occurrence.identifier.node)),
+          std::move(message)};
+}
+
+std::string Names::ListOf(const Files& files) const {
+  std::string list;
+  for (const FileIndex file : files) {
+    list += (list.empty() ? "" : ", ") + project_.At(file).Path();
+  }
+  return list;
+}
+
+// --- definitions ---
+
+void Names::CheckDefinitions() {
+  Files all;
+  for (FileIndex file = 0; file < project_.FileCount(); ++file) {
+    all.push_back(file);
+    if (project_.At(file).HasSchema()) CheckDuplicates({file}, {Scope::kFile, Scope::kParent});
+  }
+  if (all.size() > 1) CheckDuplicates(all, {Scope::kProject});
+  std::set<Files> known;
+  for (const FileIndex file : all) {
+    const Kind kind = project_.At(file).GetKind();
+    const bool is_alone = kind == Kind::kCommands && project_.Parents(file).empty();
+    if (kind != Kind::kEnvironment && !is_alone) continue;
+    const Files commands = project_.Below(file, Kind::kCommands);
+    if (known.insert(commands).second) CheckDuplicates(commands, {Scope::kEnvironment});
+  }
+}
+
+void Names::CheckDuplicates(const Files& files, std::initializer_list<Scope> scopes) {
+  struct Definition {
+    FileIndex file;
+    const Identifier* identifier;
+    std::uint64_t key;
+  };
+  NameTable table;
+  std::vector<Definition> definitions;
+  for (const FileIndex index : files) {
+    const File& file = project_.At(index);
+    for (const Identifier& identifier : file.Identifiers()) {
+      const formats::Rule& rule = file.GetSchema().At(identifier.rule);
+      if (rule.role != Role::kDefines || identifier.text.empty()) continue;
+      if (definitions.empty()) definitions.reserve(file.Identifiers().size());
+      const Scope scope = formats::ScopeOf(rule.subject);
+      if (std::ranges::find(scopes, scope) == scopes.end()) continue;
+      auto key = static_cast<std::uint64_t>(rule.subject);
+      if (scope == Scope::kParent) {
+        const xml::NodeIndex owner = file.Xml().ParentOf(identifier.node);
+        key += std::uint64_t{file.Xml().ParentOf(owner)} << 8;
+      }
+      const std::uint32_t other =
+          table.Add(NameTable::HashOf(identifier.text, key),
+                    static_cast<std::uint32_t>(definitions.size()), [&](std::uint32_t number) {
+                      return definitions[number].key == key &&
+                             definitions[number].identifier->text == identifier.text;
+                    });
+      definitions.push_back({index, &identifier, key});
+      if (other == NameTable::kNone) continue;
+      const Definition& first = definitions[other];
+      // The same text twice in one element is a duplicate value.
+      if (first.file == index &&
+          file.Xml().ParentOf(first.identifier->node) == file.Xml().ParentOf(identifier.node)) {
+        continue;
+      }
+      const std::string what(formats::NameOf(rule.subject));
+      Words words{"the " + what + " " + Quoted(identifier.text) + " is defined twice"};
+      words.related.push_back(PlaceOf({first.file, *first.identifier}, "the first one"));
+      reporter_.Add(
+          rule.subject == Subject::kSymbol ? Mistake::kStandardSymbolId : Mistake::kDuplicateId,
+          index, file.ValueSpan(identifier.node), std::move(words));
+    }
+  }
+}
+
+// --- references ---
+
+Names::Index& Names::IndexOf(Subject subject, const Files& files) {
+  std::unique_ptr<Index>& index = indexes_[{subject, files}];
+  if (index) return *index;
+  index = std::make_unique<Index>();
+  for (const FileIndex at : files) {
+    const File& file = project_.At(at);
+    for (const Identifier& identifier : file.Identifiers()) {
+      const formats::Rule& rule = file.GetSchema().At(identifier.rule);
+      if (rule.role != Role::kDefines || identifier.text.empty()) continue;
+      const bool is_wanted = rule.subject == subject ||
+                             (subject == Subject::kToolbar && rule.subject == Subject::kWindow) ||
+                             (subject == Subject::kWindow && rule.subject == Subject::kToolbar);
+      if (!is_wanted) continue;
+      index->table.Add(NameTable::HashOf(identifier.text),
+                       static_cast<std::uint32_t>(index->definitions.size()),
+                       [&](std::uint32_t number) {
+                         return index->definitions[number].identifier.text == identifier.text;
+                       });
+      index->definitions.push_back({at, identifier});
+    }
+  }
+  return *index;
+}
+
+void Names::CheckReferences() {
+  for (FileIndex file = 0; file < project_.FileCount(); ++file) {
+    if (project_.At(file).HasSchema()) CheckFile(file);
+  }
+}
+
+void Names::CheckFile(FileIndex index) {
+  const File& file = project_.At(index);
+  std::map<Subject, References> by_subject;
+  References* of_subject[static_cast<std::size_t>(Subject::kStandard) + 1] = {};
+  for (const Identifier& identifier : file.Identifiers()) {
+    const formats::Rule& rule = file.GetSchema().At(identifier.rule);
+    if (rule.role != Role::kRefersTo || identifier.text.empty()) continue;
+    auto*& list = of_subject[static_cast<std::size_t>(rule.subject)];
+    if (!list) list = &by_subject[rule.subject];
+    list->push_back(&identifier);
+  }
+  for (const auto& [subject, references] : by_subject) {
+    if (subject == Subject::kCommand) {
+      CheckCommands(index, references);
+      continue;
+    }
+    const Files files = project_.DefiningFiles(index, subject);
+    const std::string what(formats::NameOf(subject));
+    if (files.empty()) {
+      reporter_.Note(file.Path() + ": " + Counted(references.size(), what + " name") +
+                     " not checked, because no file that defines a " + what + " is known");
+      continue;
+    }
+    Index& known = IndexOf(subject, files);
+    std::string broken = BrokenOf(FilesBetween(index, subject));
+    std::set<std::string_view> told;
+    for (const Identifier* const at : references) {
+      const Identifier& reference = *at;
+      if (known.Has(reference.text)) continue;
+      if (host_ids_.Has(subject, reference.text) || !told.insert(reference.text).second) continue;
+      if (!broken.empty()) {
+        NoteUnchecked(index, subject, reference.text, broken);
+        continue;
+      }
+      ReportUndefined(index, reference, subject, known);
+    }
+  }
+}
+
+// The files that must be read as they are meant before something in a file can be called undefined.
+Names::Files Names::FilesBetween(FileIndex index, Subject subject) const {
+  Files files{index};
+  const auto add = [&](FileIndex from, std::initializer_list<Kind> kinds) {
+    for (const Kind kind : kinds) {
+      for (const FileIndex file : project_.Below(from, kind)) files.push_back(file);
+    }
+  };
+  switch (subject) {
+    case Subject::kEnvironment:
+      add(index, {Kind::kModule, Kind::kEnvironment});
+      break;
+    case Subject::kModule:
+      add(index, {Kind::kModule});
+      break;
+    case Subject::kPanel:
+      add(index, {Kind::kUserInterface});
+      break;
+    case Subject::kTemplate:
+      for (const FileIndex application : project_.Above(index, Kind::kApplication)) {
+        add(application, {Kind::kApplication, Kind::kTemplate});
+      }
+      break;
+    case Subject::kCommand:
+      add(index, {Kind::kCommands});
+      break;
+    default:
+      break;
+  }
+  return files;
+}
+
+// The first of them that may lack definitions.
+std::string Names::BrokenOf(const Files& files) {
+  for (const FileIndex file : files) {
+    const auto [known, is_new] = broken_.try_emplace(file);
+    if (is_new) {
+      known->second = reporter_.MayLackDefinitions(file) || HasUnknownParts(project_.At(file));
+    }
+    if (known->second) return project_.At(file).Path();
+  }
+  return {};
+}
+
+void Names::NoteUnchecked(FileIndex file, Subject subject, std::string_view id,
+                          const std::string& broken) {
+  reporter_.Note(project_.At(file).Path() + ": the " + std::string(formats::NameOf(subject)) + " " +
+                 Quoted(id) + " is not checked, because " + broken + " has a mistake of its own");
+}
+
+// A user interface may be that of several environments, and a command that one of them lacks is
+// dead there.
+void Names::CheckCommands(FileIndex index, const References& references) {
+  const File& file = project_.At(index);
+  const Files environments = project_.Above(index, Kind::kEnvironment);
+  const std::string head =
+      file.Path() + ": " + Counted(references.size(), "command name") + " not checked, because ";
+  if (environments.empty()) {
+    reporter_.Note(head + "no environment is known that uses this file");
+    return;
+  }
+  Files all;
+  for (FileIndex i = 0; i < project_.FileCount(); ++i) {
+    if (project_.At(i).GetKind() == Kind::kCommands) all.push_back(i);
+  }
+  if (all.empty()) {
+    reporter_.Note(head + "no command file is read");
+    return;
+  }
+  Index& everywhere = IndexOf(Subject::kCommand, all);
+  Files defining;
+  for (FileIndex i = 0; i < project_.FileCount(); ++i) {
+    if (project_.At(i).GetKind() != Kind::kUserInterface) defining.push_back(i);
+  }
+  const std::string unread = BrokenOf(defining);
+  std::vector<std::pair<FileIndex, const Index*>> own;
+  for (const FileIndex environment : environments) {
+    const Files commands = project_.Below(environment, Kind::kCommands);
+    if (commands.empty() || !BrokenOf(FilesBetween(environment, Subject::kCommand)).empty())
+      continue;
+    own.emplace_back(environment, &IndexOf(Subject::kCommand, commands));
+  }
+  std::set<std::string_view> told;
+  for (const Identifier* const at : references) {
+    const Identifier& reference = *at;
+    if (everywhere.Has(reference.text)) {
+      Files lacking;
+      for (const auto& [environment, known] : own) {
+        if (!known->Has(reference.text)) lacking.push_back(environment);
+      }
+      if (lacking.empty() || host_ids_.Has(Subject::kCommand, reference.text)) continue;
+      if (!told.insert(reference.text).second) continue;
+      reporter_.Add(
+          Mistake::kCommandNotInEnvironment, index, file.ValueSpan(reference.node),
+          {"the command " + Quoted(reference.text) + " is not among those of " + ListOf(lacking)});
+      continue;
+    }
+    if (host_ids_.Has(Subject::kCommand, reference.text)) continue;
+    if (!told.insert(reference.text).second) continue;
+    if (!unread.empty()) {
+      NoteUnchecked(index, Subject::kCommand, reference.text, unread);
+      continue;
+    }
+    ReportUndefined(index, reference, Subject::kCommand, everywhere);
+  }
+}
+
+void Names::ReportUndefined(FileIndex index, const Identifier& reference, Subject subject,
+                            Index& known) {
+  const File& file = project_.At(index);
+  const project::Span span = file.ValueSpan(reference.node);
+  const std::string what = "the " + std::string(formats::NameOf(subject)) + " ";
+  if (known.by_plain_name.empty()) {
+    for (std::uint32_t i = 0; i < known.definitions.size(); ++i) {
+      known.by_plain_name.emplace(PlainName(known.definitions[i].identifier.text), i);
+    }
+  }
+  Words words;
+  const auto near = known.by_plain_name.find(PlainName(reference.text));
+  if (near != known.by_plain_name.end()) {
+    const Occurrence& definition = known.definitions[near->second];
+    words.message = what + Quoted(reference.text) + " is defined as " +
+                    Quoted(definition.identifier.text) + ": every letter counts";
+    words.suggestion = definition.identifier.text;
+    words.related.push_back(PlaceOf(definition, "the definition"));
+    reporter_.Add(Mistake::kNearMissId, index, span, std::move(words));
+    return;
+  }
+  constexpr std::size_t kMost = 5000;  // to compare with; each costs the square of its length
+  std::vector<std::string_view> names;
+  for (const Occurrence& definition : known.definitions) {
+    if (names.size() < kMost) names.push_back(definition.identifier.text);
+  }
+  words.message = what + Quoted(reference.text) + " is not defined";
+  // Identifiers have much in common, so less may differ than in words.
+  const std::string_view nearest = text::FindNearest(reference.text, names).word;
+  const std::size_t most = std::max<std::size_t>(reference.text.size() / 5, 1);
+  if (text::EditDistance(reference.text, nearest) <= most) words.suggestion = nearest;
+  const std::vector<Identifier>::size_type kMostRelated = 10;
+  for (const Identifier& other : file.Identifiers()) {
+    const formats::Rule& rule = file.GetSchema().At(other.rule);
+    if (other.node == reference.node || other.text != reference.text ||
+        rule.role != Role::kRefersTo || rule.subject != subject) {
+      continue;
+    }
+    if (words.related.size() < kMostRelated) {
+      words.related.push_back(PlaceOf({index, other}, "also used here"));
+    }
+  }
+  reporter_.Add(MistakeOf(subject), index, span, std::move(words));
+}
+
+}  // namespace sab::check

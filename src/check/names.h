@@ -1,0 +1,63 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "check/host_ids.h"
+#include "check/name_table.h"
+#include "check/reporter.h"
+
+namespace sab::check {
+
+/// Identifiers of a project: each is defined once where a host looks for it, and what is used is
+/// defined.
+class Names {
+ public:
+  Names(Reporter& reporter, const HostIds& host_ids);
+
+  void CheckDefinitions();
+  void CheckReferences();
+
+ private:
+  using FileIndex = project::FileIndex;
+  using Files = std::vector<FileIndex>;
+  using References = std::vector<const project::Identifier*>;
+
+  // The definitions of one subject in some files.
+  struct Index {
+    NameTable table;  // numbers of definitions
+    std::vector<project::Occurrence> definitions;
+    std::map<std::string, std::uint32_t> by_plain_name;  // made when a name is not found
+
+    bool Has(std::string_view text) const {
+      return table.Find(NameTable::HashOf(text), [&](std::uint32_t number) {
+        return definitions[number].identifier.text == text;
+      }) != NameTable::kNone;
+    }
+  };
+
+  void CheckDuplicates(const Files& files, std::initializer_list<formats::Scope> scopes);
+  void CheckFile(FileIndex file);
+  void CheckCommands(FileIndex file, const References& references);
+  void ReportUndefined(FileIndex file, const project::Identifier& reference,
+                       formats::Subject subject, Index& index);
+
+  Files FilesBetween(FileIndex index, formats::Subject subject) const;
+  std::string BrokenOf(const Files& files);
+  void NoteUnchecked(FileIndex file, formats::Subject subject, std::string_view id,
+                     const std::string& broken);
+
+  Index& IndexOf(formats::Subject subject, const Files& files);
+  Related PlaceOf(const project::Occurrence& occurrence, std::string message) const;
+  std::string ListOf(const Files& files) const;
+
+  Reporter& reporter_;
+  const project::Project& project_;
+  const HostIds& host_ids_;
+  std::map<FileIndex, bool> broken_;
+  std::map<std::pair<formats::Subject, Files>, std::unique_ptr<Index>> indexes_;
+};
+
+}  // namespace sab::check

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "cli/check/check_output.h"
+
+namespace sabxml::cli {
+
+/// Takes out of a result what a baseline knows. A finding is known by its file, its rule and its
+/// message, so lines may move. Raises Misunderstood for a file that cannot be read.
+void RemoveKnown(CheckResult& result, const std::string& baseline);
+
+/// The lines of a baseline that knows all of a result, sorted.
+std::string BaselineOf(const CheckResult& result);
+
+}  // namespace sabxml::cli

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "check/finding.h"
+
+namespace sabxml::cli {
+
+/// What a check has found, for printing.
+struct CheckResult {
+  sab::check::Findings findings;
+  std::size_t files = 0;
+  std::size_t old = 0;    ///< findings that the baseline knows, which are not in the list
+  std::size_t fixed = 0;  ///< places that were changed
+
+  std::size_t Count(sab::check::Severity severity) const;
+};
+
+/// A line for each finding, further places indented below it, and a last line with counts.
+void PrintText(const CheckResult& result, bool uses_colour, std::ostream& out);
+void PrintJson(const CheckResult& result, std::ostream& out);
+/// SARIF 2.1.0.
+void PrintSarif(const CheckResult& result, std::ostream& out);
+
+/// Rules in a table, and one with all that is said of it.
+void PrintRules(std::ostream& out);
+void PrintRule(const sab::check::RuleText& rule, std::ostream& out);
+
+}  // namespace sabxml::cli

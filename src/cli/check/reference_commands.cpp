@@ -1,0 +1,264 @@
+// Commands that tell of the formats and of the identifiers of a project: schema, explain, find.
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <set>
+
+#include "base/com_error.h"
+#include "cli/check/check_options.h"
+#include "cli/commands.h"
+#include "cli/display_text.h"
+#include "cli/standard_input.h"
+#include "cli/suggestion.h"
+#include "cli/tree_sink.h"
+#include "formats/manual.h"
+#include "platform/file.h"
+#include "project/project.h"
+#include "project/xml_schema.h"
+
+namespace sabxml::cli {
+namespace {
+
+namespace formats = sab::formats;
+namespace project = sab::project;
+
+const formats::Document& CheckedKind(const std::string& name) {
+  if (const formats::Document* const document = project::DocumentNamed(name)) return *document;
+  std::vector<std::string> names;
+  std::string list;
+  for (const formats::Document* const document : project::DocumentsWithElements()) {
+    names.push_back(project::ShortNameOf(*document));
+    list += (list.empty() ? "" : ", ") + names.back();
+  }
+  throw Misunderstood("there is no kind of document " + name + DidYouMean(name, names) +
+                      "; the kinds are " + list);
+}
+
+template <class Action>
+void Reporting(const char* command, const Action& action) {
+  try {
+    return action();
+  } catch (const Misunderstood& error) {
+    std::cout.flush();
+    std::cerr << "sabxml: " << AsMessage(error.what()) << "\nTry: sabxml " << command
+              << " --help\n";
+  } catch (const sab::ComError& error) {
+    throw Failure(error.what(), error.Code());
+  }
+  throw CLI::RuntimeError(2);
+}
+
+// --- schema ---
+
+void PrintSchema(const std::string& kind, const std::string& folder) {
+  if (folder.empty()) {
+    if (kind.empty()) throw Misunderstood("name a KIND, or a folder for all with --out DIR");
+    std::cout << project::XmlSchemaOf(CheckedKind(kind));
+    return;
+  }
+  std::error_code error;
+  std::filesystem::create_directories(project::PathOf(folder), error);
+  const auto write = [&folder](const std::string& name, const std::string& bytes) {
+    const std::string file = project::TextOf(project::PathOf(folder) / name);
+    sab::ReplaceFileBytes(FromUtf8(file), bytes);
+    std::cout << file << '\n';
+  };
+  for (const formats::Document* const document : project::DocumentsWithElements()) {
+    const std::string name = project::ShortNameOf(*document);
+    if (!kind.empty() && document != &CheckedKind(kind)) continue;
+    write(name + ".xsd", project::XmlSchemaOf(*document));
+  }
+  write("catalog.xml", project::XmlCatalogOfSchemas());
+}
+
+// --- explain ---
+
+std::string NeedOf(const formats::Rule& rule) {
+  if (rule.IsRequired()) return "must be there";
+  if (rule.IsForItem()) return "an entry without it is dropped";
+  if (rule.is_expected) return "the entry is of no use without it";
+  return rule.IsList() ? "any number" : "may be left out";
+}
+
+std::string DefaultOf(const formats::Rule& rule) {
+  if (!rule.when_missing.empty()) return std::string(rule.when_missing);
+  if (!rule.initial.empty()) return std::string(rule.initial);
+  if (rule.type == formats::Type::kNotZero) return "true";
+  if (rule.type >= formats::Type::kOne && rule.type <= formats::Type::kNonZero) return "false";
+  return rule.type >= formats::Type::kInt16 && rule.type <= formats::Type::kDouble ? "0" : "";
+}
+
+std::string WhichCounts(const formats::Rule& rule) {
+  switch (rule.count) {
+    case formats::Count::kFirst:
+      return "the first";
+    case formats::Count::kLast:
+      return "the last";
+    case formats::Count::kSticky:
+      return "one with the deciding text";
+    default:
+      return "";
+  }
+}
+
+// The elements that may have a content, outermost first.
+std::string PlacesOf(const project::Schema& schema, project::ContentId content) {
+  if (content == schema.RootContent()) return std::string(schema.Form().root);
+  std::set<std::string_view> known;
+  std::string places;
+  for (project::RuleId id = 1; id < schema.RuleCount(); ++id) {
+    if (schema.ContentOf(id) != content || !known.insert(schema.At(id).name).second) continue;
+    places += (places.empty() ? "" : ", ") + std::string(schema.At(id).name);
+  }
+  return places;
+}
+
+void ExplainElement(const std::string& element, const std::string& kind) {
+  std::vector<std::string> names;
+  bool is_found = false;
+  for (const formats::Document* const document : project::DocumentsWithElements()) {
+    if (!kind.empty() && document != &CheckedKind(kind)) continue;
+    const project::Schema& schema = project::Schema::Of(document->kind);
+    const auto print = [&](std::string_view name, std::string_view line) {
+      if (!line.empty()) std::cout << "  " << Padded(name, 10) << line << '\n';
+    };
+    if (element == document->root) {
+      std::cout << (is_found ? "\n" : "") << element << ": " << document->help << '\n';
+      print("is", "the document element of a file of the kind " + std::string(document->about));
+      is_found = true;
+    }
+    names.emplace_back(document->root);
+    for (project::RuleId id = 1; id < schema.RuleCount(); ++id) {
+      const formats::Rule& rule = schema.At(id);
+      names.emplace_back(rule.name);
+      if (rule.name != element) continue;
+      std::cout << (is_found ? "\n" : "") << element << ": " << rule.help << '\n';
+      print("in", PlacesOf(schema, schema.HomeOf(id)) + " (" + std::string(document->about) + ")");
+      print("type", formats::WordsFor(rule.type));
+      print("need", NeedOf(rule));
+      print("default", DefaultOf(rule));
+      print("counts", WhichCounts(rule));
+      std::string content;
+      for (const std::string_view name : schema.NamesIn(schema.ContentOf(id))) {
+        content += (content.empty() ? "" : ", ") + std::string(name);
+      }
+      print("holds", content);
+      is_found = true;
+    }
+  }
+  if (!is_found) {
+    throw Misunderstood("there is no element " + element + DidYouMean(element, names));
+  }
+}
+
+// --- find ---
+
+struct IdentifierUse {
+  std::string file;
+  sab::xml::Place place;
+  std::string subject;
+};
+
+Json UsesAsJson(const std::vector<IdentifierUse>& uses) {
+  Json list = Json::array();
+  for (const IdentifierUse& use : uses) {
+    list.push_back({{"file", use.file},
+                    {"line", use.place.line},
+                    {"column", use.place.column},
+                    {"kind", use.subject}});
+  }
+  return list;
+}
+
+void FindIdentifier(const std::string& id, const std::string& file, bool as_json) {
+  project::Source source;
+  std::string reason;
+  auto bytes = source.Read(PathToRead(file), reason);
+  if (!bytes) throw Misunderstood(file + ": " + reason);
+  if (file == kStandardInput) source.Open(file, std::move(*bytes));
+  project::Project all(source);
+  all.Read(file);
+  std::vector<IdentifierUse> definitions;
+  std::vector<IdentifierUse> references;
+  for (project::FileIndex index = 0; index < all.FileCount(); ++index) {
+    const project::File& at = all.At(index);
+    for (const project::Identifier& identifier : at.Identifiers()) {
+      const formats::Rule& rule = at.GetSchema().At(identifier.rule);
+      if (identifier.text != id || rule.role == formats::Role::kLeadsTo) continue;
+      (rule.role == formats::Role::kDefines ? definitions : references)
+          .push_back({at.Path(), at.PlaceOf(at.ValueSpan(identifier.node).from),
+                      std::string(formats::NameOf(rule.subject))});
+    }
+  }
+  if (as_json) {
+    const Json whole = {{"id", id},
+                        {"definitions", UsesAsJson(definitions)},
+                        {"references", UsesAsJson(references)}};
+    std::cout << whole.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  } else {
+    const auto print = [&id](const std::vector<IdentifierUse>& uses, const char* what) {
+      for (const IdentifierUse& use : uses) {
+        std::cout << OnOneLine(use.file) << ':' << use.place.line << ':' << use.place.column << ": "
+                  << what << ' ' << use.subject << ' ' << OnOneLine(id) << '\n';
+      }
+    };
+    print(definitions, "defines");
+    print(references, "uses");
+  }
+  if (definitions.empty() && references.empty()) {
+    throw Failure(file + ": nothing defines or uses " + id);
+  }
+}
+
+}  // namespace
+
+void AddReferenceCommands(CLI::App& program) {
+  struct Options {
+    std::string name;
+    std::string kind;
+    std::string folder;
+    std::string file = "application.xml";
+    bool as_json = false;
+  };
+  auto options = std::make_shared<Options>();
+
+  CLI::App* const find =
+      program.add_subcommand("find", "Tell where an identifier of a project is defined and used");
+  find->add_option("ID", options->name, "Identifier of a command, panel, menu, module and so on")
+      ->required();
+  find->add_option("FILE", options->file,
+                   "Document, with all that it leads to; application.xml unless another is named");
+  find->add_flag("--json", options->as_json, "Print the places as JSON");
+  find->footer("Exit codes: 0 found; 1 nothing has the identifier; 2 a file cannot be read.\n");
+  find->callback([options] {
+    Reporting("find",
+              [&options] { FindIdentifier(options->name, options->file, options->as_json); });
+  });
+
+  CLI::App* const explain =
+      program.add_subcommand("explain", "Tell what an element of a document means");
+  explain->add_option("ELEMENT", options->name, "Name of an element, as files spell it")
+      ->required();
+  explain->add_option("KIND", options->kind,
+                      "Kind of document: application, template, module, environment, commands, "
+                      "user-interface, standards, browse-history");
+  explain->footer("Example:\n  sabxml explain RibbonButton user-interface\n");
+  explain->callback([options] {
+    Reporting("explain", [&options] { ExplainElement(options->name, options->kind); });
+  });
+
+  CLI::App* const schema =
+      program.add_subcommand("schema", "Print the XML Schema of a kind of document");
+  schema->add_option("KIND", options->kind,
+                     "Kind of document: application, template, module, environment, commands, "
+                     "user-interface, standards, browse-history");
+  schema->add_option("--out", options->folder,
+                     "DIR for one file a kind, with a catalog.xml for editors");
+  schema->footer("Example:\n  sabxml schema --out schemas\n");
+  schema->callback([options] {
+    Reporting("schema", [&options] { PrintSchema(options->kind, options->folder); });
+  });
+}
+
+}  // namespace sabxml::cli

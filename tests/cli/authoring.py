@@ -1,0 +1,109 @@
+"""sabxml check, schema, find and explain from outside; command_line_test.py runs these tests."""
+
+import json
+import shutil
+import subprocess
+import unittest
+
+from program import APP, run, scratch
+
+UI = "samples/workshop/ui/drawing.xml"
+
+
+class Authoring(unittest.TestCase):
+    def setUp(self):
+        (scratch / "a").mkdir(exist_ok=True)
+        (scratch / "a/c.xml").write_bytes("<Cmd>\r\n <Identify>C</Identify>\n <Comands>\n  <!-- 字 -->"
+                                          "<group>G</group>\n </Comands>\n</Cmd>\n".encode("gb2312"))
+        text = (scratch / "a/c.xml").read_bytes()
+        (scratch / "a/c.xml").write_bytes(b'<?xml version="1.0" encoding="GB2312"?>\n' + text)
+
+    def check(self, *arguments):
+        code, out, err = run("check", "a/c.xml", "--json", *arguments)
+        return code, json.loads(out)
+
+    def test_the_sample_is_clean(self):
+        self.assertEqual(0, run("check", APP, "--fail-on", "warning")[0])
+
+    def test_json(self):
+        code, found = self.check()
+        self.assertEqual((1, 1, 2, 0),
+                         (code, found["files"], found["errors"], found["warnings"]))
+        first = found["findings"][0]
+        self.assertIn("<Comands>", first.pop("message"))
+        self.assertEqual({"file": "a/c.xml", "line": 4, "column": 2, "end_line": 4, "end_column": 10,
+                          "severity": "error", "rule": "unknown-element",
+                          "suggestion": "<Commands>", "related": []}, first)
+
+    def test_sarif(self):
+        log = json.loads(run("check", "a/c.xml", UI, "--format", "sarif")[1])
+        self.assertEqual("2.1.0", log["version"])
+        driver, results = log["runs"][0]["tool"]["driver"], log["runs"][0]["results"]
+        self.assertEqual({"name", "version", "rules"}, set(driver))
+        for result in results:
+            self.assertEqual(result["ruleId"], driver["rules"][result["ruleIndex"]]["id"])
+            self.assertIn(result["level"], ("error", "warning", "note"))
+            self.assertTrue(result["message"]["text"])
+            place = result["locations"][0]["physicalLocation"]
+            self.assertNotRegex(place["artifactLocation"]["uri"], r"^/|\\|:")
+            region = place["region"]
+            self.assertLess((region["startLine"], region["startColumn"]),
+                            (region["endLine"], region["endColumn"]))
+        self.assertEqual(2, sum(result["level"] == "error" for result in results))
+
+    def test_choices(self):
+        rules = ["--severity", "unknown-element=warning"]
+        self.assertEqual(0, self.check(*rules)[0])
+        self.assertEqual(1, self.check(*rules, "--fail-on", "warning")[0])
+        self.assertEqual(0, self.check("--fail-on", "never")[0])
+        self.assertEqual([], self.check("--disable", "unknown-element")[1]["findings"])
+        (scratch / "a/.sabxml-check").write_text("# ours\ndisable unknown-element\n")
+        self.assertEqual(0, self.check()[0])
+        (scratch / "a/.sabxml-check").write_text("disable unknown-elements\n")
+        self.assertIn("did you mean unknown-element?", run("check", "a/c.xml")[2])
+        (scratch / "a/.sabxml-check").unlink()
+        self.assertEqual(0, self.check("--baseline", "a/old", "--write-baseline")[0])
+        (scratch / "a/c.xml").write_bytes((scratch / "a/c.xml").read_bytes()
+                                          .replace(b"</Identify>", b"</Identify><Other/>"))
+        self.assertEqual(1, len(self.check("--baseline", "a/old")[1]["findings"]))
+        for arguments in (["a/none.xml"], ["a/c.xml", "--host-ids", "no"], [], ["a/c.xml", "--dry-run"],
+                          ["a/c.xml", "--severity", "bad-flag"], ["--explain", "bad"],
+                          ["a/c.xml", "--settings", "VeTxtParser"]):
+            self.assertEqual(2, run("check", *arguments)[0], arguments)
+
+    def test_fix(self):
+        before = (scratch / "a/c.xml").read_bytes()
+        code, diff, _ = run("check", "a/c.xml", "--fix", "--dry-run")
+        self.assertIn("\n- <Comands>\n+ <Commands>\n", diff)
+        self.assertEqual((0, before), (code, (scratch / "a/c.xml").read_bytes()))
+        self.assertEqual(0, run("check", "a/c.xml", "--fix")[0])
+        self.assertEqual(before.replace(b"Comands", b"Commands").replace(b"group>", b"Group>"),
+                         (scratch / "a/c.xml").read_bytes())
+
+    @unittest.skipUnless(shutil.which("xmllint"), "xmllint is not installed")
+    def test_schemas(self):
+        self.assertEqual(0, run("schema", "--out", "a/schemas")[0])
+        self.assertTrue((scratch / "a/schemas/catalog.xml").exists())
+        folders = {"templates": "template", "modules": "module", "environments": "environment",
+                   "commands": "commands", "ui": "user-interface", "standards": "standards"}
+        files = [("application", scratch / APP)] + [
+            (kind, file) for folder, kind in folders.items()
+            for file in (scratch / "samples/workshop" / folder).glob("*.xml")]
+        for kind, file in files:
+            lint = ["xmllint", "--noout", "--schema", scratch / f"a/schemas/{kind}.xsd"]
+            self.assertEqual(0, subprocess.run([*lint, file], capture_output=True).returncode, file)
+        wrong = scratch / "a/wrong.xml"
+        for bad in ("<UI><RibonBar/></UI>", "<UI><IMenu><Has>yes</Has></IMenu></UI>"):
+            wrong.write_text(bad)
+            lint = ["xmllint", "--noout", "--schema", scratch / "a/schemas/user-interface.xsd"]
+            self.assertEqual(3, subprocess.run([*lint, wrong], capture_output=True).returncode)
+
+    def test_find_and_explain(self):
+        found = json.loads(run("find", "PANEL_DRAW", APP, "--json")[1])
+        self.assertEqual([["panel"], ["panel"]], [[use["kind"] for use in found[side]]
+                                                  for side in ("definitions", "references")])
+        self.assertEqual(1, run("find", "NOTHING", APP)[0])
+        self.assertIn("ContextRibbonElement (user", run("explain", "RibbonPanel", "UI")[1])
+        self.assertIn("did you mean RibbonPanel?", run("explain", "RibonPanel")[2])
+        for kind in ("Application", "standards"):
+            self.assertIn("xs:documentation", run("schema", kind)[1])
