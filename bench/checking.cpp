@@ -10,7 +10,7 @@ namespace {
 
 using sab::bench::Kind;
 
-constexpr std::size_t kTenMegabytes = 10 << 20;
+constexpr std::size_t kFileSize = 10 << 20;
 constexpr std::size_t kTwentyKilobytes = 20 << 10;
 constexpr int kFiles = 1000;
 
@@ -24,7 +24,7 @@ std::size_t FindingsIn(const sab::project::Source& source, const std::string& fi
 void CheckUserInterface(benchmark::State& state) {
   sab::project::Source source;
   source.Open("ui.xml",
-              sab::bench::UserInterfaceFile(static_cast<Kind>(state.range(0)), kTenMegabytes));
+              sab::bench::UserInterfaceFile(static_cast<Kind>(state.range(0)), kFileSize));
   for (auto _ : state) benchmark::DoNotOptimize(FindingsIn(source, "ui.xml"));
 }
 BENCHMARK(CheckUserInterface)->Unit(benchmark::kMillisecond)->DenseRange(0, 1);
