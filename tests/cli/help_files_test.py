@@ -41,7 +41,7 @@ def helps(path=()):
 
 # the line that is being completed, its last word last; what is offered, all of it or among others
 COMPLETIONS = [
-    ("sabxml s", ["settings", "show"], True),
+    ("sabxml s", ["schema", "settings", "show"], True),
     ("sabxml settings d", ["diff", "dump"], True),
     ("sabxml --colour never settings d", ["diff", "dump"], True),
     ("sabxml --server settings d", ["describe"], True),
