@@ -95,13 +95,15 @@ class JoinedText {
 
   void TrimStart() {
     std::size_t blanks = 0;
-    while (start_ + blanks < out_.size() && IsTrimmed(out_[start_ + blanks])) ++blanks;
+    while (start_ + blanks < out_.size() && IsTrimmed(static_cast<char32_t>(out_[start_ + blanks])))
+      ++blanks;
     out_.erase(start_, blanks);
   }
 
   void TrimEnd() {
     if (!trims_end_) return;
-    while (out_.size() > last_piece_ && IsTrimmed(out_.back())) out_.pop_back();
+    while (out_.size() > last_piece_ && IsTrimmed(static_cast<char32_t>(out_.back())))
+      out_.pop_back();
   }
 
   // Whether white space that is no node follows a node, or is the first in an element.
