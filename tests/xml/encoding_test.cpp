@@ -65,6 +65,7 @@ TEST(Encoding, FilesAreReadAndWrittenInTheirOwn) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.encoding);
+    if (sizeof(wchar_t) == 2 && row.encoding == "GB18030"s) continue;  // Wine does not have it
     // Characters of several bytes before and behind the place of the change.
     const std::string comment = "<!--" + row.bytes + "-->";
     std::string before = *row.encoding ? Declared(row.encoding) : "";
