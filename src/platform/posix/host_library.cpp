@@ -1,11 +1,11 @@
 #include "platform/host_library.h"
 
 #include <dlfcn.h>
+#include <limits.h>
 #include <link.h>
 
+#include <array>
 #include <atomic>
-#include <new>
-#include <string>
 #include <string_view>
 
 namespace sab {
@@ -34,22 +34,21 @@ LoadCount CountLoads() {
 void* OpenByFileName(std::string_view wanted) {
   struct Search {
     std::string_view wanted;
-    std::string path;
+    std::array<char, PATH_MAX>
+        path;  // not allocated: without memory the host's classes still count
   } search{wanted, {}};
   // Opening it waits until the walk is over, which holds a lock of the loader.
-  dl_iterate_phdr(
+  const int is_found = dl_iterate_phdr(
       [](dl_phdr_info* library, std::size_t, void* result) {
         auto& found = *static_cast<Search*>(result);
         const std::string_view path = library->dlpi_name;
         if (path.substr(path.rfind('/') + 1) != found.wanted) return 0;
-        try {
-          found.path = path;
-        } catch (const std::bad_alloc&) {
-        }
+        if (path.size() >= found.path.size()) return 0;
+        path.copy(found.path.data(), path.size());
         return 1;
       },
       &search);
-  return search.path.empty() ? nullptr : dlopen(search.path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+  return is_found != 0 ? dlopen(search.path.data(), RTLD_LAZY | RTLD_NOLOAD) : nullptr;
 }
 
 // A name of the support library. Whether a name is in the process the system answers by opening
