@@ -1,9 +1,9 @@
 #include "support/allocation_faults.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sabxml/com.h>
 
+#include <cstdlib>
 #include <new>
 
 #include "support/open_descriptors.h"
@@ -25,26 +25,21 @@ BOOL MayAllocate(SIZE_T) {
   return TRUE;
 }
 
-// The function in whose place the executable's comes: the C++ library's, or a sanitizer's.
-template <class Function>
-Function* Next(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
 }  // namespace
 
+// All of them, so that a sanitizer sees a block taken and given back by the same pair of functions.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return MayAllocate(size) ? std::malloc(size != 0 ? size : 1) : nullptr;
+}
 void* operator new(std::size_t size) {
-  static auto* const next = Next<void*(std::size_t)>("_Znwm");
-  return MayAllocate(size) ? next(size) : throw std::bad_alloc();
+  if (void* const block = operator new(size, std::nothrow)) return block;
+  throw std::bad_alloc();
 }
-void* operator new[](std::size_t size) {
-  static auto* const next = Next<void*(std::size_t)>("_Znam");
-  return MayAllocate(size) ? next(size) : throw std::bad_alloc();
-}
-void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept {
-  static auto* const next = Next<void*(std::size_t, const std::nothrow_t&)>("_ZnwmRKSt9nothrow_t");
-  return MayAllocate(size) ? next(size, tag) : nullptr;
-}
+void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 
 namespace sab::testing {
 
