@@ -10,6 +10,9 @@
 
 namespace sab {
 
+using formats::ElementOf;
+using formats::IsText;
+using formats::IsTruth;
 using formats::Type;
 
 /// A property of 16 bits whose value is held, loaded and saved in 32: what the file says stays what
@@ -31,17 +34,6 @@ inline HRESULT PutField(WideShort& field, SHORT value) noexcept {
 
 /// A list in one text has a semicolon after each element.
 inline constexpr OLECHAR kListSeparator = ';';
-
-constexpr bool IsText(Type type) { return type >= Type::kText && type <= Type::kKey; }
-constexpr bool IsTruth(Type type) { return type >= Type::kOne && type <= Type::kNonZero; }
-
-/// The type of a list's elements; kNone for what is no list.
-constexpr Type ElementOf(Type type) {
-  return type == Type::kTextList     ? Type::kText
-         : type == Type::kInt32List  ? Type::kInt32
-         : type == Type::kUInt32List ? Type::kUInt32
-                                     : Type::kNone;
-}
 
 template <class Value>
 concept WholeNumber = std::integral<Value> || std::is_enum_v<Value>;

@@ -23,14 +23,12 @@ TextKind TextKindOf(const Rule& rule) {
       return TextKind::kPath;
     case Type::kImage:
       return TextKind::kImage;
-    case Type::kFloat:
-    case Type::kDouble:
-      return TextKind::kDecimal;
     default:
       break;
   }
-  if (rule.type >= Type::kOne && rule.type <= Type::kNonZero) return TextKind::kFlag;
-  if (rule.type >= Type::kInt16 && rule.type <= Type::kColour) return TextKind::kWhole;
+  if (IsTruth(rule.type)) return TextKind::kFlag;
+  if (IsWhole(rule.type)) return TextKind::kWhole;
+  if (IsDecimal(rule.type)) return TextKind::kDecimal;
   return TextKind::kAny;
 }
 

@@ -19,9 +19,6 @@ using project::File;
 using xml::kNoNode;
 using xml::NodeIndex;
 
-bool IsList(Type type) { return type >= Type::kTextList && type <= Type::kUInt32List; }
-bool IsWholeType(Type type) { return type >= Type::kInt16 && type <= Type::kColour; }
-
 std::vector<NodeIndex> Children(const xml::Document& xml, NodeIndex parent) {
   std::vector<NodeIndex> children;
   for (NodeIndex child = xml.FirstChildElement(parent); child != kNoNode;
@@ -115,33 +112,37 @@ class Block {
 
   void CheckKey(NodeIndex node, const Rule& rule) {
     if (rule.content_size > 0) return CheckStructure(node, rule);
-    if (const std::vector<NodeIndex> inner = Children(xml_, node); !inner.empty()) {
-      Add(Mistake::kSettingsBadStructure, file_.TagSpan(inner.front()),
-          {Tag(rule.name) + " is a value and has no elements"});
-      return;
-    }
+    if (HasElements(node, rule)) return;
     const std::string_view text = file_.TextOf(node);
     const project::Span span = file_.ValueSpan(node);
-    if (IsList(rule.type)) return CheckList(rule, text, span);
-    if (rule.type >= Type::kText && rule.type <= Type::kKey) return;
+    if (ElementOf(rule.type) != Type::kNone) return CheckList(rule, text, span);
+    if (IsText(rule.type)) return;
     if (text.empty()) {
       Add(Mistake::kSettingsBadValue, span,
           {Tag(rule.name) + " is empty, which is read as 0: give it a value, or remove it"});
       return;
     }
-    const std::optional<Complaint> complaint =
-        IsWholeType(rule.type)                                    ? AgainstWhole(rule, text)
-        : rule.type == Type::kFloat || rule.type == Type::kDouble ? AgainstDecimal(rule, text)
-                                                                  : AgainstFlag(rule, text);
+    const std::optional<Complaint> complaint = IsWhole(rule.type)     ? AgainstWhole(rule, text)
+                                               : IsDecimal(rule.type) ? AgainstDecimal(rule, text)
+                                                                      : AgainstFlag(rule, text);
     if (!complaint) return;
     Add(complaint->is_range ? Mistake::kSettingsOutOfRange : Mistake::kSettingsBadValue, span,
         {complaint->message});
   }
 
+  // Elements in a value, which are a mistake.
+  bool HasElements(NodeIndex node, const Rule& rule) {
+    const std::vector<NodeIndex> inner = Children(xml_, node);
+    if (inner.empty()) return false;
+    Add(Mistake::kSettingsBadStructure, file_.TagSpan(inner.front()),
+        {Tag(rule.name) + " is a value and has no elements"});
+    return true;
+  }
+
   void CheckList(const Rule& rule, std::string_view text, project::Span span) {
     const bool has_numbers = rule.type != Type::kTextList;
     Rule element = rule;
-    element.type = rule.type == Type::kUInt32List ? Type::kUInt32 : Type::kInt32;
+    element.type = ElementOf(rule.type);
     for (std::string_view rest = text; !rest.empty();) {
       const std::size_t end = std::min(rest.find(';'), rest.size());
       const std::string_view piece = rest.substr(0, end);
@@ -217,11 +218,7 @@ class Block {
 
   void CheckPart(NodeIndex node, const Rule& rule) {
     if (rule.content_size > 0) return CheckStructure(node, rule);
-    if (const std::vector<NodeIndex> inner = Children(xml_, node); !inner.empty()) {
-      Add(Mistake::kSettingsBadStructure, file_.TagSpan(inner.front()),
-          {Tag(rule.name) + " is a value and has no elements"});
-      return;
-    }
+    if (HasElements(node, rule)) return;
     const std::string_view text = file_.TextOf(node);
     const bool is_needed = rule.is_expected || rule.need == formats::Need::kCompletesItem;
     if (text.empty() && is_needed) {

@@ -14,31 +14,6 @@ namespace {
 
 using formats::Type;
 
-struct Range {
-  std::int64_t least;
-  std::int64_t most;
-};
-
-template <class Number>
-constexpr Range RangeOf() {
-  return {std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max()};
-}
-
-Range RangeOf(Type type) {
-  switch (type) {
-    case Type::kInt16:
-    case Type::kWideInt16:
-      return RangeOf<std::int16_t>();
-    case Type::kUInt16:
-      return RangeOf<std::uint16_t>();
-    case Type::kUInt32:
-    case Type::kColour:
-      return {RangeOf<std::int32_t>().least, RangeOf<std::uint32_t>().most};
-    default:
-      return RangeOf<std::int32_t>();
-  }
-}
-
 // Full-width digits are read as digits.
 std::string WithAsciiDigits(std::string_view text) {
   std::string ascii;
@@ -88,7 +63,7 @@ std::optional<Complaint> AgainstWhole(const formats::Rule& rule, std::string_vie
     return Complaint{false, std::string(rule.name) + " is a whole number; of " + Quoted(text) +
                                 " the server reads " + LeadingNumber(number)};
   }
-  Range range = RangeOf(rule.type);
+  formats::NumberRange range = RangeOf(rule.type);
   range.least = std::max(range.least, rule.least);
   range.most = std::min(range.most, rule.most);
   std::int64_t value = 0;

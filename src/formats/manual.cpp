@@ -92,10 +92,8 @@ class Printer {
     }
     if (rule.IsList()) return "none";
     if (rule.IsForItem()) return "the entry is skipped";
-    if (!rule.initial.empty()) return std::string(rule.initial);
-    if (rule.type == Type::kNotZero) return "true";
-    if (rule.type >= Type::kOne && rule.type <= Type::kNonZero) return "false";
-    return rule.type >= Type::kInt16 && rule.type <= Type::kDouble ? "0" : "–";
+    const std::string_view value = DefaultOf(rule);
+    return value.empty() ? "–" : std::string(value);
   }
 
   const Document& document_;

@@ -6,56 +6,13 @@
 #include <span>
 #include <string_view>
 
+#include "formats/type.h"
+
 namespace sab::formats {
 
 // What a file may hold, as data: one rule an element, in the order in which they are read, since a
 // failure keeps what was read before it. Parsers bind their values to these rules by name; the
 // documents and the command line are made from them, too. Nothing here needs a component or a file.
-
-/// What the text of an element is and which value it becomes.
-enum class Type : unsigned char {
-  kNone,  ///< no text: it has elements, or is a mark
-
-  // Kept as texts.
-  kText,
-  kGuid,   ///< identifier of a class or an interface, in braces
-  kPath,   ///< of a file or a folder
-  kUrl,    ///< address on the web
-  kImage,  ///< file name of a picture
-  kKey,    ///< name of a key on the keyboard
-
-  // Truth values, each in the manner of its files.
-  kOne,        ///< true for "1" alone
-  kNotZero,    ///< false for "0" alone
-  kOneOrTrue,  ///< true for "1", and for "true" in any letter case
-  kTrue,       ///< true for "true" in any letter case
-  kFlag,       ///< -1 is true and 0 is false; any other number is kept as it is
-  kMinusOne,   ///< true for the number -1 alone
-  kNonZero,    ///< true for every number but 0
-
-  // Numbers; a text that begins with none is 0.
-  kInt16,
-  kUInt16,
-  kWideInt16,  ///< 32 bits, all of which are kept; the property hands out 16
-  kInt32,
-  kInt32OrMax,  ///< 32 bits; "INT_MAX" is the greatest
-  kUInt32,      ///< 32 bits, written as if there were a sign
-  kColour,      ///< the same 32 bits; what they mean is the host's
-  kFloat,
-  kDouble,
-
-  // Lists: a semicolon after each element.
-  kTextList,
-  kInt32List,
-  kUInt32List,
-};
-
-/// What a file holds, without what it means to people.
-constexpr Type Basic(Type type) {
-  if (type >= Type::kText && type <= Type::kKey) return Type::kText;
-  if (type == Type::kColour) return Type::kUInt32;
-  return type == Type::kNonZero ? Type::kFlag : type;
-}
 
 /// Which of several elements of one name counts.
 enum class Count : unsigned char {
@@ -248,6 +205,15 @@ struct Rule {
   constexpr Rule OnlyLoaded() const { return With(&Rule::use, Use::kOnlyLoaded); }
   constexpr Rule OnlySaved() const { return With(&Rule::use, Use::kOnlySaved); }
 };
+
+/// The value where the element is missing; empty for a text.
+constexpr std::string_view DefaultOf(const Rule& rule) {
+  if (!rule.when_missing.empty()) return rule.when_missing;
+  if (!rule.initial.empty()) return rule.initial;
+  if (rule.type == Type::kNotZero) return "true";
+  if (IsTruth(rule.type)) return "false";
+  return IsWhole(rule.type) || IsDecimal(rule.type) ? "0" : "";
+}
 
 /// The same rules for elements that are found by their paths: the first of each counts.
 template <std::size_t kCount>

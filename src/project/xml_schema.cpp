@@ -69,7 +69,7 @@ std::string_view TypeNameOf(const Rule& rule) {
     case Type::kDouble:
       return "Decimal";
     default:
-      return rule.type >= Type::kInt16 && rule.type <= Type::kColour ? "Whole" : "Text";
+      return IsWhole(rule.type) ? "Whole" : "Text";
   }
 }
 

@@ -32,31 +32,6 @@ std::vector<std::string> PiecesOf(std::string_view list) {
                 ". Nothing was changed.");
 }
 
-struct Range {
-  std::int64_t lowest;
-  std::int64_t highest;
-};
-
-template <class Number>
-constexpr Range RangeOf() {
-  return {std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max()};
-}
-
-// What a person may write: what a host gets whole. A number without a sign also as the file has it.
-Range RangeFor(Type type) {
-  switch (type) {
-    case Type::kInt16:
-    case Type::kWideInt16:
-      return RangeOf<std::int16_t>();
-    case Type::kUInt16:
-      return RangeOf<std::uint16_t>();
-    case Type::kUInt32:
-      return {RangeOf<std::int32_t>().lowest, RangeOf<std::uint32_t>().highest};
-    default:
-      return RangeOf<std::int32_t>();
-  }
-}
-
 std::optional<std::int64_t> WholeNumber(std::string_view text, bool may_be_hexadecimal) {
   int base = 10;
   if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
@@ -72,17 +47,18 @@ std::optional<std::int64_t> WholeNumber(std::string_view text, bool may_be_hexad
   return number;
 }
 
+// What a host gets whole. A number without a sign also as the file has it.
 sab::Text CheckedNumber(std::string_view key, Type type, std::string_view text) {
-  const Range range = RangeFor(type);
-  const auto number = WholeNumber(text, type == Type::kUInt32);
-  if (!number || *number < range.lowest || *number > range.highest) {
-    const std::int64_t lowest = type == Type::kUInt32 ? 0 : range.lowest;
+  const bool has_no_sign = type == Type::kUInt32;
+  const auto [least, written_most] = sab::formats::RangeOf(type);
+  const std::int64_t most = has_no_sign ? std::numeric_limits<std::uint32_t>::max() : written_most;
+  const auto number = WholeNumber(text, has_no_sign);
+  if (!number || *number < least || *number > most) {
     Refuse(key, text,
-           "a whole number from " + std::to_string(lowest) + " to " +
-               std::to_string(range.highest) + " is wanted");
+           "a whole number from " + std::to_string(has_no_sign ? 0 : least) + " to " +
+               std::to_string(most) + " is wanted");
   }
-  return type == Type::kUInt32 ? sab::FormatInt(static_cast<std::int32_t>(*number))
-                               : sab::FormatInt(*number);
+  return has_no_sign ? sab::FormatInt(static_cast<std::int32_t>(*number)) : sab::FormatInt(*number);
 }
 
 template <class Number>
@@ -184,7 +160,7 @@ sab::Text LoadedSetting(Type type, sab::TextView saved, sab::TextView loaded) {
 bool IsSameDecimal(std::string_view a, std::string_view b) { return DecimalOf(a) == DecimalOf(b); }
 
 std::string ShownSetting(Type type, sab::TextView file_text) {
-  if (const Type element = sab::ElementOf(type); element == Type::kUInt32) {
+  if (const Type element = sab::formats::ElementOf(type); element == Type::kUInt32) {
     std::string shown;
     for (const std::string& piece : PiecesOf(sab::ToUtf8(file_text)))
       shown += ShownSetting(element, sab::FromUtf8(piece)) + ";";
@@ -198,7 +174,7 @@ std::string ShownSetting(Type type, sab::TextView file_text) {
 }
 
 Json SettingAsJson(Type type, sab::TextView file_text) {
-  if (const Type element = sab::ElementOf(type); element != Type::kNone) {
+  if (const Type element = sab::formats::ElementOf(type); element != Type::kNone) {
     Json list = Json::array();
     for (const std::string& piece : PiecesOf(sab::ToUtf8(file_text)))
       list.push_back(SettingAsJson(element, sab::FromUtf8(piece)));
@@ -240,7 +216,7 @@ sab::Text CheckedSetting(const sab::SettingsRow& row, const std::string& utf8) {
         row.key, utf8,
         "the key is a structure of elements, which can be shown and not set; the host writes it");
   }
-  const Type element = sab::ElementOf(row.type);
+  const Type element = sab::formats::ElementOf(row.type);
   if (element == Type::kNone) return CheckedSettingOf(row.key, row.type, utf8);
   sab::Text list;
   for (const std::string& piece : PiecesOf(utf8)) {
