@@ -12,7 +12,7 @@
 ///
 /// Texts are UTF-8 on the program's side.
 
-#include <sabxml/com.h>
+#include <sabxml/com_ptr.h>
 #include <sabxml/result_codes.h>
 
 #include <cstddef>
@@ -28,56 +28,9 @@
 
 namespace sabxml {
 
-// The generated header says them for every interface.
-template <class Interface>
-struct InterfaceId;
+// The generated header says it for every class.
 template <class Interface>
 struct ClassId;
-
-/// Owns one reference to an interface.
-template <class Interface>
-class ComPtr {
- public:
-  ComPtr() = default;
-  ComPtr(std::nullptr_t) {}
-  /// Adds a reference of its own.
-  explicit ComPtr(Interface* pointer) : pointer_(pointer) {
-    if (pointer_) pointer_->AddRef();
-  }
-  ComPtr(const ComPtr& other) : ComPtr(other.pointer_) {}
-  ComPtr(ComPtr&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
-  ~ComPtr() {
-    if (pointer_) pointer_->Release();
-  }
-  ComPtr& operator=(ComPtr other) noexcept {
-    std::swap(pointer_, other.pointer_);
-    return *this;
-  }
-
-  Interface* Get() const { return pointer_; }
-  Interface* operator->() const { return pointer_; }
-  Interface& operator*() const { return *pointer_; }
-  explicit operator bool() const { return pointer_ != nullptr; }
-
-  /// The place where a callee stores a new reference; what was held before is released.
-  Interface** Put() {
-    *this = nullptr;
-    return &pointer_;
-  }
-  void** PutVoid() { return reinterpret_cast<void**>(Put()); }
-  /// Hands the reference to the caller, who releases it.
-  Interface* Detach() { return std::exchange(pointer_, nullptr); }
-  /// Asks the object for another interface; empty where it has none.
-  template <class Other>
-  ComPtr<Other> As() const {
-    ComPtr<Other> other;
-    if (pointer_) pointer_->QueryInterface(InterfaceId<Other>::value, other.PutVoid());
-    return other;
-  }
-
- private:
-  Interface* pointer_ = nullptr;
-};
 
 /// A call that failed.
 class Error : public std::exception {
@@ -222,8 +175,8 @@ template <class Interface>
 ComPtr<Interface> Create(REFCLSID clsid = ClassId<Interface>::value) {
   SetErrorInfo(0, nullptr);  // the runtime sets none for a class that it does not know
   ComPtr<Interface> object;
-  Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, InterfaceId<Interface>::value,
-                         object.PutVoid()));
+  Check(
+      CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IdOf<Interface>(), object.PutVoid()));
   return object;
 }
 
@@ -237,7 +190,7 @@ ComPtr<Interface> CreateFrom(EntryPoint&& get_class_object,
   ComPtr<IClassFactory> factory;
   Check(get_class_object(clsid, kClassFactory, factory.PutVoid()));
   ComPtr<Interface> object;
-  Check(factory->CreateInstance(nullptr, InterfaceId<Interface>::value, object.PutVoid()));
+  Check(factory->CreateInstance(nullptr, IdOf<Interface>(), object.PutVoid()));
   return object;
 }
 
