@@ -4,9 +4,9 @@
 
 namespace sab {
 
-Module::Module() { current_.store(this, std::memory_order_release); }
+Module::Module() { current_ = this; }
 
-Module::~Module() { current_.store(nullptr, std::memory_order_release); }
+Module::~Module() { current_ = nullptr; }
 
 HRESULT Module::ClassObject(REFCLSID clsid, REFIID riid, void** object) noexcept {
   const std::span<const ClassEntry> classes = ClassTable();

@@ -2,7 +2,6 @@
 
 #include <sabxml/com.h>
 
-#include <atomic>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -22,7 +21,7 @@ class Module {
   Module& operator=(const Module&) = delete;
 
   /// The module, or null before the library is initialised and after it is torn down.
-  static Module* Current() { return current_.load(std::memory_order_acquire); }
+  static Module* Current() { return current_; }
 
   /// Finds the class and asks its factory, made at the first request, for an interface.
   /// @return CLASS_E_CLASSNOTAVAILABLE for a class that the table lacks; E_OUTOFMEMORY
@@ -31,8 +30,7 @@ class Module {
   const ClassEntry* EntryOf(REFCLSID clsid, const IClassFactory* factory) noexcept;
 
  private:
-  // Read by threads for which another one loaded the library.
-  static constinit inline std::atomic<Module*> current_ = nullptr;
+  static constinit inline Module* current_ = nullptr;
 
   std::mutex making_factories_;
   // In the order of the class table; empty until the first is asked for.
