@@ -41,13 +41,12 @@ RuleId Elements::FirstIn(project::ContentId content, RuleSet rules) const {
                              static_cast<unsigned>(std::countr_zero(rules)));
 }
 
-NodeIndex Elements::FirstOf(NodeIndex parent, std::string_view name) const {
-  for (NodeIndex child = xml_.FirstChildElement(parent); child != kNoNode;
-       child = xml_.NextElement(child)) {
-    const Rule* const rule = file_.RuleOf(child);
-    if (rule && rule->name == name) return child;
-  }
-  return kNoNode;
+NodeIndex Elements::FirstOf(NodeIndex parent, RuleId rule) {
+  const auto [first, is_new] = first_.try_emplace({parent, rule}, kNoNode);
+  if (!is_new) return first->second;
+  NodeIndex child = xml_.FirstChildElement(parent);
+  while (child != kNoNode && file_.RuleIdOf(child) != rule) child = xml_.NextElement(child);
+  return first->second = child;
 }
 
 void Elements::Check(std::vector<Resource>& resources) {
@@ -148,7 +147,7 @@ void Elements::CheckStrange(NodeIndex node, Placement placement, Frame& parent) 
 
 void Elements::CheckRepetition(NodeIndex node, RuleId rule, Frame& parent) {
   const std::string name(schema_.At(rule).name);
-  const NodeIndex first = FirstOf(xml_.ParentOf(node), name);
+  const NodeIndex first = FirstOf(xml_.ParentOf(node), rule);
   std::string which;
   Mistake mistake = Mistake::kDuplicateValue;
   switch (facts_.OfRule(rule).repetition) {

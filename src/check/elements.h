@@ -73,7 +73,7 @@ class Elements {
   void ReportMissing();
 
   project::RuleId FirstIn(project::ContentId content, RuleSet rules) const;
-  xml::NodeIndex FirstOf(xml::NodeIndex parent, std::string_view name) const;
+  xml::NodeIndex FirstOf(xml::NodeIndex parent, project::RuleId rule);
   Related AlsoAt(xml::NodeIndex node, std::string message) const;
   std::string NameOf(xml::NodeIndex node) const;
   void Add(Mistake mistake, project::Span span, Words words) {
@@ -90,6 +90,8 @@ class Elements {
   std::vector<Frame> frames_;
   std::vector<Missing> missing_;
   std::vector<xml::NodeIndex> misplaced_;
+  // Of rules that an element has more than once.
+  std::map<std::pair<xml::NodeIndex, project::RuleId>, xml::NodeIndex> first_;
   // What parts of one whole have seen, by the element around them and their rule.
   std::map<std::pair<xml::NodeIndex, project::RuleId>, RuleSet> joined_;
 };

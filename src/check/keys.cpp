@@ -1,5 +1,7 @@
 #include "check/keys.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <map>
 #include <set>
 #include <vector>
@@ -14,12 +16,6 @@ using project::File;
 using project::Placement;
 using xml::kNoNode;
 using xml::NodeIndex;
-
-std::string Folded(std::string_view text) {
-  std::string folded(text);
-  for (char& c : folded) c = ToLowerAscii(c);
-  return folded;
-}
 
 // A key with what it does.
 struct Key {
@@ -36,36 +32,37 @@ class Keys {
         xml_(file_.Xml()) {}
 
   void Check() {
-    for (const NodeIndex section : Children(xml_.Root())) {
+    ForEachChild(xml_.Root(), [this](NodeIndex section) {
       const std::string_view name = NameOf(section);
       if (name == "MainMenu") {
         CheckMenu(section, main_menu_);
       } else if (name == "ContextMenu") {
-        for (const NodeIndex popup : Children(section)) CheckInner(popup);
+        ForEachChild(section, [this](NodeIndex popup) { CheckInner(popup); });
       } else if (name == "CommandsUI") {
         CollectCommands(section);
       } else if (name == "ToolAccels") {
         CheckGroups(section);
       } else if (name == "RibbonBar") {
-        for (const NodeIndex tab : Children(section)) CollectTab(tab);
+        ForEachChild(section, [this](NodeIndex tab) { CollectTab(tab); });
       } else if (name == "CommandSearch") {
         const NodeIndex key = ChildNamed(section, "Key");
         if (key != kNoNode) Take(tab_keys_, Mistake::kRibbonKeyConflict, key, "the search box", "");
       }
-    }
+    });
     CheckRibbonKeys();
   }
 
  private:
   using Table = std::map<std::string, Key>;
+  static constexpr std::size_t kNone = SIZE_MAX;
 
-  std::vector<NodeIndex> Children(NodeIndex node) const {
-    std::vector<NodeIndex> children;
+  // Of the elements that are known.
+  template <class Visit>
+  void ForEachChild(NodeIndex node, const Visit& visit) const {
     for (NodeIndex child = xml_.FirstChildElement(node); child != kNoNode;
          child = xml_.NextElement(child)) {
-      if (file_.RuleIdOf(child) != project::kNoRule) children.push_back(child);
+      if (file_.RuleIdOf(child) != project::kNoRule) visit(child);
     }
-    return children;
   }
   std::string_view NameOf(NodeIndex node) const { return file_.RuleOf(node)->name; }
   // The last of several counts.
@@ -88,7 +85,7 @@ class Keys {
             const std::string& modifier) {
     const std::string text(file_.TextOf(node));
     if (text.empty()) return;
-    const auto [known, is_new] = table.try_emplace(modifier + Folded(text), Key{node, owner});
+    const auto [known, is_new] = table.try_emplace(modifier + LowerAsciiOf(text), Key{node, owner});
     if (is_new || known->second.owner == owner) return;
     Words words{"the key " + Quoted(modifier + text) + " of " + owner + " is that of " +
                 known->second.owner + ", too"};
@@ -105,7 +102,7 @@ class Keys {
       if (text[i] != '&') continue;
       if (text[i + 1] != '&') {
         const std::size_t size = text::Utf8CharacterSize(text.substr(i + 1));
-        return Folded(text.substr(i + 1, size == 0 ? 1 : size));
+        return LowerAsciiOf(text.substr(i + 1, size == 0 ? 1 : size));
       }
       ++i;
     }
@@ -113,20 +110,19 @@ class Keys {
   }
 
   void CheckMenu(NodeIndex menu, Table& letters) {
-    for (const NodeIndex item : Children(menu)) {
+    ForEachChild(menu, [&](NodeIndex item) {
       const std::string_view name = NameOf(item);
-      if (name != "Popup" && name != "MenuItem") continue;
+      if (name != "Popup" && name != "MenuItem") return;
       const NodeIndex text = ChildNamed(item, "Text");
-      if (text != kNoNode) CheckLetter(item, text, letters);
+      if (text != kNoNode) CheckLetter(text, letters);
       CheckInner(item);
-    }
+    });
   }
   void CheckInner(NodeIndex item) {
-    if (ChildNamed(item, "MenuItem") == kNoNode && ChildNamed(item, "Popup") == kNoNode) return;
     Table letters;
     CheckMenu(item, letters);
   }
-  void CheckLetter(NodeIndex item, NodeIndex text, Table& letters) {
+  void CheckLetter(NodeIndex text, Table& letters) {
     const std::string letter = MnemonicOf(file_.TextOf(text));
     if (letter.empty() || letter == " ") return;
     const auto [known, is_new] = letters.try_emplace(letter, Key{text, {}});
@@ -135,7 +131,6 @@ class Keys {
                 Quoted(file_.TextOf(known->second.node)) + " in the same menu, too"};
     words.related.push_back(
         {reporter_.At(index_, file_.ValueSpan(known->second.node)), "the other one"});
-    static_cast<void>(item);
     reporter_.Add(Mistake::kMnemonicConflict, index_, file_.ValueSpan(text), std::move(words));
   }
 
@@ -155,28 +150,28 @@ class Keys {
     }
     const NodeIndex ribbon_key = ChildNamed(accelerator, "RibbonKey");
     if (ribbon_key != kNoNode && !file_.TextOf(ribbon_key).empty()) {
-      ribbon_keys_[Folded(file_.TextOf(ribbon_key))].push_back({ribbon_key, command});
+      ribbon_keys_[LowerAsciiOf(file_.TextOf(ribbon_key))].push_back({ribbon_key, command});
     }
   }
 
   void CollectCommands(NodeIndex section) {
-    for (const NodeIndex command_ui : Children(section)) {
+    ForEachChild(section, [this](NodeIndex command_ui) {
       std::string command;
-      for (const NodeIndex child : Children(command_ui)) {
+      ForEachChild(command_ui, [&](NodeIndex child) {
         if (NameOf(child) == "Command") command = file_.TextOf(child);
         if (NameOf(child) == "Accel") TakeAccelerator(child, command, accelerators_);
-      }
-    }
+      });
+    });
   }
 
   void CheckGroups(NodeIndex section) {
-    for (const NodeIndex group : Children(section)) {
+    ForEachChild(section, [this](NodeIndex group) {
       Table keys;
-      for (const NodeIndex child : Children(group)) {
-        if (NameOf(child) != "Accel") continue;
+      ForEachChild(group, [&](NodeIndex child) {
+        if (NameOf(child) != "Accel") return;
         TakeAccelerator(child, std::string(TextOf(child, "Command")), keys);
-      }
-    }
+      });
+    });
   }
 
   // --- ribbon ---
@@ -195,36 +190,41 @@ class Keys {
 
   // Commands with one ribbon key conflict where one tab has both, or none has either.
   void CheckRibbonKeys() {
-    for (const auto& [key, uses] : ribbon_keys_) {
-      for (std::size_t i = 1; i < uses.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-          if (uses[i].owner == uses[j].owner || !AreTogether(uses[i].owner, uses[j].owner))
-            continue;
-          Words words{"the ribbon key " + Quoted(key) + " of " + uses[i].owner + " is that of " +
-                      uses[j].owner + ", too"};
-          words.related.push_back(
-              {reporter_.At(index_, file_.ValueSpan(uses[j].node)), "the other one"});
-          reporter_.Add(Mistake::kRibbonKeyConflict, index_, file_.ValueSpan(uses[i].node),
-                        std::move(words));
-          break;
-        }
-      }
-    }
+    const bool is_any_shared =
+        std::ranges::any_of(ribbon_keys_, [](const auto& key) { return key.second.size() > 1; });
+    if (is_any_shared) CollectPlaces();
+    for (const auto& [key, uses] : ribbon_keys_) CheckRibbonKey(key, uses);
   }
 
-  bool AreTogether(const std::string& first, const std::string& second) {
-    if (!has_places_) CollectPlaces();
-    const std::set<NodeIndex>& tabs = places_[first];
-    const std::set<NodeIndex>& others = places_[second];
-    if (tabs.empty() && others.empty()) return true;
-    for (const NodeIndex tab : tabs) {
-      if (others.contains(tab)) return true;
+  void CheckRibbonKey(const std::string& key, const std::vector<Key>& uses) {
+    // By tab: the first use of the key, and the first by another command than that.
+    struct First {
+      std::size_t use = kNone;
+      std::size_t other = kNone;
+    };
+    std::map<NodeIndex, First> first_uses;
+    const std::set<NodeIndex> no_tab{kNoNode};
+    for (std::size_t i = 0; i < uses.size(); ++i) {
+      const auto places = places_.find(uses[i].owner);
+      std::size_t earlier = kNone;
+      for (const NodeIndex tab : places == places_.end() ? no_tab : places->second) {
+        First& first = first_uses[tab];
+        if (first.use == kNone) first.use = i;
+        const bool is_other = uses[first.use].owner != uses[i].owner;
+        if (is_other && first.other == kNone) first.other = i;
+        earlier = std::min(earlier, is_other ? first.use : first.other);
+      }
+      if (earlier >= i) continue;
+      Words words{"the ribbon key " + Quoted(key) + " of " + uses[i].owner + " is that of " +
+                  uses[earlier].owner + ", too"};
+      words.related.push_back(
+          {reporter_.At(index_, file_.ValueSpan(uses[earlier].node)), "the other one"});
+      reporter_.Add(Mistake::kRibbonKeyConflict, index_, file_.ValueSpan(uses[i].node),
+                    std::move(words));
     }
-    return false;
   }
 
   void CollectPlaces() {
-    has_places_ = true;
     for (const NodeIndex tab : tabs_) {
       for (NodeIndex node = tab; node < xml_.EndOf(tab); ++node) {
         if (!xml_.IsElement(node)) continue;
@@ -245,7 +245,6 @@ class Keys {
   std::vector<NodeIndex> tabs_;
   std::map<std::string, std::vector<Key>> ribbon_keys_;
   std::map<std::string, std::set<NodeIndex>> places_;  // tabs that have a command
-  bool has_places_ = false;
 };
 
 }  // namespace

@@ -64,6 +64,11 @@ std::string PlainName(std::string_view id) {
   return plain;
 }
 
+// What a suggestion may cost: names to look through for one, and comparisons for all.
+constexpr std::size_t kMost = 5000;
+constexpr std::size_t kMostComparisons = 5'000'000;
+constexpr std::size_t kMostRelated = 10;
+
 // Whether an element is not known that may have held definitions.
 bool HasUnknownParts(const File& file) {
   if (!file.HasSchema()) return false;
@@ -128,7 +133,6 @@ void Names::CheckDuplicates(const Files& files, std::initializer_list<Scope> sco
     for (const Identifier& identifier : file.Identifiers()) {
       const formats::Rule& rule = file.GetSchema().At(identifier.rule);
       if (rule.role != Role::kDefines || identifier.text.empty()) continue;
-      if (definitions.empty()) definitions.reserve(file.Identifiers().size());
       const Scope scope = formats::ScopeOf(rule.subject);
       if (std::ranges::find(scopes, scope) == scopes.end()) continue;
       auto key = static_cast<std::uint64_t>(rule.subject);
@@ -217,17 +221,12 @@ void Names::CheckFile(FileIndex index) {
     }
     Index& known = IndexOf(subject, files);
     std::string broken = BrokenOf(FilesBetween(index, subject));
-    std::set<std::string_view> told;
-    for (const Identifier* const at : references) {
-      const Identifier& reference = *at;
-      if (known.Has(reference.text)) continue;
-      if (host_ids_.Has(subject, reference.text) || !told.insert(reference.text).second) continue;
-      if (!broken.empty()) {
-        NoteUnchecked(index, subject, reference.text, broken);
-        continue;
-      }
-      ReportUndefined(index, reference, subject, known);
+    UsesByName undefined;
+    for (const Identifier* const reference : references) {
+      if (known.Has(reference->text) || host_ids_.Has(subject, reference->text)) continue;
+      undefined.Add(reference);
     }
+    ReportUndefined(index, undefined, subject, known, broken);
   }
 }
 
@@ -313,6 +312,7 @@ void Names::CheckCommands(FileIndex index, const References& references) {
       continue;
     own.emplace_back(environment, &IndexOf(Subject::kCommand, commands));
   }
+  UsesByName undefined;
   std::set<std::string_view> told;
   for (const Identifier* const at : references) {
     const Identifier& reference = *at;
@@ -328,24 +328,32 @@ void Names::CheckCommands(FileIndex index, const References& references) {
           {"the command " + Quoted(reference.text) + " is not among those of " + ListOf(lacking)});
       continue;
     }
-    if (host_ids_.Has(Subject::kCommand, reference.text)) continue;
-    if (!told.insert(reference.text).second) continue;
-    if (!unread.empty()) {
-      NoteUnchecked(index, Subject::kCommand, reference.text, unread);
-      continue;
+    if (!host_ids_.Has(Subject::kCommand, reference.text)) undefined.Add(at);
+  }
+  ReportUndefined(index, undefined, Subject::kCommand, everywhere, unread);
+}
+
+void Names::ReportUndefined(FileIndex index, const UsesByName& undefined, Subject subject,
+                            Index& known, const std::string& broken) {
+  for (const References& uses : undefined.All()) {
+    if (broken.empty()) {
+      ReportUndefined(index, uses, subject, known);
+    } else {
+      NoteUnchecked(index, subject, uses.front()->text, broken);
     }
-    ReportUndefined(index, reference, Subject::kCommand, everywhere);
   }
 }
 
-void Names::ReportUndefined(FileIndex index, const Identifier& reference, Subject subject,
+void Names::ReportUndefined(FileIndex index, const References& uses, Subject subject,
                             Index& known) {
   const File& file = project_.At(index);
+  const Identifier& reference = *uses.front();
   const project::Span span = file.ValueSpan(reference.node);
   const std::string what = "the " + std::string(formats::NameOf(subject)) + " ";
   if (known.by_plain_name.empty()) {
     for (std::uint32_t i = 0; i < known.definitions.size(); ++i) {
       known.by_plain_name.emplace(PlainName(known.definitions[i].identifier.text), i);
+      if (known.names.size() < kMost) known.names.push_back(known.definitions[i].identifier.text);
     }
   }
   Words words;
@@ -359,26 +367,16 @@ void Names::ReportUndefined(FileIndex index, const Identifier& reference, Subjec
     reporter_.Add(Mistake::kNearMissId, index, span, std::move(words));
     return;
   }
-  constexpr std::size_t kMost = 5000;  // to compare with; each costs the square of its length
-  std::vector<std::string_view> names;
-  for (const Occurrence& definition : known.definitions) {
-    if (names.size() < kMost) names.push_back(definition.identifier.text);
-  }
   words.message = what + Quoted(reference.text) + " is not defined";
   // Identifiers have much in common, so less may differ than in words.
-  const std::string_view nearest = text::FindNearest(reference.text, names).word;
-  const std::size_t most = std::max<std::size_t>(reference.text.size() / 5, 1);
-  if (text::EditDistance(reference.text, nearest) <= most) words.suggestion = nearest;
-  const std::vector<Identifier>::size_type kMostRelated = 10;
-  for (const Identifier& other : file.Identifiers()) {
-    const formats::Rule& rule = file.GetSchema().At(other.rule);
-    if (other.node == reference.node || other.text != reference.text ||
-        rule.role != Role::kRefersTo || rule.subject != subject) {
-      continue;
-    }
-    if (words.related.size() < kMostRelated) {
-      words.related.push_back(PlaceOf({index, other}, "also used here"));
-    }
+  // Where so many are missing, it is not their spelling.
+  if (comparisons_ < kMostComparisons) {
+    comparisons_ += known.names.size();
+    const std::size_t most = std::clamp<std::size_t>(reference.text.size() / 5, 1, 4);
+    words.suggestion = text::FindNearest(reference.text, known.names, most).word;
+  }
+  for (std::size_t i = 1; i < std::min(uses.size(), kMostRelated + 1); ++i) {
+    words.related.push_back(PlaceOf({index, *uses[i]}, "also used here"));
   }
   reporter_.Add(MistakeOf(subject), index, span, std::move(words));
 }

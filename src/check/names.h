@@ -3,6 +3,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "check/host_ids.h"
@@ -25,11 +27,28 @@ class Names {
   using Files = std::vector<FileIndex>;
   using References = std::vector<const project::Identifier*>;
 
+  // The uses of names in a file, in the order of their first ones.
+  class UsesByName {
+   public:
+    void Add(const project::Identifier* use) {
+      const auto [place, is_new] = numbers_.try_emplace(use->text, uses_.size());
+      if (is_new) uses_.emplace_back();
+      uses_[place->second].push_back(use);
+    }
+    const std::vector<References>& All() const { return uses_; }
+
+   private:
+    std::unordered_map<std::string_view, std::size_t> numbers_;
+    std::vector<References> uses_;
+  };
+
   // The definitions of one subject in some files.
   struct Index {
     NameTable table;  // numbers of definitions
     std::vector<project::Occurrence> definitions;
-    std::map<std::string, std::uint32_t> by_plain_name;  // made when a name is not found
+    // Made when a name is not found.
+    std::map<std::string, std::uint32_t> by_plain_name;
+    std::vector<std::string_view> names;  // to suggest, each once or more
 
     bool Has(std::string_view text) const {
       return table.Find(NameTable::HashOf(text), [&](std::uint32_t number) {
@@ -41,8 +60,10 @@ class Names {
   void CheckDuplicates(const Files& files, std::initializer_list<formats::Scope> scopes);
   void CheckFile(FileIndex file);
   void CheckCommands(FileIndex file, const References& references);
-  void ReportUndefined(FileIndex file, const project::Identifier& reference,
-                       formats::Subject subject, Index& index);
+  void ReportUndefined(FileIndex file, const UsesByName& undefined, formats::Subject subject,
+                       Index& known, const std::string& broken);
+  void ReportUndefined(FileIndex file, const References& uses, formats::Subject subject,
+                       Index& known);
 
   Files FilesBetween(FileIndex index, formats::Subject subject) const;
   std::string BrokenOf(const Files& files);
@@ -57,6 +78,7 @@ class Names {
   const project::Project& project_;
   const HostIds& host_ids_;
   std::map<FileIndex, bool> broken_;
+  std::size_t comparisons_ = 0;  // of names that are not defined with those that are
   std::map<std::pair<formats::Subject, Files>, std::unique_ptr<Index>> indexes_;
 };
 

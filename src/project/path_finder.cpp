@@ -20,27 +20,27 @@ bool IsAbsolute(std::string_view path) {
   return path.starts_with('/') || path.starts_with('\\') || (path.size() > 1 && path[1] == ':');
 }
 
-const std::vector<std::string>& PathFinder::NamesIn(const std::string& folder) {
-  const auto [place, is_new] = names_.try_emplace(folder);
-  if (is_new) {
-    std::error_code unreadable;
-    std::filesystem::directory_iterator entry(PathOf(folder.empty() ? "." : folder), unreadable);
-    for (; !unreadable && entry != std::filesystem::directory_iterator();
-         entry.increment(unreadable)) {
-      place->second.push_back(TextOf(entry->path().filename()));
-    }
-    std::sort(place->second.begin(), place->second.end());
+const PathFinder::Listing& PathFinder::ListingOf(const std::string& folder) {
+  const auto [place, is_new] = listings_.try_emplace(folder);
+  if (!is_new) return place->second;
+  Listing& listing = place->second;
+  std::error_code unreadable;
+  std::filesystem::directory_iterator entry(PathOf(folder.empty() ? "." : folder), unreadable);
+  for (; !unreadable && entry != std::filesystem::directory_iterator();
+       entry.increment(unreadable)) {
+    listing.names.insert(TextOf(entry->path().filename()));
   }
-  return place->second;
+  listing.is_complete = !unreadable;
+  for (const std::string& name : listing.names) listing.by_folded.emplace(LowerAsciiOf(name), name);
+  return listing;
 }
 
 std::string PathFinder::NameOnDisk(const std::string& folder, const std::string& name) {
-  const std::vector<std::string>& names = NamesIn(folder);
-  if (std::binary_search(names.begin(), names.end(), name)) return name;
-  const auto found = std::find_if(names.begin(), names.end(), [&name](const std::string& other) {
-    return EqualsIgnoringAsciiCase(other, name);
-  });
-  if (found != names.end()) return *found;
+  const Listing& listing = ListingOf(folder);
+  if (listing.names.contains(name)) return name;
+  const auto found = listing.by_folded.find(LowerAsciiOf(name));
+  if (found != listing.by_folded.end()) return found->second;
+  if (listing.is_complete) return {};
   // A folder may be open to those who know what is in it.
   std::error_code ignored;
   return std::filesystem::exists(PathOf(folder + name), ignored) ? name : std::string();

@@ -2,9 +2,9 @@
 
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace sab::project {
 
@@ -30,11 +30,18 @@ class PathFinder {
   Found Find(const std::string& named_by, const std::string& path);
 
  private:
-  const std::vector<std::string>& NamesIn(const std::string& folder);
+  // The names in a folder.
+  struct Listing {
+    bool is_complete = false;
+    std::set<std::string> names;
+    std::map<std::string, std::string> by_folded;  // the first of those that differ in case only
+  };
+
+  const Listing& ListingOf(const std::string& folder);
   /// The name on disk for a name in a folder; empty if there is none.
   std::string NameOnDisk(const std::string& folder, const std::string& name);
 
-  std::map<std::string, std::vector<std::string>> names_;  // by folder
+  std::map<std::string, Listing> listings_;  // by folder
 };
 
 }  // namespace sab::project

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -12,6 +13,13 @@ namespace sab {
 template <class Unit>
 constexpr Unit ToLowerAscii(Unit unit) {
   return unit >= 'A' && unit <= 'Z' ? static_cast<Unit>(unit + ('a' - 'A')) : unit;
+}
+
+/// A text with a to z for A to Z.
+inline std::string LowerAsciiOf(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) c = ToLowerAscii(c);
+  return lower;
 }
 
 /// Whether two texts are the same when the letters A to Z count as a to z. Their units may differ

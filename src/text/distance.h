@@ -19,5 +19,8 @@ struct Nearest {
 /// Of the words that a word may be a misspelling of, the nearest: a third of its letters may
 /// differ, at most four.
 Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words);
+/// The same with another limit on how much may differ.
+Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words,
+                    std::size_t most);
 
 }  // namespace sab::text
