@@ -13,6 +13,7 @@ struct Settings {
   std::string server;    ///< path of the server's library; empty for the registered one
   std::string registry;  ///< file that is the registry; empty for the usual one
   std::string colour = "auto";
+  bool is_verbose = false;
 
   bool UsesColour() const;
 };
@@ -33,5 +34,7 @@ void AddReferenceCommands(CLI::App& program);
 void AddSettingsCommands(CLI::App& program);
 void AddDescribe(CLI::App& program, const Settings& settings);
 void AddRegister(CLI::App& program, const Settings& settings);
+/// For the scripts of shells.
+void AddCompletion(CLI::App& program, const Settings& settings);
 
 }  // namespace sabxml::cli

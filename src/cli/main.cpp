@@ -9,6 +9,7 @@
 #include "cli/display_text.h"
 #include "cli/platform.h"
 #include "cli/suggestion.h"
+#include "cli/trace.h"
 
 namespace sabxml::cli {
 
@@ -63,7 +64,9 @@ std::string UnknownWord(const CLI::App& command, const std::string& word) {
     const std::string option = word.substr(0, word.find('='));
     return "there is no option " + option + DidYouMean(option, names);
   }
-  for (const CLI::App* app : command.get_subcommands({})) names.push_back(app->get_name());
+  for (const CLI::App* app : command.get_subcommands({})) {
+    if (!app->get_group().empty()) names.push_back(app->get_name());
+  }
   if (names.empty()) return command.get_name() + " takes no further argument: " + word;
   return "there is no command " + word + DidYouMean(word, names);
 }
@@ -89,6 +92,8 @@ void AddSettings(CLI::App& program, Settings& settings) {
       .add_option("--colour,--color", settings.colour,
                   "Colours: auto, always or never; auto is for a terminal only")
       ->check(CLI::IsMember({"auto", "always", "never"}));
+  program.add_flag("--verbose", settings.is_verbose,
+                   "Tell on the standard error which server, registry and files are used, and why");
 }
 
 // What a command says to the command line is its own business; what it does can fail.
@@ -122,6 +127,7 @@ int Run(int argc, char** argv) {
   AddSettings(program, settings);
   // The registry must be chosen before a command runs.
   program.parse_complete_callback([&settings] {
+    if (settings.is_verbose) StartTracing();
     if (!settings.registry.empty()) UseRegistryFile(settings.registry);
   });
   AddShow(program, settings);
@@ -132,6 +138,7 @@ int Run(int argc, char** argv) {
   AddSettingsCommands(program);
   AddDescribe(program, settings);
   AddRegister(program, settings);
+  AddCompletion(program, settings);
   const int result = RunCommand(program, argc, argv);
   if (std::cout.flush()) return result;
   // Who closes a pipe has read enough.

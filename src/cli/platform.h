@@ -1,6 +1,9 @@
 #pragma once
 
+#include <sabxml/com.h>
+
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,9 +18,33 @@ std::string OwnServer();                            ///< the library that came w
 std::string EnvironmentVariable(const char* name);  ///< in UTF-8; empty if there is none
 bool OutputIsTerminal();                            ///< and obeys the usual sequences for colours
 bool ErrorsAreOnTerminal();
+bool InputIsTerminal();
 bool OutputIsPipe();
 std::string CopyStandardInput();  ///< path of a file that lasts as long as the program
 void PrepareOutput();             ///< UTF-8; where the system can, a closed pipe ends the program
+
+/// A new file with a text that only this user may read; stays. Raises Failure.
+/// @return its path
+std::string MakeTemporaryFile(const std::string& text);
+/// Lets the user edit a file: the program that VISUAL or EDITOR names, else the system's usual one.
+/// Raises Failure where it cannot be started or fails.
+void RunEditor(const std::string& file);
+
+/// Wakes up where a file may have changed, was replaced, made or removed.
+class FileWatch {
+ public:
+  explicit FileWatch(const std::string& file);
+  FileWatch(const FileWatch&) = delete;
+  FileWatch& operator=(const FileWatch&) = delete;
+  ~FileWatch();
+
+  /// Returns at the first sign of a change, after a second at the latest.
+  void Wait();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
 
 /// A library of a server that is not registered; stays loaded.
 /// Raises Failure with the loader's reason.
@@ -34,6 +61,12 @@ struct RegistryChange {
 /// Runs a change of the registry on a scratch copy, so that nothing is changed. Raises Failure
 /// where the system offers no such thing.
 RegistryChange TryOnScratchRegistry(const std::function<void()>& change);
+
+/// When a key was changed last, as local time "2026-11-22 02:30"; where the registry is a file, the
+/// whole of it. Empty where the system does not tell.
+std::string LastChangeOf(HKEY key);
+/// Which registry is used: a file, or that of the system.
+std::string RegistryName();
 
 /// The file that is the registry, from the command line.
 void UseRegistryFile(const std::string& path);

@@ -1,7 +1,10 @@
 #include <dlfcn.h>
+#include <poll.h>
 #include <signal.h>
+#include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +12,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -130,9 +134,65 @@ bool OutputIsPipe() {
   return fstat(STDOUT_FILENO, &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
+bool InputIsTerminal() { return isatty(STDIN_FILENO) == 1; }
+
 bool ErrorsAreOnTerminal() { return isatty(STDERR_FILENO) == 1; }
 
 void PrepareOutput() { signal(SIGPIPE, SIG_DFL); }
+
+std::string MakeTemporaryFile(const std::string& text) {
+  std::string path = (std::filesystem::temp_directory_path() / "sabxml-XXXXXX.txt").string();
+  const int file = mkstemps(path.data(), 4);
+  const bool is_written =
+      file >= 0 && write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+  const int error = errno;
+  if (file >= 0) close(file);
+  if (!is_written) throw Failure(path + ": cannot be written: " + std::strerror(error));
+  return path;
+}
+
+void RunEditor(const std::string& file) {
+  std::string editor = EnvironmentVariable("VISUAL");
+  if (editor.empty()) editor = EnvironmentVariable("EDITOR");
+  if (editor.empty()) editor = "editor";
+  // The variables hold commands with arguments, so a shell reads them.
+  const std::string command = editor + " \"$1\"";
+  const pid_t child = fork();
+  if (child == 0) {
+    execl("/bin/sh", "sh", "-c", command.c_str(), "sh", file.c_str(), nullptr);
+    _exit(127);
+  }
+  int status = -1;
+  while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
+  if (status == 0) return;
+  throw Failure("the editor " + editor +
+                " failed, and nothing was changed; VISUAL or EDITOR names the one to use");
+}
+
+struct FileWatch::State {
+  int events = -1;
+};
+
+// A file that is replaced gets another inode, so its folder is watched.
+FileWatch::FileWatch(const std::string& file) : state_(std::make_unique<State>()) {
+  const std::string folder = std::filesystem::path(file).parent_path().string();
+  state_->events = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
+  if (state_->events < 0) return;
+  inotify_add_watch(state_->events, folder.empty() ? "." : folder.c_str(),
+                    IN_CLOSE_WRITE | IN_MOVED_TO | IN_CREATE | IN_DELETE | IN_MOVED_FROM);
+}
+
+FileWatch::~FileWatch() {
+  if (state_->events >= 0) close(state_->events);
+}
+
+// Shared folders tell of no changes that other machines make, so a second is the longest.
+void FileWatch::Wait() {
+  pollfd events{state_->events, POLLIN, 0};
+  poll(&events, 1, 1000);
+  char bytes[4096];
+  while (state_->events >= 0 && read(state_->events, bytes, sizeof bytes) > 0) continue;
+}
 
 void* LoadServerLibrary(const std::string& path) {
   void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
@@ -160,6 +220,17 @@ RegistryChange TryOnScratchRegistry(const std::function<void()>& change) {
   result.after = RegistryLines();
   return result;
 }
+
+std::string LastChangeOf(HKEY) {
+  struct stat status {};
+  if (stat(RegistryPath().c_str(), &status) != 0) return {};
+  char text[32];
+  std::tm local{};
+  localtime_r(&status.st_mtime, &local);
+  return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &local)};
+}
+
+std::string RegistryName() { return "the file " + RegistryPath(); }
 
 void UseRegistryFile(const std::string& path) { setenv("SABCOM_REGISTRY", path.c_str(), 1); }
 

@@ -88,6 +88,8 @@ bool OutputIsTerminal() {
 
 bool OutputIsPipe() { return GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) == FILE_TYPE_PIPE; }
 
+bool InputIsTerminal() { return _isatty(_fileno(stdin)) != 0; }
+
 bool ErrorsAreOnTerminal() { return _isatty(_fileno(stderr)) != 0; }
 
 void PrepareOutput() {
@@ -97,6 +99,67 @@ void PrepareOutput() {
   SetConsoleOutputCP(CP_UTF8);
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stderr), _O_BINARY);
+}
+
+std::string MakeTemporaryFile(const std::string& text) {
+  wchar_t folder[MAX_PATH];
+  wchar_t path[MAX_PATH];
+  HANDLE file = INVALID_HANDLE_VALUE;
+  if (GetTempPathW(MAX_PATH, folder) != 0 && GetTempFileNameW(folder, L"sab", 0, path) != 0)
+    file = CreateFileW(path, GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
+  DWORD written = 0;
+  const bool is_written =
+      file != INVALID_HANDLE_VALUE &&
+      WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+  const DWORD code = GetLastError();
+  if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+  if (!is_written) throw Failure("a temporary file cannot be written: " + ErrorText(code));
+  return ToUtf8(sab::TextView(path));
+}
+
+void RunEditor(const std::string& file) {
+  std::string editor = EnvironmentVariable("VISUAL");
+  if (editor.empty()) editor = EnvironmentVariable("EDITOR");
+  if (editor.empty()) editor = "notepad";
+  // The variables hold commands with arguments.
+  std::wstring command = FromUtf8(editor + " \"" + file + "\"");
+  STARTUPINFOW start{};
+  start.cb = sizeof start;
+  PROCESS_INFORMATION process{};
+  DWORD code = 1;
+  if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                     &process)) {
+    WaitForSingleObject(process.hProcess, INFINITE);
+    GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+  }
+  if (code == 0) return;
+  throw Failure("the editor " + editor +
+                " failed, and nothing was changed; VISUAL or EDITOR names the one to use");
+}
+
+struct FileWatch::State {
+  HANDLE changes = INVALID_HANDLE_VALUE;
+};
+
+FileWatch::FileWatch(const std::string& file) : state_(std::make_unique<State>()) {
+  const std::size_t end = file.find_last_of("/\\:");
+  const std::string folder = end == file.npos ? "." : file.substr(0, end + 1);
+  state_->changes = FindFirstChangeNotificationW(
+      FromUtf8(folder).c_str(), FALSE,
+      FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE);
+}
+
+FileWatch::~FileWatch() {
+  if (state_->changes != INVALID_HANDLE_VALUE) FindCloseChangeNotification(state_->changes);
+}
+
+// Shared folders tell of no changes that other machines make, so a second is the longest.
+void FileWatch::Wait() {
+  if (state_->changes == INVALID_HANDLE_VALUE) return Sleep(1000);
+  if (WaitForSingleObject(state_->changes, 1000) == WAIT_OBJECT_0)
+    FindNextChangeNotification(state_->changes);
 }
 
 void* LoadServerLibrary(const std::string& path) {
@@ -117,6 +180,23 @@ void* FunctionOf(void* library, const char* name) {
 RegistryChange TryOnScratchRegistry(const std::function<void()>&) {
   throw Failure("--dry-run is for systems whose registry is a file; nothing was changed");
 }
+
+std::string LastChangeOf(HKEY key) {
+  FILETIME changed{};
+  FILETIME local{};
+  SYSTEMTIME time{};
+  if (RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                       nullptr, nullptr, &changed) != ERROR_SUCCESS ||
+      !FileTimeToLocalFileTime(&changed, &local) || !FileTimeToSystemTime(&local, &time)) {
+    return {};
+  }
+  char text[32];
+  return {text, static_cast<std::size_t>(snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d",
+                                                  time.wYear, time.wMonth, time.wDay, time.wHour,
+                                                  time.wMinute))};
+}
+
+std::string RegistryName() { return "that of the system"; }
 
 void UseRegistryFile(const std::string&) {
   throw Failure("--registry is for systems whose registry is a file");

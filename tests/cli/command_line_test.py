@@ -11,16 +11,21 @@ import pty
 import re
 import shutil
 import subprocess
+import sys
 import time
 import unittest
 import xml.etree.ElementTree as ET
 from pathlib import Path
 
 from authoring import Authoring  # noqa: F401  (more tests)
-from program import (APP, COMMAND, LIBRARY, ON_32_BIT_WINDOWS, ON_WINDOWS, SETTINGS,
+from program import (APP, COMMAND, ON_32_BIT_WINDOWS, ON_WINDOWS, ROOT, SETTINGS,
                      environment, native_only, run, scratch)
 from records import record_of_json, record_of_xml
+from registration import Registration  # noqa: F401  (more tests)
 from settings_files import SettingsFiles  # noqa: F401  (more tests)
+
+sys.path.insert(0, str(ROOT / "tools"))
+from idlgen import reader as idlgen_reader  # noqa: E402
 
 UPDATE_FILE = f"VeAutoUpdateAdminCfgParser {SETTINGS}"
 UPDATE = f"{UPDATE_FILE} /Settings/Update"
@@ -83,6 +88,10 @@ CASES = [
     (f"get {DISPLAY_FILE} /Settings/display", 1, [], "the node path /Settings/display leads to no"),
     (f"get VeStandardCfgParser {SETTINGS} /x", 1, [], "VeStandardCfgParser is no class for settings"),
 
+    (f"get {DISPLAY} displaybylinewidth IsDisplayByLineWidth", 0,
+     ["DisplayByLineWidth  true\nDisplayByLineWidth  true\n"]),
+    (f"get VeBomcfgParser {SETTINGS} /Settings/Text", 0, ["DefChsFont       仿宋\n"]),
+
     # Settings as their files hold them.
     ("settings list --json", 0,
      ['"key": "CmdInputHistoryMax",\n        "member": "CmdInputHistoryMax",\n'
@@ -96,6 +105,20 @@ CASES = [
      "/Settings/Text has no key Colour"),
     (f"settings get {DISPLAY_FILE} /Settings[[", 1, [], SETTINGS, "/Settings[["),
     ("settings get VeDisplayCfgParser no.xml /x", 1, [], "no.xml: "),
+    (f"settings get {DISPLAY_FILE} /Settings/Dislay PtSize", 1, [], "mean /Settings/Display?"),
+    (f"settings get {DISPLAY_FILE} /No PtSize ZoomFactor --default 7 --json", 0,
+     ['"PtSize": 7,\n  "ZoomFactor": 7\n']),
+    (f"settings get {DISPLAY} PtSize --default x", 1, [], "PtSize=x is refused"),
+    (f"settings get {DISPLAY} ZoomFactor VeTxtParser:/Settings/Text DefChsFont", 0,
+     ["VeDisplayCfgParser:/Settings/Display\nZoomFactor  60\nVeTxtParser:/Settings/Text\nDefChsFont  "]),
+    (f"settings get {DISPLAY} ZoomFactor --is-set", 0, []),
+    (f"settings get {DISPLAY} ZoomFactor PtSize --is-set", 1, []),
+    ("settings get VeDisplayCfgParser no.xml /x PtSize --is-set", 2, [], "no.xml: "),
+    ("settings range VeSelectCfgParser gripsize ExceptiveColors BigCursor", 1, [], "no key BigCursor"),
+    ("settings range VeSelectCfgParser gripsize ExceptiveColors", 0,
+     ["GripSize         unsigned short    0 to 65535 ", "list of unsigned  0 to 4294967295 "]),
+    ("settings range VeDisplayCfgParser UCSDispCtrl --json", 0,
+     ['"minimum": -32768,\n    "maximum": 32767', '"help": "Where the icon', '"UCSDisplayCtrl"']),
     (f"settings set {DISPLAY} PtSize", 2, [], 'write KEY=VALUE instead of "PtSize"'),
     (f"settings set {DISPLAY} PtSize=1 ptsize=2", 2, [], "PtSize is named twice"),
     (f"settings diff VeBomcfgParser {SETTINGS} {SETTINGS} /Settings/Text /Settings/Update "
@@ -123,9 +146,13 @@ CASES = [
       '        "result": "IVePrsAccel*",\n        "parameters": [\n          {\n'
       '            "name": "io_pPos",\n            "type": "LONG_PTR*",\n            "in": true,\n'
       '            "out": true,\n            "optional": false']),
-    ("describe VeNothing", 1, [], "the server has no class named VeNothing; \"sabxml classes\""),
+    ("describe IVePrsAcel --idl", 1, [], "did you mean IVePrsAccel?"),
+    ("describe VePrsAccel --idl --json", 2, [], "choose one"),
+    ("describe VeNothing", 1, [], 'no class or interface named VeNothing; "sabxml classes"'),
 
     # The server.
+    (f"--verbose get {UPDATE} Interval", 0, ["Interval  30"], "the registry is ", "the server is ",
+     f"opens {SETTINGS}: "),
     ("classes --server no-such-library", 1, [],
      "the server's library cannot be loaded: no-such-library", "Name it with --server"),
 ]
@@ -143,6 +170,14 @@ def run_on_terminal(*arguments, **changes):
                 output += piece
     os.close(controller)
     return output.decode("utf-8")
+
+
+def signatures(library, interface):
+    """The members of an interface, those of its bases first, without the names of parameters."""
+    base = library.interfaces.get(interface.base)
+    members = [(m.dispid, m.kind, m.name, m.help,
+                [(str(p.type), p.directions) for p in m.parameters]) for m in interface.members]
+    return [interface.guid, *(signatures(library, base)[1:] if base else []), *members]
 
 
 def as_described(text):
@@ -169,6 +204,28 @@ class CommandLine(unittest.TestCase):
                 for text in in_errors:
                     self.assertIn(text, errors)
                 self.assertEqual(bool(in_errors), bool(errors), errors)
+
+    def test_several_files_are_one_document(self):
+        result, output, _ = run("show", "kinds/utf16be.xml", "no.xml", "kinds/prefix.xml", "-", "--json")
+        first, *failed, last = json.loads(output)
+        self.assertEqual((1, "字", "PIPED"), (result, first["VeCmdParser"]["CmdFileID"],
+                                             last["VeCmdParser"]["CmdFileID"]))
+        self.assertEqual(["no.xml", "kinds/prefix.xml"], [file["file"] for file in failed])
+        self.assertIn("0x84000C04", failed[1]["error"])
+
+    @unittest.skipIf(ON_WINDOWS, "a type library of the system has other names for some types")
+    def test_idl_is_what_the_interfaces_are_made_from(self):
+        original = idlgen_reader.read(ROOT / "idl/SabXmlParser.idl")
+        text = (f'[\nuuid({original.guid}), version({original.version}), lcid(0x0804), '
+                f'helpstring("x")\n]\nlibrary {original.name}\n{{\n'
+                + (ROOT / "idl/types.idl").read_text(encoding="utf-8")
+                + run("describe", "--all", "--idl")[1] + "};\n")
+        (scratch / "all.idl").write_text(text, encoding="utf-8")
+        printed = idlgen_reader.read(scratch / "all.idl")
+        self.assertEqual([signatures(original, interface) for interface in original.interfaces.values()],
+                         [signatures(printed, interface) for interface in printed.interfaces.values()])
+        self.assertEqual(*({(c.name, c.guid, c.help, c.interface) for c in library.coclasses.values()}
+                           for library in (original, printed)))
 
     @native_only
     def test_nesting_needs_no_stack(self):
@@ -269,66 +326,6 @@ class Walk(unittest.TestCase):
         self.assertIn("files read; reading slow/commands/draw.xml", output)
         self.assertIn("\r\x1b[K\x1b[36mslow/application.xml", output)  # gone when all is known
         self.assertNotIn("files read", run_on_terminal("walk", APP))
-
-
-class Registration(unittest.TestCase):
-    """The program without the library beside it, as when both are installed elsewhere."""
-
-    def setUp(self):
-        alone = scratch / "alone"
-        alone.mkdir(exist_ok=True)
-        self.command = [*COMMAND[:-1], shutil.copy(COMMAND[-1], alone)]
-
-    def test_finds_the_server(self):
-        library = ["--server", LIBRARY]
-        self.assertEqual(1, run("classes", command=self.command)[0])
-        self.assertEqual(0, run("classes", *library, command=self.command)[0])
-        self.assertEqual(0, run("classes", command=self.command, SABXML_SERVER=LIBRARY)[0])
-        for scope in [], ["--user"]:
-            self.assertEqual(0, run("register", *library, *scope, command=self.command)[0])
-            if not (scope and ON_WINDOWS):  # Wine finds no classes of a user
-                self.assertEqual(0, run("show", APP, command=self.command)[0])
-            for _ in range(2):  # what is not registered can be unregistered
-                self.assertEqual(0, run("unregister", *library, *scope, command=self.command)[0])
-            self.assertEqual(1, run("show", APP, command=self.command)[0])
-
-    @native_only
-    def test_dry_run_changes_nothing(self):
-        registry = scratch / "dry.reg"
-        option = ["--registry", str(registry)]
-        run("register", "--dry-run", *option)
-        self.assertFalse(registry.exists())
-        run("register", *option)
-        run("unregister", *option)  # the roots of the registry stay
-        _, output, _ = run("register", "--dry-run", *option)
-        self.assertIn("+ [HKEY_CLASSES_ROOT\\SabXmlParser.VeAppParser\\CurVer] "
-                      '@="SabXmlParser.VeAppParser.1"\n', output)
-        run("register", *option)
-        before = registry.read_bytes()
-        self.assertEqual("Nothing would change.\n", run("register", "--dry-run", *option)[1])
-        removed = run("unregister", "--dry-run", *option)[1]
-        self.assertEqual(output.replace("+ ", "- "), removed)
-        self.assertEqual(before, registry.read_bytes())
-
-    @native_only
-    def test_unregisters_only_the_named_copy(self):
-        option = ["--registry", str(scratch / "copies.reg")]
-        copy = shutil.copy(LIBRARY, scratch / "alone")
-        run("register", "--server", LIBRARY, *option)
-        first = run("unregister", "--server", copy, *option)[1].splitlines()
-        self.assertEqual(f"{copy} is not registered", first[0])
-        self.assertIn(" stays registered", first[1])
-        self.assertIn("no longer", run("unregister", "--server", LIBRARY, *option)[1])
-        for command in ["register"], ["register", "--dry-run"], ["unregister"]:
-            result, _, errors = run(*command, "--registry", str(scratch))
-            self.assertEqual(1, result)
-            self.assertIn(f"{scratch}: cannot ", errors)
-
-    @unittest.skipUnless(ON_WINDOWS, "Windows only")
-    def test_dry_run_needs_a_file(self):
-        result, _, errors = run("register", "--dry-run")
-        self.assertEqual(1, result)
-        self.assertIn("nothing was changed", errors)
 
 
 def files_of(node):

@@ -1,10 +1,12 @@
 """What the commands about settings do to files; command_line_test.py runs it."""
 
+import json
 import os
+import subprocess
 import unittest
 from concurrent.futures import ThreadPoolExecutor
 
-from program import ON_WINDOWS, native_only, run, scratch
+from program import COMMAND, ON_WINDOWS, environment, native_only, run, scratch
 
 # A file in a form of its own, all of which has to stay.
 HEAD = "<S  x=\"1\">\r\n\t<!-- 图 -->\r\n\t<G a='1'>"
@@ -165,6 +167,97 @@ class SettingsFiles(unittest.TestCase):
                 # Who may read the file may read the backup.
                 self.assertEqual(self.file.stat().st_mode, self.backup.stat().st_mode)
                 self.assertTrue(ON_WINDOWS or self.backup.stat().st_mode & 0o777 == 0o640)
+
+    def test_a_dump_is_loaded_as_it_was(self):
+        sample = "samples/workshop/settings.xml"
+        blocks = ["VeSysParameterCfgParser:/Settings/System", "VeDisplayCfgParser:/Settings/Display",
+                  "VeSelectCfgParser:/Settings/Selection", "VeTxtParser:/Settings/Text",
+                  "VeAutoUpdateAdminCfgParser:/Settings/Update", "VeFilePathCfgParser:/Settings/Paths",
+                  "VeProductCfgParser:/Settings/Text"]
+
+        def dump(file):
+            class_name, node = blocks[0].split(":")
+            return run("settings", "dump", class_name, file, node, *blocks[1:], "--json")[1]
+
+        def content(text):
+            return [{key: (value["value"], [copy["text"] for copy in value["copies"]])
+                     for key, value in block["values"].items()} for block in json.loads(text)]
+
+        before = dump(sample)
+        self.assertGreater(sum(bool(copies) for block in content(before)
+                               for _, copies in block.values()), 30)
+        (scratch / "dump.json").write_text(before, encoding="utf-8")
+        (scratch / "new.xml").unlink(missing_ok=True)
+        refused = run("settings", "load", "new.xml", "dump.json")
+        self.assertEqual((1, False), (refused[0], (scratch / "new.xml").exists()))
+        result, _, errors = run("settings", "load", "new.xml", "dump.json", "--create")
+        self.assertEqual(0, result, errors)
+        # Other values, further ones and further copies go; what is not of the dump stays.
+        self.assertEqual(content(before), content(dump("new.xml")))
+        old = (scratch / "new.xml").read_text(encoding="utf-8")
+        (scratch / "new.xml").write_text(
+            old.replace("<Display>", "<Display><PtSize>9</PtSize><Mine/><BigCursor>0</BigCursor>"),
+            encoding="utf-8")
+        self.assertEqual(0, run("settings", "load", "new.xml", "dump.json", "--backup")[0])
+        self.assertEqual(content(before), content(dump("new.xml")))
+        self.assertIn("<Mine/>", (scratch / "new.xml").read_text(encoding="utf-8"))
+        for wrong in ('{"class": "VeTxtParser"}', "[", '{"class": "VeTxtParser", "node": "/Settings/Text",'
+                      ' "values": {"InCodePage": 1, "OutCodePage": "x"}}'):
+            (scratch / "wrong.json").write_text(wrong)
+            before = (scratch / "new.xml").read_bytes()
+            self.assertEqual(1, run("settings", "load", "new.xml", "wrong.json")[0], wrong)
+            self.assertEqual(before, (scratch / "new.xml").read_bytes())
+
+    def test_several_blocks_are_one_save(self):
+        self.write((HEAD + TAIL).encode())
+        for value, code in ("x", 1), ("7", 0):
+            before = self.file.read_bytes()
+            result, *_ = self.change("set", "VeDisplayCfgParser", "PtSize=1", "VeTxtParser:/S/New/Text",
+                                     "TxtMirrorMode=" + value, "--create")
+            self.assertEqual((code, code == 1), (result, before == self.file.read_bytes()))
+        text = self.file.read_bytes().decode()
+        self.assertIn("<PtSize>1</PtSize>", text)
+        self.assertRegex(text, r"<New>\s*<Text>\s*<TxtMirrorMode>7</TxtMirrorMode>\s*</Text>\s*</New>")
+
+    @native_only
+    def test_editor(self):
+        editor = scratch / "editor"
+        editor.write_text('#!/bin/sh\nsed -i -e "$EDITS" "$2"\n')
+        editor.chmod(0o755)
+        for edits, code, after, texts in [
+            ("", 0, SAVED, ["Nothing was to be changed"]),
+            ("s/^PtSize=1/PtSize=x/; /^PtMode/d", 1, SAVED, ["PtSize=x is refused", "what you wrote is in "]),
+            ("s/^PtMode=5/PtMode/", 1, SAVED, ["write KEY=VALUE"]),
+            ("s/^#BigCursor=false/BigCursor=true/; /^PtSize/d", 0,
+             "\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<Mine>1</Mine>\r\n\t\t<PtMode>5</PtMode>"
+             "\r\n\t\t<Mine>2</Mine>\r\n\t\t<BigCursor>-1</BigCursor>", ["BigCursor  false (default)"]),
+        ]:
+            with self.subTest(edits):
+                self.write((HEAD + SAVED + TAIL).encode())
+                result, output, errors = run(
+                    "settings", "edit", "VeDisplayCfgParser", "settings.xml", "/S/G",
+                    VISUAL=f"{editor} --wait", EDITS=edits, TMPDIR=str(scratch))
+                self.assertEqual((code, HEAD + after + TAIL), (result, self.file.read_bytes().decode()))
+                for text in texts:
+                    self.assertIn(text, output + errors)
+                kept = list(scratch.glob("sabxml-*.txt"))
+                self.assertEqual(code, len(kept))
+                for file in kept:
+                    file.unlink()
+
+    def test_watch(self):
+        self.write((HEAD + SAVED + TAIL).encode())
+        with subprocess.Popen([*COMMAND, "settings", "watch", "VeDisplayCfgParser", "settings.xml",
+                               "/S/G", "PtSize", "--changes", "2", "--json"], cwd=scratch,
+                              env=environment(), stdout=subprocess.PIPE) as watch:
+            # When it has begun to watch cannot be seen, so the file goes on changing.
+            size = 1
+            while watch.poll() is None and size < 200:
+                size += 1
+                self.change("set", "VeDisplayCfgParser", f"PtSize={size}", "PtMode=9")
+            lines = [json.loads(line) for line in watch.stdout]
+        self.assertEqual((0, ["PtSize"] * 2), (watch.returncode, [line["key"] for line in lines]))
+        self.assertTrue(all(line["before"] < line["after"] <= size for line in lines), lines)
 
     def test_commands_at_once_lose_no_key(self):
         self.write((HEAD + TAIL).encode())

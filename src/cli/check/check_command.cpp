@@ -98,6 +98,7 @@ CheckResult ResultOf(const CheckOptions& options) {
   sab::project::Source source = SourceWithInput(options);
   auto project = std::make_unique<sab::project::Project>(source);
   ReadDocuments(*project, options, source, choices);
+  TraceFiles(*project);
   CheckResult result;
   result.findings = CheckDocuments(*project, choices);
   if (options.fixes) {
@@ -123,7 +124,7 @@ void PrintResult(const CheckOptions& options, const CheckResult& result, bool us
 
 int RunCheck(const Settings& settings, CheckOptions options) {
   if (options.lists_rules) {
-    PrintRules(std::cout);
+    PrintRules(options.as_json, std::cout);
     return 0;
   }
   if (!options.explained_rule.empty()) {
@@ -131,7 +132,7 @@ int RunCheck(const Settings& settings, CheckOptions options) {
     CheckOptions one;
     one.disabled.push_back(options.explained_rule);
     ChoicesOf(one);
-    PrintRule(*check::RuleNamed(options.explained_rule), std::cout);
+    PrintRule(*check::RuleNamed(options.explained_rule), options.as_json, std::cout);
     return 0;
   }
   if (options.files.empty()) throw Misunderstood("name a FILE to check");
@@ -180,9 +181,10 @@ void AddCheck(CLI::App& program, const Settings& settings) {
   command
       ->add_option("--settings", options->settings,
                    "CLASS:NODEPATH of a block of a settings file; may be repeated")
+      ->type_name("CLASS:NODEPATH")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  command->add_flag("--json", options->as_json, "Print the findings as JSON");
+  command->add_flag("--json", options->as_json, "Print JSON: the findings, or the rules");
   command->add_option("--format", options->format, "What to print: text, json or sarif")
       ->check(CLI::IsMember({"text", "json", "sarif"}));
   command
@@ -190,11 +192,13 @@ void AddCheck(CLI::App& program, const Settings& settings) {
                    "What gives the exit code 1: error (the default), warning or never")
       ->check(CLI::IsMember({"error", "warning", "never"}));
   command->add_option("--disable", options->disabled, "RULE to leave out; may be repeated")
+      ->type_name("RULE")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   command
       ->add_option("--severity", options->severities,
                    "RULE=LEVEL with error, warning, info or none; may be repeated")
+      ->type_name("RULE=LEVEL")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   command
@@ -211,7 +215,8 @@ void AddCheck(CLI::App& program, const Settings& settings) {
                     "Change what is certain: letter case, and names with one candidate");
   command->add_flag("--dry-run", options->is_dry_run, "With --fix, print the changes instead");
   command->add_flag("--list-rules", options->lists_rules, "List the rules");
-  command->add_option("--explain", options->explained_rule, "Tell about one RULE");
+  command->add_option("--explain", options->explained_rule, "Tell about one RULE")
+      ->type_name("RULE");
   command->callback([&settings, options] {
     CheckOptions chosen = *options;
     chosen.as_json = chosen.as_json || chosen.format == "json";

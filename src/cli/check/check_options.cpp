@@ -6,6 +6,7 @@
 #include "cli/display_text.h"
 #include "cli/standard_input.h"
 #include "cli/suggestion.h"
+#include "cli/trace.h"
 #include "project/path_finder.h"
 #include "project/source.h"
 
@@ -27,8 +28,8 @@ const check::RuleText& CheckedRule(const std::string& id) {
   if (const check::RuleText* const rule = check::RuleNamed(id)) return *rule;
   std::vector<std::string> ids;
   for (const check::RuleText& rule : check::Rules()) ids.emplace_back(rule.id);
-  throw Misunderstood("there is no rule " + id + DidYouMean(id, ids) +
-                      "; \"sabxml check --list-rules\" lists all of them");
+  throw Misunderstood("there is no rule " + id +
+                      DidYouMean(id, ids, "\"sabxml check --list-rules\" lists all of them"));
 }
 
 check::SettingsChoice SettingsOf(const std::string& text) {
@@ -100,6 +101,7 @@ void AddConfiguredOptions(CheckOptions& options) {
     if (file == kStandardInput) continue;
     const std::string configuration = ConfigurationFor(file);
     if (configuration.empty() || !known.insert(configuration).second) continue;
+    Trace("opens " + configuration + ": options for " + file);
     const std::string text = BytesOfOptionFile(configuration);
     unsigned number = 0;
     for (std::size_t at = 0; at < text.size();) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cli/display_text.h"
+#include "cli/trace.h"
 #include "cli/tree_sink.h"
 
 namespace sabxml::cli {
@@ -91,7 +92,21 @@ void PrintJson(const CheckResult& result, std::ostream& out) {
   out << whole.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
-void PrintRules(std::ostream& out) {
+Json RuleAsJson(const check::RuleText& rule) {
+  return {{"rule", rule.id},
+          {"group", rule.group},
+          {"severity", NameOf(rule.severity)},
+          {"summary", rule.summary},
+          {"help", rule.help}};
+}
+
+void PrintRules(bool as_json, std::ostream& out) {
+  if (as_json) {
+    Json all = Json::array();
+    for (const check::RuleText& rule : check::Rules()) all.push_back(RuleAsJson(rule));
+    out << all.dump(2) << '\n';
+    return;
+  }
   std::string_view group;
   for (const check::RuleText& rule : check::Rules()) {
     if (rule.group != group) out << (group.empty() ? "" : "\n") << rule.group << '\n';
@@ -100,10 +115,26 @@ void PrintRules(std::ostream& out) {
   }
 }
 
-void PrintRule(const check::RuleText& rule, std::ostream& out) {
+void PrintRule(const check::RuleText& rule, bool as_json, std::ostream& out) {
+  if (as_json) {
+    out << RuleAsJson(rule).dump(2) << '\n';
+    return;
+  }
   out << rule.id << ": " << rule.summary << "\n  group: " << rule.group
       << "\n  severity: " << NameOf(rule.severity) << "\n\n"
       << rule.help << '\n';
+}
+
+void TraceFiles(const sab::project::Project& project) {
+  for (sab::project::FileIndex file = 0; file < project.FileCount(); ++file) {
+    std::string reason = "it is named";
+    for (const sab::project::Link& link : project.Links()) {
+      if (link.to != file) continue;
+      reason = project.At(link.from).Path() + " names it \"" + std::string(link.path.text) + "\"";
+      break;
+    }
+    Trace("opens " + project.At(file).Path() + ": " + reason);
+  }
 }
 
 }  // namespace sabxml::cli

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "check/finding.h"
+#include "project/project.h"
 
 namespace sabxml::cli {
 
@@ -24,7 +25,10 @@ void PrintJson(const CheckResult& result, std::ostream& out);
 void PrintSarif(const CheckResult& result, std::ostream& out);
 
 /// Rules in a table, and one with all that is said of it.
-void PrintRules(std::ostream& out);
-void PrintRule(const sab::check::RuleText& rule, std::ostream& out);
+void PrintRules(bool as_json, std::ostream& out);
+void PrintRule(const sab::check::RuleText& rule, bool as_json, std::ostream& out);
+
+/// Tells which files a project read, and why.
+void TraceFiles(const sab::project::Project& project);
 
 }  // namespace sabxml::cli

@@ -7,6 +7,7 @@
 
 #include "base/com_error.h"
 #include "cli/check/check_options.h"
+#include "cli/check/check_output.h"
 #include "cli/commands.h"
 #include "cli/display_text.h"
 #include "cli/standard_input.h"
@@ -31,8 +32,8 @@ const formats::Document& CheckedKind(const std::string& name) {
     names.push_back(project::ShortNameOf(*document));
     list += (list.empty() ? "" : ", ") + names.back();
   }
-  throw Misunderstood("there is no kind of document " + name + DidYouMean(name, names) +
-                      "; the kinds are " + list);
+  throw Misunderstood("there is no kind of document " + name +
+                      DidYouMean(name, names, "the kinds are " + list));
 }
 
 template <class Action>
@@ -106,42 +107,61 @@ std::string PlacesOf(const project::Schema& schema, project::ContentId content) 
   return places;
 }
 
-void ExplainElement(const std::string& element, const std::string& kind) {
+// Every element of a name: lines for people, or an array.
+class Explanations {
+ public:
+  void Begin(const std::string& element, std::string_view help) {
+    if (!text_.empty()) text_ += '\n';
+    text_ += element + ": " + std::string(help) + '\n';
+    all_.push_back({{"element", element}, {"help", help}});
+  }
+  void Add(std::string_view name, std::string_view line) {
+    if (line.empty()) return;
+    text_ += "  " + Padded(name, 10) + std::string(line) + '\n';
+    all_.back()[std::string(name)] = line;
+  }
+
+  bool IsEmpty() const { return text_.empty(); }
+  void Print(bool as_json) const { std::cout << (as_json ? all_.dump(2) + '\n' : text_); }
+
+ private:
+  std::string text_;
+  Json all_ = Json::array();
+};
+
+void ExplainElement(const std::string& element, const std::string& kind, bool as_json) {
   std::vector<std::string> names;
-  bool is_found = false;
+  Explanations found;
   for (const formats::Document* const document : project::DocumentsWithElements()) {
     if (!kind.empty() && document != &CheckedKind(kind)) continue;
     const project::Schema& schema = project::Schema::Of(document->kind);
-    const auto print = [&](std::string_view name, std::string_view line) {
-      if (!line.empty()) std::cout << "  " << Padded(name, 10) << line << '\n';
-    };
     if (element == document->root) {
-      std::cout << (is_found ? "\n" : "") << element << ": " << document->help << '\n';
-      print("is", "the document element of a file of the kind " + std::string(document->about));
-      is_found = true;
+      found.Begin(element, document->help);
+      found.Add("is", "the document element of a file of the kind " + std::string(document->about));
     }
     names.emplace_back(document->root);
     for (project::RuleId id = 1; id < schema.RuleCount(); ++id) {
       const formats::Rule& rule = schema.At(id);
       names.emplace_back(rule.name);
       if (rule.name != element) continue;
-      std::cout << (is_found ? "\n" : "") << element << ": " << rule.help << '\n';
-      print("in", PlacesOf(schema, schema.HomeOf(id)) + " (" + std::string(document->about) + ")");
-      print("type", formats::WordsFor(rule.type));
-      print("need", NeedOf(rule));
-      print("default", DefaultOf(rule));
-      print("counts", WhichCounts(rule));
+      found.Begin(element, rule.help);
+      found.Add("in",
+                PlacesOf(schema, schema.HomeOf(id)) + " (" + std::string(document->about) + ")");
+      found.Add("type", formats::WordsFor(rule.type));
+      found.Add("need", NeedOf(rule));
+      found.Add("default", DefaultOf(rule));
+      found.Add("counts", WhichCounts(rule));
       std::string content;
       for (const std::string_view name : schema.NamesIn(schema.ContentOf(id))) {
         content += (content.empty() ? "" : ", ") + std::string(name);
       }
-      print("holds", content);
-      is_found = true;
+      found.Add("holds", content);
     }
   }
-  if (!is_found) {
+  if (found.IsEmpty()) {
     throw Misunderstood("there is no element " + element + DidYouMean(element, names));
   }
+  found.Print(as_json);
 }
 
 // --- find ---
@@ -171,6 +191,7 @@ void FindIdentifier(const std::string& id, const std::string& file, bool as_json
   if (file == kStandardInput) source.Open(file, std::move(*bytes));
   project::Project all(source);
   all.Read(file);
+  TraceFiles(all);
   std::vector<IdentifierUse> definitions;
   std::vector<IdentifierUse> references;
   for (project::FileIndex index = 0; index < all.FileCount(); ++index) {
@@ -235,9 +256,11 @@ void AddReferenceCommands(CLI::App& program) {
   explain->add_option("KIND", options->kind,
                       "Kind of document: application, template, module, environment, commands, "
                       "user-interface, standards, browse-history");
+  explain->add_flag("--json", options->as_json, "Print JSON");
   explain->footer("Example:\n  sabxml explain RibbonButton user-interface\n");
   explain->callback([options] {
-    Reporting("explain", [&options] { ExplainElement(options->name, options->kind); });
+    Reporting("explain",
+              [&options] { ExplainElement(options->name, options->kind, options->as_json); });
   });
 
   CLI::App* const schema =

@@ -44,10 +44,7 @@ Json ScalarOf(const Value& of) {
       return ToUtf8(value.bstrVal);
     case VT_BOOL:
       // Files carry other numbers than -1 for true, and settings keep them.
-      if (value.boolVal == VARIANT_TRUE || value.boolVal == VARIANT_FALSE) {
-        return value.boolVal == VARIANT_TRUE;
-      }
-      return value.boolVal;
+      return value.boolVal != VARIANT_FALSE;
     case VT_R4:
       return ShortestOf(value.fltVal);
     case VT_R8:
@@ -234,28 +231,39 @@ void ObjectReader::Step() {
   }
 }
 
-ReadableMember ObjectReader::MemberNamed(const Shape& shape, const std::string& name) {
-  for (const ReadableMember& member : shape.members) {
+ReadableMember ObjectReader::MemberNamed(const Shape& shape,
+                                         const std::vector<ReadableMember>& shown,
+                                         const std::string& name) {
+  for (const ReadableMember& member : shown) {
     if (sab::EqualsIgnoringAsciiCase(member.name, name)) return member;
   }
-  for (const ReadableMember& member : shape.members) {
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    if (sab::EqualsIgnoringAsciiCase(shape.members[i].name, name)) return shown[i];
+  }
+  for (const ReadableMember& member : shown) {
     if (member.kind == ReadableMember::Kind::kNamedValues) {
       return {ReadableMember::Kind::kNamedValue, name, {}, member.element, {}};
     }
   }
   std::vector<std::string> names;
-  for (const ReadableMember& member : shape.members) names.push_back(member.name);
+  for (const ReadableMember& member : shown) names.push_back(member.name);
   throw Failure(shape.type.substr(shape.type.starts_with('I') ? 1 : 0) + " has no value named " +
                 name + DidYouMean(name, names));
 }
 
 void ObjectReader::Read(IDispatch& object, std::string_view name,
-                        const std::vector<std::string>& only) {
+                        const std::vector<std::string>& only, const Naming& naming) {
   const Shape& shape = ShapeOf(object);
+  const bool is_whole = only.empty() && !naming;
+  std::vector<ReadableMember> shown;
+  if (!is_whole) shown = shape.members;
+  if (naming) {
+    for (ReadableMember& member : shown) member.name = naming(member.name);
+  }
   std::vector<ReadableMember> selected;
   selected.reserve(only.size());
-  for (const std::string& wanted : only) selected.push_back(MemberNamed(shape, wanted));
-  Enter(object, name, only.empty() ? nullptr : &selected);
+  for (const std::string& wanted : only) selected.push_back(MemberNamed(shape, shown, wanted));
+  Enter(object, name, is_whole ? nullptr : only.empty() ? &shown : &selected);
   while (!frames_.empty()) Step();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -21,9 +22,14 @@ class ObjectReader {
   explicit ObjectReader(TreeSink& sink) : sink_(sink) {}
 
   /// @param name the object's name for the sink
+  /// Another name for a member of the object.
+  using Naming = std::function<std::string(const std::string& member)>;
+
   /// @param only names of values of this object, in any letter case; empty for all.
   ///             Raises Failure for a name that it cannot have.
-  void Read(IDispatch& object, std::string_view name, const std::vector<std::string>& only = {});
+  /// @param naming for this object's values; the members' names will still do in `only`
+  void Read(IDispatch& object, std::string_view name, const std::vector<std::string>& only = {},
+            const Naming& naming = {});
 
   /// What the objects refused to give: "UI: the reason (code)".
   const std::vector<std::string>& Refusals() const { return refusals_; }
@@ -44,7 +50,9 @@ class ObjectReader {
   };
 
   const Shape& ShapeOf(IDispatch& object);
-  static ReadableMember MemberNamed(const Shape& shape, const std::string& name);
+  /// @param shown the members under the names that are shown
+  static ReadableMember MemberNamed(const Shape& shape, const std::vector<ReadableMember>& shown,
+                                    const std::string& name);
   /// @param selected null for all members
   void Enter(IDispatch& object, std::string_view name, const std::vector<ReadableMember>* selected);
   void Step();

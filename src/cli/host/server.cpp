@@ -2,10 +2,12 @@
 
 #include <SabXmlParser.h>
 
+#include "base/registry_key.h"
 #include "base/result_words.h"
 #include "cli/host/type_description.h"
 #include "cli/platform.h"
 #include "cli/suggestion.h"
+#include "cli/trace.h"
 
 namespace sabxml::cli {
 namespace {
@@ -16,8 +18,28 @@ using InstallFunction = HRESULT(STDMETHODCALLTYPE*)(BOOL install, LPCWSTR comman
 
 }  // namespace
 
+std::string DefaultTextOf(HKEY parent, const std::string& path) {
+  const sab::OpenKey key(parent, FromUtf8(path), KEY_READ);
+  OLECHAR text[1024] = {};
+  DWORD size = sizeof text - sizeof(OLECHAR);
+  DWORD type = REG_NONE;
+  if (!key ||
+      RegQueryValueExW(key.Get(), nullptr, nullptr, &type, reinterpret_cast<LPBYTE>(text), &size) !=
+          ERROR_SUCCESS ||
+      type != REG_SZ) {
+    return {};
+  }
+  return ToUtf8(sab::TextView(text));
+}
+
 Server::Server(const std::string& library) : named_library_(library) {
-  if (named_library_.empty()) named_library_ = EnvironmentVariable("SABXML_SERVER");
+  if (!named_library_.empty()) {
+    Trace("the server is " + named_library_ + ": --server names it");
+    return;
+  }
+  named_library_ = EnvironmentVariable("SABXML_SERVER");
+  if (!named_library_.empty())
+    Trace("the server is " + named_library_ + ": SABXML_SERVER names it");
 }
 
 std::string Server::LibraryPath() const {
@@ -43,12 +65,30 @@ ComPtr<IDispatch> Server::CreateFromLibrary(REFCLSID clsid) {
   return object;
 }
 
+// Said once: the other classes come from the same place.
+void Server::TraceChoice(REFCLSID clsid, HRESULT registered) {
+  if (is_choice_traced_) return;
+  is_choice_traced_ = true;
+  Trace("the registry is " + RegistryName());
+  if (FAILED(registered)) {
+    Trace("the server is " + OwnServer() + ", the library beside this program: the registry has " +
+          (registered == REGDB_E_CLASSNOTREG ? "none" : "one that cannot be used"));
+    return;
+  }
+  OLECHAR text[40];
+  StringFromGUID2(clsid, text, 40);
+  const std::string key = "CLSID\\" + ToUtf8(sab::TextView(text));
+  Trace("the server is " + DefaultTextOf(HKEY_CLASSES_ROOT, key + "\\InprocServer32") +
+        ": it is registered for the classes, in " + key);
+}
+
 ComPtr<IDispatch> Server::CreateClass(REFCLSID clsid) {
   HRESULT registered = REGDB_E_CLASSNOTREG;
   if (named_library_.empty()) {
     ComPtr<IDispatch> object;
     registered =
         CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.PutVoid());
+    TraceChoice(clsid, registered);
     if (SUCCEEDED(registered)) return object;
   }
   try {
@@ -102,8 +142,8 @@ CLSID Server::ClassNamed(const std::string& class_name) {
   }
   std::vector<std::string> names;
   for (const ClassDescription& known : DescribeClasses(*library.Get())) names.push_back(known.name);
-  throw Failure("the server has no class named " + class_name + DidYouMean(name, names) +
-                "; \"sabxml classes\" lists those that it has");
+  throw Failure("the server has no class named " + class_name +
+                DidYouMean(name, names, "\"sabxml classes\" lists those that it has"));
 }
 
 ComPtr<IDispatch> Server::Create(const std::string& class_name) {

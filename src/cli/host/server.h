@@ -35,11 +35,17 @@ class Server {
   /// An entry point of the library, called. Raises Failure.
   template <typename Function, typename... Arguments>
   void Call(const char* name, Arguments... arguments);
+  void TraceChoice(REFCLSID clsid, HRESULT registered);
   ComPtr<IDispatch> CreateClass(REFCLSID clsid);
   ComPtr<IDispatch> CreateFromLibrary(REFCLSID clsid);
 
   std::string named_library_;
   void* library_ = nullptr;
+  bool is_choice_traced_ = false;
 };
+
+/// The default value of a key of the registry; empty without a text.
+/// @param path of the key, its parts with backslashes between them
+std::string DefaultTextOf(HKEY parent, const std::string& path);
 
 }  // namespace sabxml::cli

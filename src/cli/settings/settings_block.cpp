@@ -1,16 +1,13 @@
 #include "cli/settings/settings_block.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "base/com_error.h"
 #include "cli/display_text.h"
 #include "cli/host/automation.h"
 #include "cli/settings/settings_value.h"
-#include "cli/standard_input.h"
 #include "cli/suggestion.h"
 #include "common/named_values.h"
-#include "platform/file.h"
 #include "text/ascii.h"
 
 namespace sabxml::cli {
@@ -45,19 +42,22 @@ void CheckName(const std::string& key) {
 }  // namespace
 
 SettingsChoice SettingsChoiceNamed(const std::string& class_name) {
-  for (const sab::SettingsGroup& group : sab::SettingsGroups()) {
-    if (sab::EqualsIgnoringAsciiCase(group.class_name, class_name))
-      return {std::string(group.class_name), &group};
-  }
-  for (const std::string_view name : sab::NamedValueClasses()) {
-    if (sab::EqualsIgnoringAsciiCase(name, class_name)) return {std::string(name), nullptr};
-  }
   std::vector<std::string> names;
+  for (SettingsChoice& choice : SettingsChoices()) {
+    if (sab::EqualsIgnoringAsciiCase(choice.class_name, class_name)) return std::move(choice);
+    names.push_back(std::move(choice.class_name));
+  }
+  throw Failure("there is no settings group " + class_name +
+                DidYouMean(class_name, names, "\"sabxml settings list\" lists all of them"));
+}
+
+std::vector<SettingsChoice> SettingsChoices() {
+  std::vector<SettingsChoice> choices;
   for (const sab::SettingsGroup& group : sab::SettingsGroups())
-    names.emplace_back(group.class_name);
-  for (const std::string_view name : sab::NamedValueClasses()) names.emplace_back(name);
-  throw Failure("there is no settings group " + class_name + DidYouMean(class_name, names) +
-                "; \"sabxml settings list\" lists all of them");
+    choices.push_back({std::string(group.class_name), &group});
+  for (const std::string_view name : sab::NamedValueClasses())
+    choices.push_back({std::string(name), nullptr});
+  return choices;
 }
 
 const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::string& key) {
@@ -74,25 +74,9 @@ const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::str
   const std::string class_name(group.class_name);
   std::vector<std::string> names;
   for (const sab::SettingsRow& row : rows) names.emplace_back(row.key);
-  throw Failure(class_name + " has no key " + key + DidYouMean(key, names) +
-                "; \"sabxml settings list " + class_name + "\" lists those that it has");
-}
-
-void OpenSettings(sab::ConfigDocument& document, const std::string& file,
-                  const std::string& node_path, SettingsPurpose purpose) {
-  const sab::Text name = sab::FromUtf8(PathToRead(file));
-  const bool is_loaded =
-      purpose == SettingsPurpose::kChange ? document.LoadToChange(name) : document.Load(name);
-  if (!is_loaded) {
-    throw Failure(WithStandardInput(document.Failure().Describe()), sab::kDocumentNotLoaded);
-  }
-  try {
-    if (document.Select(sab::FromUtf8(node_path))) return;
-  } catch (const sab::ComError& error) {
-    throw Failure(WithStandardInput(error.what()), error.Code());
-  }
-  throw Failure(file + ": the node path " + node_path +
-                " leads to no element: see to its spelling and letter case, or add the element");
+  throw Failure(class_name + " has no key " + key +
+                DidYouMean(key, names,
+                           "\"sabxml settings list " + class_name + "\" lists those that it has"));
 }
 
 // --- Entries ---
@@ -120,31 +104,31 @@ std::string SettingsEntry::ShownCopy(std::size_t index) const {
 
 // --- Block ---
 
-SettingsBlock::SettingsBlock(SettingsChoice group, std::string file, std::string node_path,
-                             SettingsPurpose purpose)
+SettingsBlock::SettingsBlock(SettingsChoice group, std::shared_ptr<SettingsFile> file,
+                             std::string node_path, bool may_be_created)
     : group_(std::move(group)), file_(std::move(file)), node_path_(std::move(node_path)) {
-  OpenSettings(document_, file_, node_path_, purpose);
+  if (!may_be_created) file_->Require(node_path_);
   if (group_.table) values_ = group_.table->make_fields();
-}
-
-std::vector<sab::ConfigElement> SettingsBlock::Select(const std::string& path) {
-  return document_.SelectElements(sab::FromUtf8(path));
 }
 
 SettingsEntry SettingsBlock::EntryOf(const sab::SettingsRow& row) {
   SettingsEntry entry;
   entry.key = row.key;
   entry.row = &row;
-  entry.copies = Select(node_path_ + "/" + entry.key);
+  entry.copies = file_->Select(node_path_ + "/" + entry.key);
   entry.is_structure = row.type == sab::Type::kNone;
   if (entry.is_structure) return entry;
   sab::Text text = sab::FromUtf8(row.rule->when_missing);
   if (!entry.copies.empty()) entry.copies.front().ReadText(text);
   const bool is_loaded = row.IsLoaded() && !(entry.copies.empty() && text.empty());
-  if (is_loaded) row.parse(values_.get(), text);
-  entry.value = row.format(values_.get());
-  if (is_loaded) entry.value = LoadedSetting(row.type, entry.value, text);
+  entry.value = is_loaded ? LoadedText(row, text) : row.format(values_.get());
   return entry;
+}
+
+sab::Text SettingsBlock::LoadedText(const sab::SettingsRow& row, sab::TextView text) {
+  const sab::SettingsFields values = group_.table->make_fields();
+  row.parse(values.get(), text);
+  return LoadedSetting(row.type, row.format(values.get()), text);
 }
 
 SettingsEntry SettingsBlock::EntryNamed(const std::string& key) {
@@ -167,7 +151,7 @@ std::vector<SettingsEntry> SettingsBlock::Entries() {
     return entries;
   }
   sab::Text name;
-  for (const sab::ConfigElement& element : Select(node_path_ + "/*")) {
+  for (const sab::ConfigElement& element : file_->Select(node_path_ + "/*")) {
     const std::string key = sab::ToUtf8(element.ReadLocalName(name));
     const bool is_structure = !sab::IsLeaf(element);
     auto known = std::find_if(entries.begin(), entries.end(), [&](const SettingsEntry& entry) {
@@ -187,7 +171,13 @@ std::vector<SettingsEntry> SettingsBlock::Entries() {
 
 void SettingsBlock::Set(SettingsEntry& entry, sab::TextView text) {
   if (entry.copies.empty()) {
-    document_.Select(sab::FromUtf8(node_path_)).Append(entry.key, text);
+    std::optional<sab::AppendedElement> made;
+    if (!file_->Has(node_path_)) made = file_->Make(node_path_);
+    if (made) {
+      made->Append(entry.key, text);
+    } else {
+      file_->Document().Select(std::string_view(node_path_)).Append(entry.key, text);
+    }
     return;
   }
   sab::Text old;
@@ -207,35 +197,16 @@ std::size_t SettingsBlock::NewestCopy(const SettingsEntry& entry) {
   const std::string first_node = "(" + node_path_ + ")[1]/";
   std::size_t count = 0;
   if (entry.row) {
-    count = Select(first_node + entry.key).size();
+    count = file_->Select(first_node + entry.key).size();
   } else {
     sab::Text name;
-    for (const sab::ConfigElement& element : Select(first_node + "*")) {
+    for (const sab::ConfigElement& element : file_->Select(first_node + "*")) {
       if (sab::ToUtf8(element.ReadLocalName(name)) == entry.key &&
           sab::IsLeaf(element) != entry.is_structure)
         ++count;
     }
   }
   return (count > 0 ? count : entry.copies.size()) - 1;
-}
-
-void SettingsBlock::WriteBackup() const {
-  const std::string name = file_ + ".bak";
-  std::string reason;
-  const auto bytes = sab::ReadFileBytes(sab::FromUtf8(file_), reason);
-  if (!bytes) throw Failure(file_ + ": " + reason);
-  // Who may not read the file may not read its copy: an existing file keeps its permissions.
-  const auto path_of = [](const std::string& utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-  };
-  std::error_code ignored;
-  std::filesystem::copy_file(path_of(file_), path_of(name), ignored);
-  sab::ReplaceFileBytes(sab::FromUtf8(name), *bytes);
-}
-
-void SettingsBlock::Save(bool keeps_backup) {
-  if (keeps_backup) WriteBackup();
-  document_.Save(sab::FromUtf8(file_));
 }
 
 }  // namespace sabxml::cli

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/settings/settings_file.h"
 #include "cli/tree_sink.h"
-#include "common/config_document.h"
 #include "settings/settings_groups.h"
 
 namespace sabxml::cli {
@@ -19,19 +19,10 @@ struct SettingsChoice {
 
 /// By the name of its class, in any letter case. Raises Failure for one that is none of them.
 SettingsChoice SettingsChoiceNamed(const std::string& class_name);
+std::vector<SettingsChoice> SettingsChoices();
 
 /// The row of a key; a host's name of the value and other letter case will do, too. Raises Failure.
 const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::string& key);
-
-enum class SettingsPurpose {
-  kRead,
-  kChange,  ///< no other writer may change the file as long as the document lives
-};
-
-/// Loads a settings file. Raises Failure for a file that cannot be read and for a node path that is
-/// malformed or leads to no element.
-void OpenSettings(sab::ConfigDocument& document, const std::string& file,
-                  const std::string& node_path, SettingsPurpose purpose = SettingsPurpose::kRead);
 
 /// One key of a group in a file.
 struct SettingsEntry {
@@ -55,17 +46,21 @@ struct SettingsEntry {
 /// The elements of one group in a file.
 class SettingsBlock {
  public:
-  /// Raises Failure for a file that cannot be read and for a path that leads to no element.
-  SettingsBlock(SettingsChoice group, std::string file, std::string node_path,
-                SettingsPurpose purpose = SettingsPurpose::kRead);
+  /// @param may_be_created whether elements of the path that are missing are made by Set
+  /// Raises Failure for a path that leads to no element, unless it may be created.
+  SettingsBlock(SettingsChoice group, std::shared_ptr<SettingsFile> file, std::string node_path,
+                bool may_be_created = false);
 
   const SettingsChoice& Group() const { return group_; }
-  const std::string& File() const { return file_; }
+  const std::string& FileName() const { return file_->Name(); }
+  const std::string& NodePath() const { return node_path_; }
 
-  /// A key of the group; where it keeps any, one that may not be there yet. Raises Failure.
+  /// A key of the group; where it keeps any, one that may be missing. Raises Failure.
   SettingsEntry EntryNamed(const std::string& key);
   /// All keys of the group; where it keeps any, those that are there, in the order of the file.
   std::vector<SettingsEntry> Entries();
+  /// What a load gives a host for a text of the file, written as in a file.
+  sab::Text LoadedText(const sab::SettingsRow& row, sab::TextView text);
 
   /// Leaves one copy of a key, which holds the text: the first, or a new one.
   void Set(SettingsEntry& entry, sab::TextView text);
@@ -76,19 +71,12 @@ class SettingsBlock {
   /// The copy that was saved last: a save appends to the first node of the path.
   std::size_t NewestCopy(const SettingsEntry& entry);
 
-  /// Writes the file as one step, and before it, where that is wanted, the old one as FILE.bak.
-  /// Raises Failure; the file is whole in any case.
-  void Save(bool keeps_backup);
-
  private:
   SettingsEntry EntryOf(const sab::SettingsRow& row);
-  std::vector<sab::ConfigElement> Select(const std::string& path);
-  void WriteBackup() const;
 
   SettingsChoice group_;
-  std::string file_;
+  std::shared_ptr<SettingsFile> file_;
   std::string node_path_;
-  sab::ConfigDocument document_;
   sab::SettingsFields values_{nullptr, [](void*) {}};
 };
 

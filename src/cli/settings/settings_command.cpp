@@ -10,33 +10,99 @@ namespace {
 
 constexpr char kSettingsHelp[] =
     "CLASS is the class of a settings group, and NODEPATH the path of the element that holds its\n"
-    "keys, since one file may hold several blocks. A file that was saved several times holds\n"
-    "several copies of each key, of which a load takes the first.\n"
+    "keys, since one file may hold several blocks; CLASS:NODEPATH among the keys goes on with\n"
+    "another block of the same file. A file that was saved several times holds several copies of\n"
+    "each key, of which a load takes the first.\n"
     "\n"
     "Examples:\n"
     "  sabxml settings list\n"
-    "  sabxml settings list VeDisplayCfgParser\n"
     "  sabxml settings get VeDisplayCfgParser settings.xml /Settings/Display PtSize\n"
-    "  sabxml settings set VeDisplayCfgParser settings.xml /Settings/Display PtSize=3 "
-    "BigCursor=true\n"
-    "  sabxml settings unset VeDisplayCfgParser settings.xml /Settings/Display PtSize --backup\n"
-    "  sabxml settings dump VeDisplayCfgParser settings.xml /Settings/Display --json\n"
-    "  sabxml settings diff VeDisplayCfgParser old.xml new.xml /Settings/Display\n"
-    "  sabxml settings compact VeDisplayCfgParser settings.xml /Settings/Display --newest\n";
+    "  sabxml settings set VeDisplayCfgParser settings.xml /Settings/Display PtSize=3\n"
+    "  sabxml settings COMMAND --help            more about one command\n";
+
+constexpr char kListHelp[] =
+    "Examples:\n"
+    "  sabxml settings list\n"
+    "  sabxml settings list VeDisplayCfgParser VeTxtParser\n";
+
+constexpr char kRangeHelp[] =
+    "Example:\n"
+    "  sabxml settings range VeSelectCfgParser GripSize PickBoxSize\n";
+
+constexpr char kGetHelp[] =
+    "With --default, a key that the file does not have gives VALUE, and so does a missing\n"
+    "block. With --is-set nothing is printed.\n"
+    "\n"
+    "Examples:\n"
+    "  sabxml settings get VeDisplayCfgParser settings.xml /Settings/Display PtSize BigCursor\n"
+    "  sabxml settings get VeDisplayCfgParser settings.xml /Settings/Display PtSize --default 3\n"
+    "  sabxml settings get VeTxtParser settings.xml /Settings/Text DefTxtHei \\\n"
+    "      VeDisplayCfgParser:/Settings/Display PtSize\n"
+    "\n"
+    "Exit codes: 0 done; with --is-set, 1 a key is not in the file, 2 the file cannot be read.\n";
 
 constexpr char kSetHelp[] =
     "All values are checked before the file is touched: true or false for a flag, numbers that "
     "fit\n"
     "into their width, one semicolon between the elements of a list. 0x… is understood where a\n"
-    "number has no sign, as a colour. Afterwards the file has one copy of each key.\n"
+    "number has no sign, as a colour. Afterwards the file has one copy of each key. Several\n"
+    "blocks are saved as one step.\n"
+    "\n"
+    "Examples:\n"
+    "  sabxml settings set VeDisplayCfgParser settings.xml /Settings/Display "
+    "ModelBkColor=0x202020\n"
+    "  sabxml settings set VeDisplayCfgParser settings.xml /Settings/Display PtSize=3 \\\n"
+    "      VeSelectCfgParser:/Settings/Selection GripSize=8\n"
+    "  sabxml settings set VeTxtParser new.xml /Settings/Text InCodePage=936 --create\n";
+
+constexpr char kUnsetHelp[] =
+    "Example:\n"
+    "  sabxml settings unset VeDisplayCfgParser settings.xml /Settings/Display PtSize --backup\n";
+
+constexpr char kDumpHelp[] =
+    "Examples:\n"
+    "  sabxml settings dump VeDisplayCfgParser settings.xml /Settings/Display\n"
+    "  sabxml settings dump VeDisplayCfgParser settings.xml /Settings/Display --json "
+    ">display.json\n"
+    "  sabxml settings dump VeDisplayCfgParser settings.xml /Settings/Display \\\n"
+    "      VeTxtParser:/Settings/Text --json >all.json\n";
+
+constexpr char kLoadHelp[] =
+    "DUMP is what \"sabxml settings dump --json\" printed, also edited; the standard input unless\n"
+    "one is named. Its class and node path say where the values go. Keys that the dumped file did\n"
+    "not have are removed, keys that the dump does not name stay. All blocks of a dump are saved\n"
+    "as one step.\n"
+    "\n"
+    "Examples:\n"
+    "  sabxml settings load settings.xml display.json --backup\n"
+    "  sabxml settings load new.xml all.json --create\n";
+
+constexpr char kEditHelp[] =
+    "Opens the program that VISUAL or EDITOR names with a line KEY=VALUE for each key. What is\n"
+    "wrong is told, and can be edited again; only lines that were changed change the file.\n"
     "\n"
     "Example:\n"
-    "  sabxml settings set VeDisplayCfgParser settings.xml /Settings/Display "
-    "ModelBkColor=0x202020\n";
+    "  sabxml settings edit VeDisplayCfgParser settings.xml /Settings/Display\n";
+
+constexpr char kWatchHelp[] =
+    "Prints a line for each value that a load would give anew, as soon as the file is saved,\n"
+    "until it is interrupted. With --json each line is a JSON document.\n"
+    "\n"
+    "Example:\n"
+    "  sabxml settings watch VeDisplayCfgParser settings.xml /Settings/Display PtSize\n";
+
+constexpr char kDiffHelp[] =
+    "Example:\n"
+    "  sabxml settings diff VeDisplayCfgParser old.xml new.xml /Settings/Display\n"
+    "\n"
+    "Exit codes: 0 done; with --exit-code, 1 there are differences.\n";
 
 constexpr char kCompactHelp[] =
     "Keeps the first copy of each key, which is the one that a load takes; with --newest the one\n"
-    "that was saved last, so that the file then says what the last save meant.\n";
+    "that was saved last, so that the file then says what the last save meant.\n"
+    "\n"
+    "Example:\n"
+    "  sabxml settings compact VeDisplayCfgParser settings.xml /Settings/Display --newest\n";
 
 using Action = void (*)(const SettingsOptions&);
 
@@ -51,9 +117,11 @@ void Run(Action action, const SettingsOptions& options) {
 
 class SettingsCommand {
  public:
-  SettingsCommand(CLI::App& parent, const char* name, const char* help, Action action)
+  SettingsCommand(CLI::App& parent, const char* name, const char* about, const char* help,
+                  Action action)
       : options_(std::make_shared<SettingsOptions>()),
-        command_(*parent.add_subcommand(name, help)) {
+        command_(*parent.add_subcommand(name, about)) {
+    command_.footer(help);
     command_.callback([options = options_, action] { Run(action, *options); });
   }
 
@@ -82,10 +150,15 @@ class SettingsCommand {
     command_.add_flag("--json", options_->as_json, "Print JSON");
     return *this;
   }
+  SettingsCommand& WithCreate() {
+    command_.add_flag("--create", options_->may_create,
+                      "Make the file and the elements of NODEPATH where they are missing");
+    return *this;
+  }
   SettingsCommand& WithWriteOptions() {
     command_.add_flag("--backup", options_->keeps_backup, "Keep the old file as FILE.bak");
     command_.add_flag("--dry-run", options_->is_dry, "Say what would be done and change nothing");
-    return *this;
+    return WithJson();
   }
 
  private:
@@ -93,33 +166,37 @@ class SettingsCommand {
   CLI::App& command_;
 };
 
-}  // namespace
-
-void AddSettingsCommands(CLI::App& program) {
-  CLI::App& settings =
-      *program.add_subcommand("settings", "List, read, compare and change settings of files");
-  settings.require_subcommand(1);
-  settings.footer(kSettingsHelp);
-
-  SettingsCommand(settings, "list", "List the groups, or the keys of some", ListSettings)
+void AddReading(CLI::App& settings) {
+  SettingsCommand(settings, "list", "List the groups, or the keys of some", kListHelp, ListSettings)
       .WithNames("CLASS", "Classes whose keys are listed", false)
       .WithJson();
-  SettingsCommand(settings, "get", "Print values as a load takes them", GetSettings)
+  SettingsCommand(settings, "range", "Tell what keys take: type, limits, default, meaning",
+                  kRangeHelp, DescribeRanges)
+      .WithClass()
+      .WithNames("KEY", "Keys; all of them if none is given", false)
+      .WithJson();
+  SettingsCommand get(settings, "get", "Print values as a load takes them", kGetHelp, GetSettings);
+  get.WithBlock().WithNames("KEY", "Keys; all of them if none is given", false).WithJson();
+  SettingsOptions& options = get.Options();
+  get.App()
+      .add_option_function<std::string>(
+          "--default",
+          [&options](const std::string& value) {
+            options.has_default = true;
+            options.default_value = value;
+          },
+          "VALUE of keys that the file does not have")
+      ->type_name("VALUE");
+  get.App().add_flag("--is-set", options.only_tells_whether_set,
+                     "Print nothing: tell by the exit code whether the file has all keys");
+  SettingsCommand(settings, "dump", "Print values with their types, lines and copies", kDumpHelp,
+                  DumpSettings)
       .WithBlock()
       .WithNames("KEY", "Keys; all of them if none is given", false)
       .WithJson();
-  SettingsCommand set(settings, "set", "Change values", SetSettings);
-  set.WithBlock().WithNames("KEY=VALUE", "Keys and their new values", true).WithWriteOptions();
-  set.App().footer(kSetHelp);
-  SettingsCommand(settings, "unset", "Remove all copies of keys", UnsetSettings)
-      .WithBlock()
-      .WithNames("KEY", "Keys", true)
-      .WithWriteOptions();
-  SettingsCommand(settings, "dump", "Print values with their types, lines and copies", DumpSettings)
-      .WithBlock()
-      .WithJson();
 
-  SettingsCommand diff(settings, "diff", "Compare what two blocks load as", CompareSettings);
+  SettingsCommand diff(settings, "diff", "Compare what two blocks load as", kDiffHelp,
+                       CompareSettings);
   diff.WithClass();
   diff.App().add_option("A", diff.Options().file, "Settings file")->required();
   diff.App().add_option("B", diff.Options().other_file, "The other file")->required();
@@ -128,12 +205,53 @@ void AddSettingsCommands(CLI::App& program) {
                         "Path in the other file, where it differs");
   diff.App().add_flag("--exit-code", diff.Options().tells_by_exit_code,
                       "End with 1 where there are differences");
+  diff.WithJson();
 
-  SettingsCommand compact(settings, "compact", "Leave one copy of each key", CompactSettings);
-  compact.WithBlock().WithWriteOptions();
+  SettingsCommand watch(settings, "watch", "Print values that change", kWatchHelp, WatchSettings);
+  watch.WithBlock().WithNames("KEY", "Keys; all of them if none is given", false).WithJson();
+  watch.App()
+      .add_option("--changes", watch.Options().changes, "End after this NUMBER of changed values")
+      ->type_name("NUMBER");
+}
+
+void AddWriting(CLI::App& settings) {
+  SettingsCommand(settings, "set", "Change values", kSetHelp, SetSettings)
+      .WithBlock()
+      .WithNames("KEY=VALUE", "Keys and their new values", true)
+      .WithCreate()
+      .WithWriteOptions();
+  SettingsCommand(settings, "unset", "Remove all copies of keys", kUnsetHelp, UnsetSettings)
+      .WithBlock()
+      .WithNames("KEY", "Keys", true)
+      .WithWriteOptions();
+  SettingsCommand load(settings, "load", "Take over values from a dump", kLoadHelp,
+                       LoadSettingsDump);
+  load.App().add_option("FILE", load.Options().file, "Settings file")->required();
+  load.Options().dump = kStandardInput;
+  load.App().add_option("DUMP", load.Options().dump, "File with the JSON of a dump");
+  load.WithCreate().WithWriteOptions();
+  SettingsCommand(settings, "edit", "Change values in an editor", kEditHelp, EditSettings)
+      .WithBlock()
+      .WithCreate()
+      .WithWriteOptions();
+  SettingsCommand compact(settings, "compact", "Leave one copy of each key", kCompactHelp,
+                          CompactSettings);
+  compact.WithBlock()
+      .WithNames("BLOCK", "CLASS:NODEPATH of further blocks of the file", false)
+      .WithWriteOptions();
   compact.App().add_flag("--newest", compact.Options().keeps_newest,
                          "Keep what was saved last, not what a load takes");
-  compact.App().footer(kCompactHelp);
+}
+
+}  // namespace
+
+void AddSettingsCommands(CLI::App& program) {
+  CLI::App& settings =
+      *program.add_subcommand("settings", "List, read, compare and change settings of files");
+  settings.require_subcommand(1);
+  settings.footer(kSettingsHelp);
+  AddReading(settings);
+  AddWriting(settings);
 }
 
 }  // namespace sabxml::cli

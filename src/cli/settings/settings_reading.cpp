@@ -5,6 +5,7 @@
 #include "cli/display_text.h"
 #include "cli/settings/settings_commands.h"
 #include "cli/settings/settings_value.h"
+#include "cli/suggestion.h"
 #include "settings/settings_manual.h"
 
 namespace sabxml::cli {
@@ -49,6 +50,20 @@ void ListKeys(const SettingsChoice& choice) {
   columns.Print(std::cout, "  ");
 }
 
+Json KeyAsJson(const sab::SettingsRow& row, const void* fields) {
+  Json key = {{"key", row.key},
+              {"member", row.property},
+              {"type", sab::WordsForSetting(row.type)},
+              {"default", row.format ? SettingAsJson(row.type, row.format(fields)) : Json()},
+              {"note", sab::NoteOf(row)},
+              {"help", row.rule->help}};
+  if (const auto numbers = NumbersOfSetting(row)) {
+    key["minimum"] = numbers->least;
+    key["maximum"] = numbers->most;
+  }
+  return key;
+}
+
 Json GroupAsJson(const SettingsChoice& choice) {
   Json group = {{"class", choice.class_name}};
   if (!choice.table) {
@@ -58,20 +73,10 @@ Json GroupAsJson(const SettingsChoice& choice) {
   group["about"] = choice.table->about;
   Json keys = Json::array();
   const sab::SettingsFields fields = choice.table->make_fields();
-  for (const sab::SettingsRow& row : choice.table->rows()) {
-    const Json value = row.format ? SettingAsJson(row.type, row.format(fields.get())) : Json();
-    keys.push_back({{"key", row.key},
-                    {"member", row.property},
-                    {"type", sab::WordsForSetting(row.type)},
-                    {"default", value},
-                    {"note", sab::NoteOf(row)}});
-  }
+  for (const sab::SettingsRow& row : choice.table->rows())
+    keys.push_back(KeyAsJson(row, fields.get()));
   group["keys"] = std::move(keys);
   return group;
-}
-
-SettingsBlock BlockOf(const SettingsOptions& options) {
-  return {SettingsChoiceNamed(options.class_name), options.file, options.node_path};
 }
 
 std::string LineOf(const sab::ConfigElement& element) {
@@ -120,100 +125,194 @@ std::string ShownSide(const SettingsEntry* entry) {
 
 }  // namespace
 
-void Columns::Print(std::ostream& out, std::string_view indentation) const {
-  std::vector<std::size_t> widths;
-  for (const auto& line : lines_) {
-    widths.resize(std::max(widths.size(), line.size()));
-    // A column in which something is long would push the rest out of sight.
-    for (std::size_t i = 0; i < line.size(); ++i)
-      widths[i] = std::max(widths[i], std::min<std::size_t>(WidthOf(line[i]), 40));
+std::vector<NamedBlock> BlocksOf(const SettingsOptions& options) {
+  std::vector<NamedBlock> blocks = {
+      {SettingsChoiceNamed(options.class_name), options.node_path, {}}};
+  for (const std::string& name : options.names) {
+    const std::size_t colon = name.find(":/");
+    if (colon == name.npos || name.find('=') < colon) {
+      blocks.back().names.push_back(name);
+    } else {
+      blocks.push_back({SettingsChoiceNamed(name.substr(0, colon)), name.substr(colon + 1), {}});
+    }
   }
-  for (const auto& line : lines_) {
-    std::string text;
-    for (std::size_t i = 0; i < line.size(); ++i) text += Padded(line[i], widths[i]) + "  ";
-    text.erase(text.find_last_not_of(' ') + 1);
-    out << indentation << text << '\n';
-  }
+  return blocks;
 }
 
 void ListSettings(const SettingsOptions& options) {
   std::vector<SettingsChoice> groups;
   for (const std::string& name : options.names) groups.push_back(SettingsChoiceNamed(name));
   if (options.as_json) {
-    if (groups.empty()) {
-      for (const sab::SettingsGroup& group : sab::SettingsGroups())
-        groups.push_back({std::string(group.class_name), &group});
-      for (const std::string_view name : sab::NamedValueClasses())
-        groups.push_back({std::string(name), nullptr});
-    }
     Json all = Json::array();
-    for (const SettingsChoice& group : groups) all.push_back(GroupAsJson(group));
-    std::cout << all.dump(2) << '\n';
-    return;
+    for (const SettingsChoice& group : groups.empty() ? SettingsChoices() : groups)
+      all.push_back(GroupAsJson(group));
+    return PrintJson(all);
   }
   if (groups.empty()) ListGroups();
   for (const SettingsChoice& group : groups) ListKeys(group);
 }
 
-void GetSettings(const SettingsOptions& options) {
-  SettingsBlock block = BlockOf(options);
+void DescribeRanges(const SettingsOptions& options) {
+  const SettingsChoice group = SettingsChoiceNamed(options.class_name);
+  if (!group.table) throw Failure(group.class_name + " takes any key, and any text for it");
+  std::vector<const sab::SettingsRow*> rows;
+  for (const std::string& key : options.names) rows.push_back(&RowNamed(*group.table, key));
+  if (rows.empty()) {
+    for (const sab::SettingsRow& row : group.table->rows()) rows.push_back(&row);
+  }
+  const sab::SettingsFields fields = group.table->make_fields();
+  Json all = Json::array();
+  Columns columns;
+  columns.Add({"KEY", "TYPE", "RANGE", "DEFAULT", "MEANING"});
+  for (const sab::SettingsRow* const row : rows) {
+    const std::string about = AboutKey(*row);
+    columns.Add({std::string(row->key), sab::WordsForSetting(row->type), RangeOfSetting(*row),
+                 DefaultOf(*row, fields.get()),
+                 std::string(row->rule->help) + (about.empty() ? "" : " (" + about + ")")});
+    all.push_back(KeyAsJson(*row, fields.get()));
+  }
+  if (options.as_json) return PrintJson(all);
+  columns.Print(std::cout);
+}
+
+namespace {
+
+// A key that the file does not have, with the value that is given for this case.
+SettingsEntry WithDefault(SettingsEntry entry, const SettingsOptions& options) {
+  if (!options.has_default || !entry.copies.empty()) return entry;
+  entry.value = entry.row ? CheckedSetting(*entry.row, options.default_value)
+                          : CheckedText(entry.key, options.default_value);
+  return entry;
+}
+
+std::vector<SettingsEntry> EntriesOf(SettingsBlock& block, const NamedBlock& named,
+                                     const SettingsOptions& options) {
   std::vector<SettingsEntry> entries;
-  for (const std::string& key : options.names) {
-    entries.push_back(block.EntryNamed(key));
-    if (!entries.back().row && entries.back().copies.empty()) {
-      throw Failure(options.file + ": " + options.node_path + " has no key " + key +
-                    "; \"sabxml settings get\" without a key prints those that it has");
+  for (const std::string& key : named.names) {
+    entries.push_back(WithDefault(block.EntryNamed(key), options));
+    if (!entries.back().row && entries.back().copies.empty() && !options.has_default) {
+      std::vector<std::string> names;
+      for (const SettingsEntry& entry : block.Entries()) names.push_back(entry.key);
+      throw Failure(
+          block.FileName() + ": " + named.node_path + " has no key " + key +
+          DidYouMean(key, names, "\"sabxml settings get\" without a key prints those that it has"));
     }
   }
-  if (options.names.empty()) entries = block.Entries();
-  if (options.as_json) {
-    Json values = Json::object();
-    for (const SettingsEntry& entry : entries) values[entry.key] = entry.AsJson();
-    std::cout << values.dump(2) << '\n';
-    return;
+  return named.names.empty() ? block.Entries() : entries;
+}
+
+// Says nothing: 1 where a key is missing, 2 where nobody can know.
+void TellWhetherSet(const SettingsOptions& options, const std::vector<NamedBlock>& blocks) {
+  std::shared_ptr<SettingsFile> file;
+  try {
+    file = std::make_shared<SettingsFile>(options.file, SettingsPurpose::kRead);
+  } catch (const Failure& failure) {
+    ReportFailure(failure);
+    throw CLI::RuntimeError(2);
   }
-  Columns columns;
-  for (const SettingsEntry& entry : entries) columns.Add({entry.key, entry.Shown()});
-  columns.Print(std::cout);
+  for (const NamedBlock& named : blocks) {
+    if (named.names.empty()) throw CLI::ValidationError("settings get", "name a KEY for --is-set");
+    SettingsBlock block(named.group, file, named.node_path, true);
+    for (const std::string& key : named.names) {
+      if (block.EntryNamed(key).copies.empty()) throw CLI::RuntimeError(1);
+    }
+  }
+}
+
+}  // namespace
+
+void GetSettings(const SettingsOptions& options) {
+  const std::vector<NamedBlock> blocks = BlocksOf(options);
+  if (options.only_tells_whether_set) return TellWhetherSet(options, blocks);
+  const auto file = std::make_shared<SettingsFile>(options.file, SettingsPurpose::kRead);
+  Json all = Json::array();
+  for (const NamedBlock& named : blocks) {
+    if (options.has_default && named.names.empty())
+      throw CLI::ValidationError("settings get", "name the KEY that --default is for");
+    SettingsBlock block(named.group, file, named.node_path, options.has_default);
+    Json values = Json::object();
+    Columns columns;
+    for (const SettingsEntry& entry : EntriesOf(block, named, options)) {
+      values[entry.key] = entry.AsJson();
+      columns.Add({entry.key, entry.Shown()});
+    }
+    if (options.as_json) {
+      all.push_back({{"class", named.group.class_name},
+                     {"node", named.node_path},
+                     {"values", std::move(values)}});
+      continue;
+    }
+    if (blocks.size() > 1) std::cout << named.Title() << '\n';
+    columns.Print(std::cout);
+  }
+  if (!options.as_json) return;
+  PrintJson(blocks.size() > 1 ? all : all.front()["values"]);
 }
 
 void DumpSettings(const SettingsOptions& options) {
-  SettingsBlock block = BlockOf(options);
-  const std::vector<SettingsEntry> entries = block.Entries();
-  if (options.as_json) {
+  const std::vector<NamedBlock> blocks = BlocksOf(options);
+  const auto file = std::make_shared<SettingsFile>(options.file, SettingsPurpose::kRead);
+  Json all = Json::array();
+  for (const NamedBlock& named : blocks) {
+    SettingsBlock block(named.group, file, named.node_path);
     Json values = Json::object();
-    for (const SettingsEntry& entry : entries) values[entry.key] = EntryAsJson(entry);
-    const Json dump = {{"file", options.file},
-                       {"node", options.node_path},
-                       {"class", block.Group().class_name},
-                       {"values", std::move(values)}};
-    std::cout << dump.dump(2) << '\n';
-    return;
+    Columns columns;
+    for (const SettingsEntry& entry : EntriesOf(block, named, options)) {
+      values[entry.key] = EntryAsJson(entry);
+      columns.Add({entry.key, entry.Shown(), sab::WordsForSetting(entry.Type()), PlaceOf(entry)});
+    }
+    if (options.as_json) {
+      all.push_back({{"file", options.file},
+                     {"node", named.node_path},
+                     {"class", named.group.class_name},
+                     {"values", std::move(values)}});
+      continue;
+    }
+    if (blocks.size() > 1) std::cout << named.Title() << '\n';
+    columns.Print(std::cout);
   }
-  Columns columns;
-  for (const SettingsEntry& entry : entries) {
-    columns.Add({entry.key, entry.Shown(), sab::WordsForSetting(entry.Type()), PlaceOf(entry)});
-  }
-  columns.Print(std::cout);
+  if (options.as_json) PrintJson(blocks.size() > 1 ? all : all.front());
 }
 
 void CompareSettings(const SettingsOptions& options) {
-  SettingsBlock first = BlockOf(options);
-  SettingsBlock second(first.Group(), options.other_file,
-                       options.other_path.empty() ? options.node_path : options.other_path);
+  const SettingsChoice group = SettingsChoiceNamed(options.class_name);
+  const std::string& other_path =
+      options.other_path.empty() ? options.node_path : options.other_path;
+  SettingsBlock first(group, std::make_shared<SettingsFile>(options.file, SettingsPurpose::kRead),
+                      options.node_path);
+  SettingsBlock second(group,
+                       std::make_shared<SettingsFile>(options.other_file, SettingsPurpose::kRead),
+                       other_path);
   const std::vector<SettingsEntry> ours = first.Entries();
   const std::vector<SettingsEntry> theirs = second.Entries();
   Columns columns;
-  const auto compare = [&columns](const SettingsEntry* a, const SettingsEntry* b) {
-    if (a && b && a->AsJson() == b->AsJson()) return;
-    columns.Add({a ? a->key : b->key, ShownSide(a), "-> " + ShownSide(b)});
+  Json differences = Json::array();
+  const auto compare = [&](const SettingsEntry* a, const SettingsEntry* b) {
+    const Json before = a ? a->AsJson() : Json();
+    const Json after = b ? b->AsJson() : Json();
+    if (a && b && before == after && a->value == b->value) return;
+    std::string from = ShownSide(a);
+    std::string to = ShownSide(b);
+    if (from == to && a && b) {  // flags that are true by different numbers
+      from = sab::ToUtf8(a->value);
+      to = sab::ToUtf8(b->value);
+    }
+    columns.Add({a ? a->key : b->key, from, "-> " + to});
+    differences.push_back({{"key", a ? a->key : b->key}, {"before", before}, {"after", after}});
   };
   for (const SettingsEntry& entry : ours) compare(&entry, Find(theirs, entry));
   for (const SettingsEntry& entry : theirs) {
     if (!Find(ours, entry)) compare(nullptr, &entry);
   }
-  columns.Print(std::cout);
-  if (columns.IsEmpty()) std::cout << "No differences.\n";
+  if (options.as_json) {
+    PrintJson({{"class", group.class_name},
+               {"files", {options.file, options.other_file}},
+               {"nodes", {options.node_path, other_path}},
+               {"differences", std::move(differences)}});
+  } else {
+    columns.Print(std::cout);
+    if (columns.IsEmpty()) std::cout << "No differences.\n";
+  }
   if (!columns.IsEmpty() && options.tells_by_exit_code) throw CLI::RuntimeError(1);
 }
 

@@ -17,6 +17,12 @@ using sab::Type;
 
 bool IsFlag(Type type) { return type == Type::kFlag || type == Type::kMinusOne; }
 
+// To a host; a flag keeps other numbers than -1 for true.
+bool IsTrue(Type type, sab::TextView text) {
+  const std::int32_t number = sab::ParseInt(text);
+  return type == Type::kMinusOne ? number == -1 : number != 0;
+}
+
 std::vector<std::string> PiecesOf(std::string_view list) {
   std::vector<std::string> pieces;
   while (!list.empty()) {
@@ -47,17 +53,24 @@ std::optional<std::int64_t> WholeNumber(std::string_view text, bool may_be_hexad
   return number;
 }
 
-// What a host gets whole. A number without a sign also as the file has it.
+// What a host gets whole, as people write it.
+sab::formats::NumberRange NumbersOf(Type type) {
+  if (type == Type::kUInt32) return {0, std::numeric_limits<std::uint32_t>::max()};
+  return sab::formats::RangeOf(type);
+}
+
+std::string WordsFor(const sab::formats::NumberRange& range) {
+  return std::to_string(range.least) + " to " + std::to_string(range.most);
+}
+
 sab::Text CheckedNumber(std::string_view key, Type type, std::string_view text) {
   const bool has_no_sign = type == Type::kUInt32;
-  const auto [least, written_most] = sab::formats::RangeOf(type);
-  const std::int64_t most = has_no_sign ? std::numeric_limits<std::uint32_t>::max() : written_most;
+  const sab::formats::NumberRange range = NumbersOf(type);
   const auto number = WholeNumber(text, has_no_sign);
-  if (!number || *number < least || *number > most) {
-    Refuse(key, text,
-           "a whole number from " + std::to_string(has_no_sign ? 0 : least) + " to " +
-               std::to_string(most) + " is wanted");
-  }
+  // A number without a sign also as the file has it.
+  const std::int64_t least = has_no_sign ? sab::formats::RangeOf(type).least : range.least;
+  if (!number || *number < least || *number > range.most)
+    Refuse(key, text, "a whole number from " + WordsFor(range) + " is wanted");
   return has_no_sign ? sab::FormatInt(static_cast<std::int32_t>(*number)) : sab::FormatInt(*number);
 }
 
@@ -169,7 +182,7 @@ std::string ShownSetting(Type type, sab::TextView file_text) {
   if (type == Type::kUInt32)
     return std::to_string(static_cast<std::uint32_t>(sab::ParseInt(file_text)));
   const std::string text = sab::ToUtf8(file_text);
-  if (IsFlag(type) && (text == "-1" || text == "0")) return text == "0" ? "false" : "true";
+  if (IsFlag(type)) return IsTrue(type, file_text) ? "true" : "false";
   return OnOneLine(text);
 }
 
@@ -189,13 +202,26 @@ Json SettingAsJson(Type type, sab::TextView file_text) {
     case Type::kFloat:
     case Type::kDouble:
       return sab::ParseDouble(file_text);
-    default: {
-      const std::int32_t number = sab::ParseIntOrMax(file_text);
-      // Other numbers than these are kept in a flag, so they are shown.
-      if (IsFlag(type) && (number == 0 || number == -1)) return number != 0;
-      return number;
-    }
+    case Type::kFlag:
+    case Type::kMinusOne:
+      return IsTrue(type, file_text);
+    default:
+      return sab::ParseIntOrMax(file_text);
   }
+}
+
+std::optional<sab::formats::NumberRange> NumbersOfSetting(const sab::SettingsRow& row) {
+  const Type element = sab::ElementOf(row.type);
+  const Type type = element == Type::kNone ? row.type : element;
+  if (!sab::formats::IsWhole(type)) return std::nullopt;
+  return NumbersOf(type);
+}
+
+std::string RangeOfSetting(const sab::SettingsRow& row) {
+  if (IsFlag(row.type)) return "true or false";
+  const auto numbers = NumbersOfSetting(row);
+  if (!numbers) return "";
+  return WordsFor(*numbers) + (row.type == Type::kInt32OrMax ? " or INT_MAX" : "");
 }
 
 sab::Text CheckedText(const std::string& key, const std::string& utf8) {

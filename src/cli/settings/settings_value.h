@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,12 @@ std::string ShownSetting(sab::Type type, sab::TextView file_text);
 
 /// As JSON has it: numbers, truth values, arrays.
 Json SettingAsJson(sab::Type type, sab::TextView file_text);
+
+/// The numbers that a key takes, "-32768 to 32767", or the words of a flag; empty where any text
+/// will do.
+std::string RangeOfSetting(const sab::SettingsRow& row);
+/// The least and the greatest whole number that a key takes; nothing for other types.
+std::optional<sab::formats::NumberRange> NumbersOfSetting(const sab::SettingsRow& row);
 
 /// The text for a file. Raises Failure, saying what is wanted, for a text that is not of the key's
 /// type, that does not fit into its width, or that would be another after a load.

@@ -10,6 +10,8 @@
 #include "cli/show/text_template.h"
 #include "cli/show/tree_printers.h"
 #include "cli/standard_input.h"
+#include "cli/trace.h"
+#include "text/ascii.h"
 
 namespace sabxml::cli {
 namespace {
@@ -29,11 +31,12 @@ constexpr char kShowHelp[] =
     "  sabxml show title_block.txt\n"
     "  sabxml show ui.xml --json | jq .VeUiParser.UI.RibbonBar\n"
     "\n"
-    "With --json there is one document a file, one after the other.\n";
+    "With --json one file gives an object, and several an array with one object a file; a file\n"
+    "that fails gives {\"file\": …, \"error\": …}.\n";
 
 constexpr char kGetHelp[] =
-    "CLASS is one of the server's classes for settings; \"sabxml describe CLASS\" lists its "
-    "values.\n"
+    "CLASS is one of the server's classes for settings; \"sabxml settings list CLASS\" lists its "
+    "keys.\n"
     "NODEPATH is the path of the element that holds them: one file may hold several blocks.\n"
     "A value that the file does not have is shown with its default.\n"
     "\n"
@@ -62,38 +65,50 @@ struct ShowOptions {
   bool as_json = false;
 };
 
-void ShowTextTemplate(const Settings& settings, Server& server, const std::string& file,
-                      bool as_json) {
+void ShowTextTemplate(Server& server, const std::string& file, TreeSink& printer) {
+  Trace("opens " + file + ": a text template that is named, by its first character");
   const ComPtr<IDispatch> parser = LoadTextTemplate(server, file);
-  const std::unique_ptr<TreeSink> printer = PrinterFor(settings, as_json);
-  printer->BeginObject({}, {}, 0);
-  PrintTextTemplate(*parser.Get(), *printer);
-  printer->End();
+  printer.BeginObject({}, {}, 0);
+  PrintTextTemplate(*parser.Get(), printer);
+  printer.End();
 }
 
-void ShowFile(const Settings& settings, Server& server, const std::string& file, bool as_json) {
-  if (IsPlainText(file)) return ShowTextTemplate(settings, server, file, as_json);
+// @param has_begun whether something was printed, also where the rest fails
+void ShowFile(Server& server, const std::string& file, TreeSink& printer, bool& has_begun) {
+  if (IsPlainText(file)) return ShowTextTemplate(server, file, printer);
   const DescriptorKind& kind = RecogniseDescriptor(file);
+  Trace("opens " + file + ": the " + std::string(kind.about) + " that is named, by its element " +
+        std::string(kind.root));
   const ComPtr<IDispatch> parser = LoadDescriptor(server, kind, file);
-  const std::unique_ptr<TreeSink> printer = PrinterFor(settings, as_json);
-  ObjectReader reader(*printer);
-  printer->BeginObject({}, {}, 0);
+  ObjectReader reader(printer);
+  has_begun = true;
+  printer.BeginObject({}, {}, 0);
   reader.Read(*parser.Get(), kind.class_name);
-  printer->End();
+  printer.End();
   CheckRefusals(reader, file);
 }
 
 void Show(const Settings& settings, const ShowOptions& options) {
   Server server(settings.server);
+  const std::unique_ptr<TreeSink> printer = PrinterFor(settings, options.as_json);
+  const bool is_list = options.as_json && options.files.size() > 1;
+  if (is_list) printer->BeginList({});
   bool all_shown = true;
   for (const std::string& file : options.files) {
+    bool has_begun = false;
     try {
-      ShowFile(settings, server, file, options.as_json);
+      ShowFile(server, file, *printer, has_begun);
     } catch (const Failure& failure) {
       ReportFailure(failure);
       all_shown = false;
+      if (!is_list || has_begun) continue;
+      printer->BeginObject({}, {}, 0);
+      printer->AddValue("file", file);
+      printer->AddValue("error", failure.Explanation());
+      printer->End();
     }
   }
+  if (is_list) printer->End();
   if (!all_shown) throw CLI::RuntimeError(1);
 }
 
@@ -104,6 +119,32 @@ struct GetOptions {
   std::vector<std::string> keys;
   bool as_json = false;
 };
+
+// A class of settings by any of its names; none for a host's own class.
+SettingsChoice GroupServedBy(const std::string& class_name) {
+  for (SettingsChoice& choice : SettingsChoices()) {
+    const std::string prog_id = "SabXmlParser." + choice.class_name;
+    for (const std::string& name : {choice.class_name, prog_id, prog_id + ".1"}) {
+      if (sab::EqualsIgnoringAsciiCase(class_name, name)) return std::move(choice);
+    }
+  }
+  return {};
+}
+
+// The key that a member is about; a member that no file holds keeps its name. What a row says of
+// its member may be the method that sets it.
+std::string KeyOfMember(const SettingsChoice& group, const std::string& member) {
+  if (!group.table) return member;
+  for (const sab::SettingsRow& row : group.table->rows()) {
+    const std::string key(row.key);
+    const std::string about(row.property);
+    for (const std::string& name : {about, "Is" + about, "Select" + key, "Is" + key}) {
+      if (name == member) return key;
+    }
+    if (about == "Add" + member || about == "Set" + member) return key;
+  }
+  return member;
+}
 
 void Get(const Settings& settings, const GetOptions& options) {
   Server server(settings.server);
@@ -116,11 +157,20 @@ void Get(const Settings& settings, const GetOptions& options) {
     throw Failure(options.class_name + " is no class for settings: it cannot load a node path");
   }
   // To settings objects a missing file or element is one without values.
-  sab::ConfigDocument document;
-  OpenSettings(document, options.file, options.node_path);
+  const auto file = std::make_shared<SettingsFile>(options.file, SettingsPurpose::kRead);
+  file->Require(options.node_path);
   const std::unique_ptr<TreeSink> printer = PrinterFor(settings, options.as_json);
+  const SettingsChoice group = GroupServedBy(options.class_name);
   ObjectReader reader(*printer);
-  reader.Read(*object.Get(), {}, options.keys);
+  std::vector<std::string> keys = options.keys;
+  if (keys.empty() && !group.table && !group.class_name.empty()) {
+    // Named values are printed as the keys that they are, and not as one value.
+    for (const SettingsEntry& entry : SettingsBlock(group, file, options.node_path).Entries()) {
+      if (!entry.is_structure) keys.push_back(entry.key);
+    }
+  }
+  reader.Read(*object.Get(), {}, keys,
+              [&group](const std::string& member) { return KeyOfMember(group, member); });
   CheckRefusals(reader, options.file);
 }
 

@@ -6,6 +6,7 @@
 #include "base/result_words.h"
 #include "cli/host/object_reader.h"
 #include "cli/show/element_counter.h"
+#include "cli/trace.h"
 
 namespace sabxml::cli {
 
@@ -82,6 +83,9 @@ void Walk::Visit(std::string_view name, const Mention& mention, const Descriptor
   AddJson("class", std::string(kind.class_name));
   const auto [seen, is_first] = seen_.try_emplace(std::string(kind.root) + " " + mention.file);
   if (is_first) {
+    Trace("opens " + mention.file +
+          (mention.named.empty() ? ": the application that is named"
+                                 : NamedBy(mention.named_by, mention.named).replace(0, 1, ":")));
     try {
       Read(mention, kind);
     } catch (const Failure& failure) {

@@ -1,0 +1,111 @@
+// What a shell asks for when a word is to be completed: a candidate a line, nothing where there is
+// none. The command is for the shells' scripts and is not listed in the help.
+
+#include <iostream>
+#include <memory>
+
+#include "check/finding.h"
+#include "cli/commands.h"
+#include "cli/host/server.h"
+#include "cli/host/type_description.h"
+#include "cli/settings/settings_block.h"
+#include "project/schema.h"
+#include "project/xml_schema.h"
+
+namespace sabxml::cli {
+namespace {
+
+namespace check = sab::check;
+namespace formats = sab::formats;
+namespace project = sab::project;
+
+using Candidates = std::vector<std::string>;
+
+Candidates GroupsToOffer() {
+  Candidates names;
+  for (const SettingsChoice& group : SettingsChoices()) names.push_back(group.class_name);
+  return names;
+}
+
+// The keys of a group; of one that takes any key none.
+Candidates KeysToOffer(const std::string& class_name) {
+  Candidates keys;
+  const SettingsChoice group = SettingsChoiceNamed(class_name);
+  if (!group.table) return keys;
+  for (const sab::SettingsRow& row : group.table->rows()) keys.emplace_back(row.key);
+  return keys;
+}
+
+Candidates RulesToOffer() {
+  Candidates ids;
+  for (const check::RuleText& rule : check::Rules()) ids.emplace_back(rule.id);
+  return ids;
+}
+
+Candidates KindsToOffer() {
+  Candidates names;
+  for (const formats::Document* const document : project::DocumentsWithElements())
+    names.push_back(project::ShortNameOf(*document));
+  return names;
+}
+
+Candidates ElementsToOffer() {
+  Candidates names;
+  for (const formats::Document* const document : project::DocumentsWithElements()) {
+    const project::Schema& schema = project::Schema::Of(document->kind);
+    names.emplace_back(document->root);
+    for (project::RuleId id = 1; id < schema.RuleCount(); ++id)
+      names.emplace_back(schema.At(id).name);
+  }
+  std::sort(names.begin(), names.end());
+  names.erase(std::unique(names.begin(), names.end()), names.end());
+  return names;
+}
+
+Candidates ClassesToOffer(const Settings& settings) {
+  Candidates names;
+  Server server(settings.server);
+  const ComPtr<ITypeLib> library = server.TypeLibrary();
+  for (const ClassDescription& known : DescribeClasses(*library.Get())) names.push_back(known.name);
+  return names;
+}
+
+Candidates CandidatesFor(const Settings& settings, const std::string& kind,
+                         const std::string& subject) {
+  if (kind == "group") return GroupsToOffer();
+  if (kind == "key") return KeysToOffer(subject);
+  if (kind == "node") return NodePathsOf(subject);
+  if (kind == "rule") return RulesToOffer();
+  if (kind == "kind") return KindsToOffer();
+  if (kind == "element") return ElementsToOffer();
+  if (kind == "class") return ClassesToOffer(settings);
+  return {};
+}
+
+}  // namespace
+
+void AddCompletion(CLI::App& program, const Settings& settings) {
+  struct Options {
+    std::string kind;
+    std::string subject;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* const command = program.add_subcommand("complete", "Candidates for a word");
+  command->group("");
+  command->footer("");
+  command
+      ->add_option("KIND", options->kind,
+                   "What is wanted: class, element, group, key, kind, node or rule")
+      ->required();
+  command->add_option("OF", options->subject, "The class of the keys, or the file of the nodes");
+  command->callback([&settings, options] {
+    // A line that is being typed may be wrong; a shell wants no message then.
+    try {
+      for (const std::string& word : CandidatesFor(settings, options->kind, options->subject))
+        std::cout << word << '\n';
+    } catch (const Failure&) {
+    }
+  });
+}
+
+}  // namespace sabxml::cli
