@@ -56,11 +56,22 @@ COMPLETIONS = [
     ("sabxml get VeAutoUpdateAdminCfgParser f", ["first.xml", "folder"], True),
     ("sabxml describe VePrsAccelC", ["VePrsAccelColl"], True),
     ("sabxml --registry f", ["first.xml", "folder"], True),
+    ("sabxml settings diff VeSel", ["VeSelectCfgParser"], True),
+    ("sabxml settings list VeSelectCfgParser VeTxt", ["VeTxtParser"], True),
+    ("sabxml settings get VeTxtParser first.xml /S", ["/S/G"], True),
+    ("sabxml settings diff VeTxtParser no.xml first.xml /S/G /S", ["/S/G"], True),
+    ("sabxml get VeDisplayCfgParser first.xml /S/G PtSize Cursor", ["CursorColor", "CursorSize"], True),
+    ("sabxml settings set VeDisplayCfgParser first.xml --backup /S/G PtS", ["PtSize="], True),
+    ("sabxml settings get VeNothing first.xml /S/G Pt", [], True),
+    ("sabxml check --disable unknown-e", ["unknown-element"], True),
+    ("sabxml check --severity unknown-e", ["unknown-element="], True),
+    ("sabxml explain RibbonPan", ["RibbonPanel"], True),
+    ("sabxml schema app", ["application"], True),
 ]
 
 
 # Writes down what zsh is about to offer.
-ZSH_SETUP = r"""PS1= PS2=; LISTMAX=0; unsetopt beep prompt_sp
+ZSH_SETUP = r"""PS1= PS2=; LISTMAX=10000; unsetopt beep prompt_sp
 complete-and-tell() { zle complete-word; : >~/done }
 zle -N complete-and-tell; bindkey '^I' complete-and-tell '^U' kill-buffer
 fpath=("$FUNCTIONS" $fpath); autoload -Uz compinit; compinit -u -D
@@ -78,7 +89,7 @@ compadd() {
 class Files(unittest.TestCase):
     def setUp(self):
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
-        (self.folder / "first.xml").touch()
+        (self.folder / "first.xml").write_text("<S><G><PtSize>1</PtSize></G></S>")
         (self.folder / "folder").mkdir()
         self.environment = {**os.environ, "PATH": f"{SABXML.parent}:{os.environ['PATH']}",
                             "HOME": str(self.folder), "LC_ALL": "C.UTF-8"}

@@ -2,6 +2,8 @@
 
 from shlex import quote
 
+from .help_text import FILE
+
 SCRIPT = """\
 # Completion of {name} for bash; generated from "{name} --help".
 
@@ -12,9 +14,18 @@ _{name}_describe() {{
   esac
 }}
 
+# Candidates of a kind: key@0= are keys of the first argument, each with = after it.
+_{name}_offer() {{
+  local kind=$1 subject=() suffix=
+  case $kind in *[=:]) suffix=${{kind: -1}}; kind=${{kind%?}}; compopt -o nospace 2>/dev/null ;; esac
+  case $kind in *@*) subject=("${{arguments[${{kind#*@}}]}}"); kind=${{kind%@*}} ;; esac
+  offered=$("${{COMP_WORDS[0]}}" complete "$kind" "${{subject[@]}}" 2>/dev/null |
+    sed "s/\$/$suffix/")
+}}
+
 _{name}() {{
   local current=${{COMP_WORDS[COMP_CWORD]}} previous=${{COMP_WORDS[COMP_CWORD-1]}}
-  local path='' position=0 subcommands options kinds value_of='' index word
+  local path='' subcommands options kinds value_of='' index word arguments=()
   COMPREPLY=()
   # "--option=value" comes as three words.
   [ "$current" = = ] && current=
@@ -31,7 +42,7 @@ _{name}() {{
         path="${{path:+$path }}$word"
         _{name}_describe "$path"
       else
-        position=$((position + 1))
+        arguments+=("$word")
       fi
     fi
   done
@@ -47,11 +58,12 @@ _{name}() {{
         # The last argument may be repeated; its kind ends with an asterisk then.
         local all=($kinds)
         local last=$((${{#all[@]}} - 1))
-        local kind=${{all[$position]:-}}
+        local kind=${{all[${{#arguments[@]}}]:-}}
         [ -z "$kind" ] && [ $last -ge 0 ] && [[ ${{all[$last]}} == *\\* ]] && kind=${{all[$last]}}
-        case $kind in
-          class*) offered=$("${{COMP_WORDS[0]}}" classes 2>/dev/null | awk '{{print $1}}') ;;
-          file*) offered=files ;;
+        case ${{kind%\\*}} in
+          -) ;;
+          file) offered=files ;;
+          ?*) _{name}_offer "${{kind%\\*}}" ;;
         esac
       fi
       ;;
@@ -71,14 +83,20 @@ def write(program):
     commands = []
     for command in program.all():
         options = [name for option in (*command.options, *program.options) for name in option.names]
-        kinds = [(p.kind or "text") + ("*" if p.is_repeated else "") for p in command.positionals]
+        kinds = [(str(command.kind_of(p)) or "-") + ("*" if p.is_repeated else "")
+                 for p in command.positionals]
         commands.append(f"    {quote(' '.join(command.path))})\n"
                         f"      subcommands={quote(' '.join(s.path[-1] for s in command.subcommands))}\n"
                         f"      options={quote(' '.join(dict.fromkeys(options)))}\n"
                         f"      kinds={quote(' '.join(kinds))} ;;")
     taking = {name: option for command in program.all() for option in command.options
               if option.value for name in option.names}
-    values = [f"    {name}) offered={quote(' '.join(option.choices) or 'files')} ;;"
-              for name, option in taking.items()]
+    values = [f"    {name}) {_offer(program, option)} ;;" for name, option in taking.items()]
     return SCRIPT.format(name=program.name, commands="\n".join(commands),
                          with_value=" | ".join(taking), values="\n".join(values))
+
+
+def _offer(program, option):
+    if option.choices or option.kind == FILE:
+        return f"offered={quote(' '.join(option.choices) or 'files')}"
+    return f"_{program.name}_offer {quote(str(option.kind))}" if option.kind.name else ":"

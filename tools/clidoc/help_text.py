@@ -7,12 +7,38 @@ from dataclasses import dataclass, field
 COLUMN = 30  # where explanations begin
 
 
+@dataclass(frozen=True)
+class Kind:
+    """What a shell can offer for a word: files, or what "PROGRAM complete KIND OF" prints."""
+
+    name: str
+    of: int = -1  # place of the positional argument that it is about
+    suffix: str = ""  # of each candidate, after which the word goes on
+
+    def __str__(self):
+        """One word, for the script of a shell: key@0="""
+        return self.name + (f"@{self.of}" if self.of >= 0 else "") + self.suffix
+
+
+FILE, NOTHING = Kind("file"), Kind("")
+KINDS = {"FILE": FILE, "A": FILE, "B": FILE, "DUMP": FILE, "ELEMENT": Kind("element"),
+         "KIND": Kind("kind"), "RULE": Kind("rule"), "RULE=LEVEL": Kind("rule", suffix="="),
+         "CLASS:NODEPATH": Kind("group", suffix=":"), "VALUE": NOTHING, "NUMBER": NOTHING}
+# What these are about: another positional argument of the command.
+SUBJECTS = {"KEY": ("key", "CLASS", ""), "KEY=VALUE": ("key", "CLASS", "="),
+            "NODEPATH": ("node", "FILE", ""), "NODEPATH_B": ("node", "B", "")}
+
+
 @dataclass
 class Option:
     names: list  # ["-h", "--help"]
     value: str  # the placeholder of its value, or nothing
     choices: list  # all values that it takes, where these are few
     help: str
+
+    @property
+    def kind(self):
+        return KINDS.get(self.value, FILE)
 
 
 @dataclass
@@ -21,11 +47,6 @@ class Positional:
     is_required: bool
     is_repeated: bool
     help: str
-
-    @property
-    def kind(self):
-        """What a shell can offer for it: a class of the server, a file, or nothing."""
-        return {"CLASS": "class", "FILE": "file", "A": "file", "B": "file"}.get(self.name, "")
 
 
 @dataclass
@@ -38,6 +59,15 @@ class Command:
     options: list = field(default_factory=list)
     subcommands: list = field(default_factory=list)
     footer: str = ""
+
+    def kind_of(self, positional):
+        names = [other.name for other in self.positionals]
+        if positional.name == "CLASS":
+            return Kind("group" if self.path[0] in ("get", "settings") else "class")
+        if positional.name not in SUBJECTS:
+            return KINDS.get(positional.name, NOTHING)
+        kind, subject, suffix = SUBJECTS[positional.name]
+        return Kind(kind, names.index(subject if subject in names else "A"), suffix)
 
     def all(self):
         """The command and all below it, in their order."""

@@ -1,11 +1,15 @@
 """Completion for zsh."""
 
+from .help_text import FILE
+
 
 def write(program):
     lines = [f"#compdef {program.name}",
              f'# Completion of {program.name} for zsh; generated from "{program.name} --help".', "",
-             f"_{program.name}_class_names() {{",
-             f"  compadd -- ${{(f)\"$({program.name} classes 2>/dev/null | awk '{{print $1}}')\"}}",
+             "# Candidates of a kind, for the argument of a place, with what each ends with.",
+             f"_{program.name}_offer() {{",
+             f"  local -a words=(${{(f)\"$({program.name} complete $1 $line[$2] 2>/dev/null)\"}})",
+             "  [[ -n $3 ]] && compadd -S '' -- ${^words}$3 || compadd -- $words",
              "}", ""]
     for command in reversed(list(program.all())):
         lines += _function(program, command) + [""]
@@ -20,10 +24,10 @@ def _function_name(command):
 def _function(program, command):
     options = {name: option for option in (*command.options, *program.options)
                for name in option.names}
-    accepted = [_option(name, option) for name, option in options.items()]
+    accepted = [_option(program, name, option) for name, option in options.items()]
     if not command.subcommands:
         accepted += [_positional(command, index) for index in range(len(command.positionals))]
-        body = ["  _arguments -s " + " \\\n    ".join(accepted)]
+        body = ["  local -a line", "  _arguments -s " + " \\\n    ".join(accepted)]
     else:
         accepted += ["'1: :->command'", "'*:: :->arguments'"]
         body = ["  local state line", "  _arguments -C -s " + " \\\n    ".join(accepted),
@@ -36,20 +40,28 @@ def _function(program, command):
     return [f"{_function_name(command)}() {{", *body, "}"]
 
 
-def _option(name, option):
+def _option(program, name, option):
     text = f"{name}[{_plain(option.help)}]"
     if option.choices:
         text += f":value:({' '.join(option.choices)})"
     elif option.value:
-        text += ":file:_files"
+        text += f":value:{_action(program, option.kind)}"
     return _quoted(text)
 
 
 def _positional(command, index):
     positional = command.positionals[index]
-    action = {"class": f"_{command.name}_class_names", "file": "_files"}.get(positional.kind, " ")
+    action = _action(command, command.kind_of(positional))
     place = "*" if positional.is_repeated else str(index + 1)
     return _quoted(f"{place}:{_plain(positional.name)}:{action}")
+
+
+def _action(command, kind):
+    if kind == FILE or not kind.name:
+        return "_files" if kind == FILE else " "
+    suffix = kind.suffix.replace(":", "\\:")
+    # In braces it is called as it is, without options of _arguments before its own arguments.
+    return f"{{_{command.name}_offer {kind.name} {kind.of + 1} {suffix}}}"
 
 
 def _plain(text):
