@@ -11,7 +11,6 @@ namespace {
 using formats::Kind;
 using formats::Need;
 using formats::Rule;
-using formats::Subject;
 using project::Placement;
 using project::RuleId;
 using xml::kNoNode;

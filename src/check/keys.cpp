@@ -13,7 +13,6 @@ namespace sab::check {
 namespace {
 
 using project::File;
-using project::Placement;
 using xml::kNoNode;
 using xml::NodeIndex;
 
@@ -81,7 +80,7 @@ class Keys {
   }
 
   // Adds a key to those of one level; a second owner of it is a conflict.
-  void Take(Table& table, Mistake mistake, NodeIndex node, std::string owner,
+  void Take(Table& table, Mistake mistake, NodeIndex node, const std::string& owner,
             const std::string& modifier) {
     const std::string text(file_.TextOf(node));
     if (text.empty()) return;

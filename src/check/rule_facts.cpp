@@ -9,7 +9,6 @@ namespace {
 
 using formats::Count;
 using formats::Kind;
-using formats::Need;
 using formats::Role;
 using formats::Rule;
 using formats::Subject;
