@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 #include <tuple>
+#include <unordered_map>
 
 #include "text/distance.h"
 
@@ -165,49 +166,48 @@ void CheckResources(Reporter& reporter, FileIndex index, project::PathFinder& fi
                     const std::vector<Resource>& resources) {
   const File& file = reporter.GetProject().At(index);
   const xml::Document& xml = file.Xml();
-  // Folders of pictures that are given beside them: what is found there, by the element around.
+  // Folders of pictures that are given beside them, by their texts; none for those that no element
+  // gives.
   struct Folder {
-    NodeIndex node = kNoNode;
-    bool exists = false;
+    std::string_view text;
     bool is_folder = false;
     std::string path;
   };
-  std::map<NodeIndex, Folder> folders;
+  std::unordered_map<std::string_view, Folder> folders{{{}, {}}};
+  std::unordered_map<NodeIndex, const Folder*> folder_of_parent;
   const auto folder_of = [&](NodeIndex picture) -> const Folder& {
     const NodeIndex parent = xml.ParentOf(picture);
-    const auto [place, is_new] = folders.try_emplace(parent);
-    if (!is_new) return place->second;
+    const auto [known, is_new] = folder_of_parent.try_emplace(parent, &folders.at({}));
+    if (!is_new) return *known->second;
     for (NodeIndex child = xml.FirstChildElement(parent); child != kNoNode;
          child = xml.NextElement(child)) {
       const formats::Rule* const rule = file.RuleOf(child);
       if (!rule || (rule->name != "ResourcePath" && rule->name != "ResPath")) continue;
       const std::string_view text = file.TextOf(child);
       if (text.empty()) continue;
-      if (project::IsAbsolute(text)) {
-        place->second.node = child;  // of another machine, perhaps
-        continue;
-      }
-      const project::PathFinder::Found found = finder.Find(file.Path(), std::string(text));
+      const auto [folder, is_new_text] = folders.try_emplace(text, Folder{text, false, {}});
+      known->second = &folder->second;
+      if (!is_new_text || project::IsAbsolute(text)) continue;  // that of another machine, perhaps
+      folder->second.path = finder.Find(file.Path(), std::string(text)).path;
       std::error_code ignored;
-      place->second = {child, found.exists,
-                       std::filesystem::is_directory(project::PathOf(found.path), ignored),
-                       found.path};
+      folder->second.is_folder =
+          std::filesystem::is_directory(project::PathOf(folder->second.path), ignored);
     }
-    return place->second;
+    return *known->second;
   };
   // The same picture is missing once in a file.
-  std::set<std::pair<NodeIndex, std::string_view>> told;
+  std::set<std::pair<std::string_view, std::string_view>> told;
   for (const Resource& resource : resources) {
     const formats::Rule& rule = file.GetSchema().At(resource.rule);
     const std::string_view text = file.TextOf(resource.node);
     const bool is_picture = rule.type == formats::Type::kImage;
-    const Folder folder = is_picture ? folder_of(resource.node) : Folder();
+    const Folder& folder = is_picture ? folder_of(resource.node) : folders.at({});
     // A missing folder is one mistake, and a library of resources cannot be looked into.
-    if (folder.node != kNoNode && !folder.is_folder) continue;
-    if (!told.emplace(folder.node, text).second) continue;
+    if (!folder.text.empty() && !folder.is_folder) continue;
+    if (!told.emplace(folder.text, text).second) continue;
     const std::string wanted(text);
     project::PathFinder::Found found = finder.Find(file.Path(), wanted);
-    if (folder.node != kNoNode) {
+    if (!folder.text.empty()) {
       const project::PathFinder::Found in_folder = finder.Find(folder.path + "/x", wanted);
       if (in_folder.exists || !found.exists) found = in_folder;
     }
@@ -220,7 +220,7 @@ void CheckResources(Reporter& reporter, FileIndex index, project::PathFinder& fi
     if (!is_picture) {
       reporter.Add(Mistake::kResourceNotFound, index, span, std::move(words));
     } else {
-      const Severity severity = folder.node == kNoNode ? Severity::kInfo : Severity::kWarning;
+      const Severity severity = folder.text.empty() ? Severity::kInfo : Severity::kWarning;
       reporter.Add(Mistake::kImageNotFound, severity, index, span, std::move(words));
     }
   }

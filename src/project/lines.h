@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -15,23 +14,23 @@ struct Span {
   std::size_t to = 0;
 };
 
-/// Lines and columns of the places of a text, found by searching a list of the lines.
+/// Lines and columns of the places of a text. Known for each block of it; what a place needs beyond
+/// is counted in its block, so that a text may be one long line.
 class Lines {
  public:
   Lines() = default;
   /// @param text UTF-8; lives longer
   explicit Lines(std::string_view text);
 
-  bool IsEmpty() const { return starts_.empty(); }
+  bool IsEmpty() const { return blocks_.empty(); }
   /// As a person counts: characters from 1.
   xml::Place PlaceOf(std::size_t offset) const;
-  /// The place of a line that begins with 0.
-  std::size_t StartOf(std::size_t line) const { return starts_[line]; }
-  std::size_t Count() const { return starts_.size(); }
 
  private:
+  static constexpr std::size_t kBlockSize = 512;
+
   std::string_view text_;
-  std::vector<std::size_t> starts_;
+  std::vector<xml::Place> blocks_;  // where each begins
 };
 
 }  // namespace sab::project

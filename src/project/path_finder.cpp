@@ -20,6 +20,21 @@ bool IsAbsolute(std::string_view path) {
   return path.starts_with('/') || path.starts_with('\\') || (path.size() > 1 && path[1] == ':');
 }
 
+namespace {
+
+// Whether a path with slashes is normal as it is. Most are, and to ask costs less than to make one.
+bool HasOnlyNames(std::string_view path) {
+  for (std::size_t at = 0; at < path.size();) {
+    const std::size_t slash = std::min(path.find('/', at), path.size());
+    const std::string_view step = path.substr(at, slash - at);
+    if (step == "." || step == ".." || (step.empty() && at > 0)) return false;
+    at = slash + 1;
+  }
+  return true;
+}
+
+}  // namespace
+
 const PathFinder::Listing& PathFinder::ListingOf(const std::string& folder) {
   const auto [place, is_new] = listings_.try_emplace(folder);
   if (!is_new) return place->second;
@@ -64,7 +79,7 @@ PathFinder::Found PathFinder::Find(const std::string& named_by, const std::strin
     if (slash < rest.size()) current += '/';
     at = slash + 1;
   }
-  found.path = TextOf(PathOf(current).lexically_normal());
+  found.path = HasOnlyNames(current) ? current : TextOf(PathOf(current).lexically_normal());
   return found;
 }
 

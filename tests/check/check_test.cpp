@@ -201,4 +201,22 @@ TEST(CheckTest, EveryMisspeltNameIsFound) {
 }
 
 }  // namespace
+// Short lines, and one that is longer than any block of them, with characters of each length.
+TEST(LinesTest, PlacesAreThoseOfWalkingThroughTheText) {
+  std::string text;
+  for (int i = 0; i < 500; ++i) text += "ab\xE4\xB8\x80\n";
+  for (int i = 0; i < 2000; ++i) text += "z\xC3\xA4\xF0\x9F\x98\x80";
+  text += "\nend";
+  const project::Lines lines(text);
+  xml::Place place{1, 0};
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80) {
+      ++place.column;
+      const xml::Place found = lines.PlaceOf(i);
+      ASSERT_EQ(std::pair(found.line, found.column), std::pair(place.line, place.column)) << i;
+    }
+    if (text[i] == '\n') place = {place.line + 1, 0};
+  }
+}
+
 }  // namespace sab::check
