@@ -26,7 +26,7 @@ class Schema {
 
   const formats::Document& Form() const { return *form_; }
   /// Rules are numbered from 1; those of one content follow each other.
-  std::size_t RuleCount() const { return rules_.size(); }
+  RuleId RuleCount() const { return static_cast<RuleId>(rules_.size()); }
   const formats::Rule& At(RuleId rule) const { return *rules_[rule].rule; }
   /// What an element of this rule may hold.
   ContentId ContentOf(RuleId rule) const { return rules_[rule].content; }
