@@ -8,7 +8,8 @@ set(SAB_PUGIXML_SOURCE ${PROJECT_BINARY_DIR}/pugixml CACHE PATH
     "Folder with src/pugixml.cpp and LICENSE.md; fetched with apt where it is missing")
 if(NOT EXISTS ${SAB_PUGIXML_SOURCE}/src/pugixml.cpp)
   message(STATUS "Fetching the source of pugixml")
-  execute_process(COMMAND ${PROJECT_SOURCE_DIR}/tools/pugixml-source ${SAB_PUGIXML_SOURCE}
+  execute_process(COMMAND ${PROJECT_SOURCE_DIR}/tools/debian-source pugixml ${SAB_PUGIXML_SOURCE}
+                          src LICENSE.md
                   RESULT_VARIABLE failed)
   if(failed)
     message(FATAL_ERROR "The source of pugixml cannot be fetched. "

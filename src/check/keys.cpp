@@ -135,11 +135,7 @@ class Keys {
 
   // --- accelerators ---
 
-  static std::string ModifierOf(std::string_view ctrl) {
-    const bool is_plain = ctrl.empty() || ctrl == "0" || EqualsIgnoringAsciiCase(ctrl, "false") ||
-                          EqualsIgnoringAsciiCase(ctrl, "no");
-    return is_plain ? "" : "Ctrl+";
-  }
+  static std::string ModifierOf(std::string_view ctrl) { return MeansCtrl(ctrl) ? "Ctrl+" : ""; }
 
   void TakeAccelerator(NodeIndex accelerator, const std::string& command, Table& keys) {
     const NodeIndex key = ChildNamed(accelerator, "Key");
@@ -247,6 +243,11 @@ class Keys {
 };
 
 }  // namespace
+
+bool MeansCtrl(std::string_view ctrl) {
+  return !ctrl.empty() && ctrl != "0" && !EqualsIgnoringAsciiCase(ctrl, "false") &&
+         !EqualsIgnoringAsciiCase(ctrl, "no");
+}
 
 void CheckKeys(Reporter& reporter, project::FileIndex file) { Keys(reporter, file).Check(); }
 

@@ -30,6 +30,8 @@ void AddWalk(CLI::App& program, const Settings& settings);
 void AddCheck(CLI::App& program, const Settings& settings);
 /// Tell of formats and identifiers without the server: find, explain, schema.
 void AddReferenceCommands(CLI::App& program);
+/// Draws user interfaces without the server.
+void AddPreview(CLI::App& program);
 /// Works on files without the server.
 void AddSettingsCommands(CLI::App& program);
 void AddDescribe(CLI::App& program, const Settings& settings);

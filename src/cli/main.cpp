@@ -34,6 +34,7 @@ constexpr char kFooter[] =
     "  sabxml show application.xml               what a host gets from a descriptor\n"
     "  sabxml walk application.xml               all files that an application leads to\n"
     "  sabxml check application.xml              what its authors did wrong\n"
+    "  sabxml preview application.xml --open     what its user interfaces look like\n"
     "  sabxml get VeAutoUpdateAdminCfgParser settings.xml /Settings/Update\n"
     "  sabxml settings list                      the settings groups and their keys\n"
     "  sabxml describe VeAppParser               the members of a class\n"
@@ -133,6 +134,7 @@ int Run(int argc, char** argv) {
   AddShow(program, settings);
   AddWalk(program, settings);
   AddCheck(program, settings);
+  AddPreview(program);
   AddReferenceCommands(program);
   AddGet(program, settings);
   AddSettingsCommands(program);

@@ -46,6 +46,14 @@ class FileWatch {
   std::unique_ptr<State> state_;
 };
 
+/// Shows a file or an address in the program that the person uses for it. Raises Failure.
+void OpenForPerson(const std::string& file_or_address);
+
+/// From now on Ctrl+C ends WaitForInterrupt instead of the program. Before any thread is made.
+void CatchInterrupt();
+/// Waits up to so many milliseconds. True once the person, or the system, wants the program to end.
+bool WaitForInterrupt(unsigned milliseconds);
+
 /// A library of a server that is not registered; stays loaded.
 /// Raises Failure with the loader's reason.
 void* LoadServerLibrary(const std::string& path);

@@ -1,6 +1,8 @@
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <spawn.h>
 #include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -35,6 +37,13 @@ std::string RegistryPath() {
 
 std::string ErrorOfInput() {
   return std::string("the standard input cannot be read: ") + std::strerror(errno);
+}
+
+sigset_t InterruptSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, signal);
+  return signals;
 }
 
 class ScratchFolder {
@@ -192,6 +201,36 @@ void FileWatch::Wait() {
   poll(&events, 1, 1000);
   char bytes[4096];
   while (state_->events >= 0 && read(state_->events, bytes, sizeof bytes) > 0) continue;
+}
+
+void OpenForPerson(const std::string& file_or_address) {
+  std::string program = "xdg-open";
+  std::string target = file_or_address;
+  char* const arguments[] = {program.data(), target.data(), nullptr};
+  posix_spawn_file_actions_t quiet;
+  posix_spawn_file_actions_init(&quiet);
+  for (const int output : {STDOUT_FILENO, STDERR_FILENO}) {
+    posix_spawn_file_actions_addopen(&quiet, output, "/dev/null", O_WRONLY, 0);
+  }
+  pid_t process = 0;
+  const int error = posix_spawnp(&process, arguments[0], &quiet, nullptr, arguments, environ);
+  posix_spawn_file_actions_destroy(&quiet);
+  if (error != 0) {
+    throw Failure("xdg-open cannot be run: " + std::string(std::strerror(error)) + "; open " +
+                  target + " in a browser");
+  }
+}
+
+void CatchInterrupt() {
+  const sigset_t signals = InterruptSignals();
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+bool WaitForInterrupt(unsigned milliseconds) {
+  const sigset_t signals = InterruptSignals();
+  const timespec time{static_cast<time_t>(milliseconds / 1000),
+                      static_cast<long>(milliseconds % 1000) * 1000000};
+  return sigtimedwait(&signals, nullptr, &time) > 0;
 }
 
 void* LoadServerLibrary(const std::string& path) {

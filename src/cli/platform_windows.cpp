@@ -162,6 +162,37 @@ void FileWatch::Wait() {
     FindNextChangeNotification(state_->changes);
 }
 
+void OpenForPerson(const std::string& file_or_address) {
+  const auto result = reinterpret_cast<INT_PTR>(ShellExecuteW(
+      nullptr, L"open", FromUtf8(file_or_address).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+  // Greater numbers are no errors.
+  if (result > 32) return;
+  throw Failure(file_or_address + ": no program can be started for it; open it in a browser");
+}
+
+namespace {
+
+HANDLE InterruptEvent() {
+  static const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  return event;
+}
+
+}  // namespace
+
+void CatchInterrupt() {
+  InterruptEvent();
+  SetConsoleCtrlHandler(
+      [](DWORD) -> BOOL {
+        SetEvent(InterruptEvent());
+        return TRUE;
+      },
+      TRUE);
+}
+
+bool WaitForInterrupt(unsigned milliseconds) {
+  return WaitForSingleObject(InterruptEvent(), milliseconds) == WAIT_OBJECT_0;
+}
+
 void* LoadServerLibrary(const std::string& path) {
   const HMODULE library = LoadLibraryW(FromUtf8(path).c_str());
   if (!library) {

@@ -18,6 +18,7 @@ import xml.etree.ElementTree as ET
 from pathlib import Path
 
 from authoring import Authoring  # noqa: F401  (more tests)
+from preview import Preview  # noqa: F401  (more tests)
 from program import (APP, COMMAND, ON_32_BIT_WINDOWS, ON_WINDOWS, ROOT, SETTINGS,
                      environment, native_only, run, scratch)
 from records import record_of_json, record_of_xml
