@@ -117,30 +117,6 @@ void Register(const char* path, const char* function) {
 
 }  // namespace
 
-#if defined(__SANITIZE_THREAD__)
-namespace {
-// The loader constructs a library's objects in one thread's dlopen and destroys them in another's
-// dlclose, in turn under a lock of its own, which ThreadSanitizer does not see. It sees this one.
-std::recursive_mutex loading;
-
-template <class Function>
-Function* Next(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-}  // namespace
-
-extern "C" __attribute__((visibility("default"))) void* dlopen(const char* name,
-                                                               int flags) noexcept {
-  const std::lock_guard guard(loading);
-  return Next<decltype(dlopen)>("dlopen")(name, flags);
-}
-
-extern "C" __attribute__((visibility("default"))) int dlclose(void* library) noexcept {
-  const std::lock_guard guard(loading);
-  return Next<decltype(dlclose)>("dlclose")(library);
-}
-#endif
-
 int main(int argc, char** argv) {
   if (argc != 3) return 2;
   constexpr unsigned kThreads = 4;
