@@ -19,6 +19,9 @@ set(CMAKE_UNITY_BUILD_BATCH_SIZE 12)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
 
+# What is built does not depend on the name of its folder; see docs/packaging.md.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+
 add_library(sab_warnings INTERFACE)
 target_compile_options(sab_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
@@ -65,7 +68,8 @@ endif()
 if(WIN32)
   # The DLL is self-contained: it needs no compiler runtime beside it.
   add_compile_definitions(UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-  add_link_options(-static -static-libgcc -static-libstdc++)
+  # Nor does it hold the time when it was linked.
+  add_link_options(-static -static-libgcc -static-libstdc++ -Wl,--no-insert-timestamp)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
     # Module definition files name functions without the decoration of stdcall.
     add_link_options(-Wl,--enable-stdcall-fixup)

@@ -4,6 +4,7 @@
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
+set(SAB_MAINTAINER "SabXmlParser contributors <sabxmlparser@workshop.example>")
 set(SAB_DATA_FOLDER ${CMAKE_INSTALL_DATADIR}/sabxmlparser)
 set(SAB_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/SabXmlParser)
 set(SAB_PYTHON_FOLDER lib/python3/dist-packages CACHE STRING
@@ -50,8 +51,6 @@ install(DIRECTORY samples DESTINATION ${SAB_DATA_FOLDER} COMPONENT development)
 
 if(WIN32)
   install(FILES ${SAB_TYPE_LIBRARY} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
-  install(FILES cmake/windows/register.cmd cmake/windows/unregister.cmd
-    DESTINATION . COMPONENT runtime)
   install(FILES ${SAB_MANIFESTS}/SabXmlParser.manifest
     ${SAB_MANIFESTS}/application.manifest
     DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime OPTIONAL)
@@ -60,7 +59,7 @@ if(WIN32)
   install(FILES LICENSE CHANGELOG.md docs/packaging.md DESTINATION . COMPONENT runtime)
 else()
   set(help ${PROJECT_BINARY_DIR}/help)
-  install(FILES ${help}/sabxml.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
+  install(FILES ${help}/sabxml.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
   install(FILES ${help}/sabxml.bash RENAME sabxml COMPONENT runtime
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
   install(FILES ${help}/sabxml.fish COMPONENT runtime
@@ -77,8 +76,40 @@ else()
   install(FILES ${python}/sabxml-${PROJECT_VERSION}.dist-info/METADATA
     DESTINATION ${SAB_PYTHON_FOLDER}/sabxml-${PROJECT_VERSION}.dist-info COMPONENT runtime)
   install(FILES ${SAB_PYTHON_WHEEL} DESTINATION ${SAB_DATA_FOLDER} COMPONENT runtime)
-  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sabxmlparser
-    COMPONENT runtime RENAME copyright)
-  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sabxmlparser-dev
-    COMPONENT development RENAME copyright)
+  foreach(component runtime development)
+    set(package sabxmlparser)
+    if(component STREQUAL "development")
+      set(package sabxmlparser-dev)
+    endif()
+    set(documents ${CMAKE_INSTALL_DATADIR}/doc/${package})
+    install(FILES LICENSE DESTINATION ${documents} COMPONENT ${component} RENAME copyright)
+    add_custom_command(
+      OUTPUT ${PROJECT_BINARY_DIR}/debian/${package}/changelog.gz
+      COMMAND Python3::Interpreter ${PROJECT_SOURCE_DIR}/tools/packaging/debian_changelog.py
+              ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${package} ${PROJECT_VERSION}
+              "${SAB_MAINTAINER}" ${PROJECT_BINARY_DIR}/debian/${package}/changelog.gz
+      DEPENDS CHANGELOG.md tools/packaging/debian_changelog.py
+      COMMENT "Writing the changelog of ${package}"
+      VERBATIM)
+    list(APPEND changelogs ${PROJECT_BINARY_DIR}/debian/${package}/changelog.gz)
+    install(FILES ${PROJECT_BINARY_DIR}/debian/${package}/changelog.gz
+      DESTINATION ${documents} COMPONENT ${component})
+    install(FILES cmake/debian/${package}.lintian-overrides COMPONENT ${component}
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME ${package})
+  endforeach()
+  add_custom_target(sab_changelogs ALL DEPENDS ${changelogs})
 endif()
+
+# What the files are made of, from what was found, about the files as they are packaged.
+include(Components)
+if(WIN32)
+  set(folder .)
+else()
+  set(folder ${CMAKE_INSTALL_DATADIR}/doc/sabxmlparser)
+endif()
+install(CODE "
+  set(prefix \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\")
+  execute_process(COMMAND_ERROR_IS_FATAL ANY
+    COMMAND \"${Python3_EXECUTABLE}\" \"${PROJECT_SOURCE_DIR}/tools/packaging/sbom.py\"
+            \"${PROJECT_BINARY_DIR}/components.txt\" \"\${prefix}\"
+            \"\${prefix}/${folder}/sbom.spdx.json\")" COMPONENT runtime)

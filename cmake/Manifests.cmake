@@ -4,12 +4,16 @@
 set(SAB_NATIVE_BUILD ${PROJECT_SOURCE_DIR}/build/release CACHE PATH
     "Native build folder whose manifests go into the Windows archive")
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
-  set(SAB_WINDOWS_ARCHITECTURE x86_64)
+  set(SAB_WINDOWS_WIDTH x64)
+  set(other_width windows-x86)
   set(SAB_MANIFESTS ${SAB_NATIVE_BUILD}/manifests/amd64)
 else()
-  set(SAB_WINDOWS_ARCHITECTURE x86)
+  set(SAB_WINDOWS_WIDTH x86)
+  set(other_width windows)
   set(SAB_MANIFESTS ${SAB_NATIVE_BUILD}/manifests/x86)
 endif()
+set(SAB_OTHER_WINDOWS_BUILD ${PROJECT_SOURCE_DIR}/build/${other_width} CACHE PATH
+    "Windows build folder of the other width, which goes into the same archive")
 if(NOT CMAKE_CROSSCOMPILING)
   set(manifests ${PROJECT_BINARY_DIR}/manifests)
   foreach(architecture amd64 x86)

@@ -4,6 +4,7 @@ import json
 import shutil
 import time
 import unittest
+from pathlib import Path
 
 from program import APP, COMMAND, LIBRARY, ON_WINDOWS, native_only, run, scratch
 
@@ -15,6 +16,8 @@ class Registration(unittest.TestCase):
         alone = scratch / "alone"
         alone.mkdir(exist_ok=True)
         self.command = [*COMMAND[:-1], shutil.copy(COMMAND[-1], alone)]
+        for runtime in Path(LIBRARY).parent.glob("libsabcom.so.*"):
+            shutil.copy(runtime, alone)
 
     def test_finds_the_server(self):
         library = ["--server", LIBRARY]

@@ -7,6 +7,7 @@ The client is samples/clients/cpp. COMMAND runs Windows programs.
 """
 
 import hashlib
+import json
 import os
 import re
 import shutil
@@ -49,13 +50,16 @@ class Package(unittest.TestCase):
         cls.addClassCleanup(folder.cleanup)
         cls.folder = Path(folder.name)
         run("cpack", "-B", cls.folder / "packages", cwd=BUILD)
+        cls.packages = sorted(path for path in (cls.folder / "packages").iterdir()
+                              if path.suffix in (".deb", ".zip"))
         away = cls.folder / "away from home"
         if ON_WINDOWS:
-            archive, = (cls.folder / "packages").glob("*.zip")
+            archive, = cls.packages
             shutil.unpack_archive(archive, away)
-            cls.prefix, = away.iterdir()
+            cls.root, = away.iterdir()
+            cls.prefix = cls.root / ("x86" if "i686" in ON_WINDOWS[0] else "x64")
         else:
-            for package in (cls.folder / "packages").glob("*.deb"):
+            for package in cls.packages:
                 run("dpkg-deb", "-x", package, away)
             cls.prefix = away / "usr"
         cls.samples = cls.prefix / "share/sabxmlparser/samples"
@@ -64,7 +68,7 @@ class Package(unittest.TestCase):
 
     def register(self, name, *scope):
         if ON_WINDOWS:
-            return run(*COMMAND, "cmd", "/c", name_of(self.prefix / f"{name}.cmd"), *scope)
+            return run(*COMMAND, "cmd", "/c", name_of(self.root / f"{name}.cmd"), *scope)
         return run(self.prefix / "bin/sabxml", name, *scope, env=self.environment)
 
     def run_client(self, program, *files):
@@ -119,7 +123,7 @@ class Package(unittest.TestCase):
                    self.folder / "packages")]
         for path in self.prefix.rglob("*"):
             content = path.read_bytes() if path.is_file() else b""
-            for place in places if b"\0" not in content else []:
+            for place in places:
                 self.assertNotIn(place, content, path)
 
     @native_only
@@ -157,16 +161,62 @@ class Package(unittest.TestCase):
             digest, _ = Path(f"{package}.sha256").read_text().split()
             self.assertEqual(hashlib.sha256(package.read_bytes()).hexdigest(), digest)
 
+    @native_only
+    @unittest.skipUnless(shutil.which("lintian"), "lintian is not installed")
+    def test_lintian_finds_no_error(self):
+        run("lintian", "--allow-root", "--fail-on", "error", *self.packages)
+
+    def test_the_same_files_give_the_same_bytes(self):
+        again = self.folder / "again"
+        run("cpack", "-B", again, cwd=BUILD, env={**os.environ, "TZ": "Asia/Shanghai"})
+        for package in self.packages:
+            self.assertEqual(package.read_bytes(), (again / package.name).read_bytes(), package.name)
+
+    def test_bill_of_materials(self):
+        file, = self.prefix.rglob("sbom.spdx.json")
+        bill = json.loads(file.read_text(encoding="utf-8"))
+        self.assertEqual(("SPDX-2.3", "CC0-1.0"), (bill["spdxVersion"], bill["dataLicense"]))
+        packages = {package["SPDXID"]: package["name"] for package in bill["packages"]}
+        self.assertTrue(all(package["versionInfo"] for package in bill["packages"]), bill["packages"])
+        links = {}
+        for relation in bill["relationships"]:
+            if relation["relationshipType"].endswith("_LINK"):
+                links.setdefault(relation["spdxElementId"], set()).add(
+                    packages[relation["relatedSpdxElement"]])
+        files = {}
+        for entry in bill["files"]:
+            content = (self.prefix / entry["fileName"]).read_bytes()
+            self.assertIn({"algorithm": "SHA256", "checksumValue": hashlib.sha256(content).hexdigest()},
+                          entry["checksums"])
+            files[Path(entry["fileName"]).name.partition(".")[0]] = links[entry["SPDXID"]]
+        self.assertLessEqual({"CLI11", "nlohmann-json", "pugixml"}, files["sabxml"])
+        self.assertIn("pugixml", files["SabXmlParser" if ON_WINDOWS else "libSabXmlParser"])
+        self.assertNotIn("CLI11", files["SabXmlParser" if ON_WINDOWS else "libSabXmlParser"])
+        for path in self.prefix.rglob("lib*.so*"):
+            if "c++" in run("readelf", "-dW", path):
+                self.assertIn("libstdc++", files[path.name.partition(".so")[0]])
+
     @windows_only
     def test_checksums_of_what_windows_clients_need(self):
-        output = run("sha256sum", "-c", "SHA256SUMS", cwd=self.prefix)
+        output = run("sha256sum", "-c", "SHA256SUMS", cwd=self.root)
         checked = {line.rpartition(": ")[0] for line in output.splitlines()}
-        files = {str(path.relative_to(self.prefix)) for path in self.prefix.rglob("*")
+        files = {path.relative_to(self.root).as_posix() for path in self.root.rglob("*")
                  if path.is_file()}
         self.assertEqual(files - {"SHA256SUMS"}, checked)
-        self.assertLessEqual({"bin/SabXmlParser.tlb", "lib/libSabXmlParser.dll.a", "register.cmd",
-                              "share/sabxmlparser/idl/SabXmlParser.idl",
-                              "python/pyproject.toml", "python/sabxml/interfaces.pyi"}, files)
+        width = self.prefix.name
+        self.assertLessEqual({"README.txt", "register.cmd", "unregister.cmd"} | {
+            f"{width}/{name}" for name in (
+                "bin/SabXmlParser.tlb", "bin/SabXmlParser.manifest", "bin/sabxml.exe", "sbom.spdx.json",
+                "lib/libSabXmlParser.dll.a", "share/sabxmlparser/idl/SabXmlParser.idl",
+                "python/pyproject.toml", "python/sabxml/interfaces.pyi")}, files)
+        for name in "README.txt", "register.cmd":
+            text = (self.root / name).read_bytes()
+            self.assertEqual(text.count(b"\n"), text.count(b"\r\n"))
+            self.assertNotIn(b"@", text.replace(b"@echo", b""))
+        named = set(re.findall(r"\b(?:bin|x64|x86)\\(\S+\.(?:exe|dll|tlb))",
+                               (self.root / "README.txt").read_text()))
+        self.assertTrue(named and all(any(file.endswith(name.replace("\\", "/")) for file in files)
+                                      for name in named), named)
 
 
 if __name__ == "__main__":

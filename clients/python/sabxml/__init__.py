@@ -17,7 +17,7 @@ from ._server import Server
 from ._variant import Ref
 
 __all__ = ["Collection", "Error", "MemberError", "Object", "Ref", "classes", "create", "settings"]
-__version__ = "0.1.0"
+__version__ = "1.0.0"
 
 _servers = {}
 
