@@ -1,11 +1,20 @@
 # What is linked, for the bill of materials (tools/packaging/sbom.py): a line a component with its
 # version, as it was found, its licence, how it is linked, and the files that it is part of; of a shared
 # library its name.
-find_package(CLI11 QUIET)
-if(NOT WIN32)
+if(WIN32)
+  # The headers are those of the machine that builds, which no toolchain file lets CMake find.
+  file(STRINGS /usr/include/CLI/Version.hpp line REGEX "define CLI11_VERSION ")
+  string(REGEX MATCH "[0-9]+[.][0-9.]+" CLI11_VERSION "${line}")
+  file(STRINGS /usr/include/nlohmann/detail/abi_macros.hpp numbers
+       REGEX "define NLOHMANN_JSON_VERSION_(MAJOR|MINOR|PATCH)")
+  string(REGEX MATCHALL " [0-9]+" numbers "${numbers}")
+  list(JOIN numbers "." nlohmann_json_VERSION)
+  string(REPLACE " " "" nlohmann_json_VERSION "${nlohmann_json_VERSION}")
+else()
+  find_package(CLI11 QUIET)
+  find_package(nlohmann_json QUIET)
   find_package(pugixml QUIET)
 endif()
-find_package(nlohmann_json QUIET)
 set(libraries SabXmlParser.dll)
 set(programs sabxml.exe bin/sabxml)
 set(components "sabxmlparser|${PROJECT_VERSION}|MIT||")

@@ -15,7 +15,6 @@ namespace sabxml::cli {
 namespace {
 
 namespace check = sab::check;
-using sab::formats::Kind;
 
 constexpr char kCheckHelp[] =
     "Looks for mistakes that the server passes over: names, places and values of elements,\n"
@@ -51,11 +50,13 @@ sab::project::Source SourceWithInput(const CheckOptions& options) {
 }
 
 // A file of no known kind holds settings where blocks of them are named.
-Kind KindOfFile(const std::string& file, const sab::project::Source& source,
-                const check::Choices& choices) {
-  if (choices.settings.empty()) return Kind::kNone;
-  const sab::project::File probe(file, Kind::kNone, source);
-  return probe.HasElements() && probe.KindOfRoot() == Kind::kNone ? Kind::kSettings : Kind::kNone;
+sab::formats::Kind KindOfFile(const std::string& file, const sab::project::Source& source,
+                              const check::Choices& choices) {
+  if (choices.settings.empty()) return sab::formats::Kind::kNone;
+  const sab::project::File probe(file, sab::formats::Kind::kNone, source);
+  return probe.HasElements() && probe.KindOfRoot() == sab::formats::Kind::kNone
+             ? sab::formats::Kind::kSettings
+             : sab::formats::Kind::kNone;
 }
 
 void ReadDocuments(sab::project::Project& project, const CheckOptions& options,

@@ -29,7 +29,7 @@ constexpr char kRangeHelp[] =
     "Example:\n"
     "  sabxml settings range VeSelectCfgParser GripSize PickBoxSize\n";
 
-constexpr char kGetHelp[] =
+constexpr char kGetValuesHelp[] =
     "With --default, a key that the file does not have gives VALUE, and so does a missing\n"
     "block. With --is-set nothing is printed.\n"
     "\n"
@@ -175,7 +175,8 @@ void AddReading(CLI::App& settings) {
       .WithClass()
       .WithNames("KEY", "Keys; all of them if none is given", false)
       .WithJson();
-  SettingsCommand get(settings, "get", "Print values as a load takes them", kGetHelp, GetSettings);
+  SettingsCommand get(settings, "get", "Print values as a load takes them", kGetValuesHelp,
+                      GetSettings);
   get.WithBlock().WithNames("KEY", "Keys; all of them if none is given", false).WithJson();
   SettingsOptions& options = get.Options();
   get.App()
