@@ -85,4 +85,11 @@ Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& 
   return nearest;
 }
 
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& words,
+                       const std::string& otherwise) {
+  const std::string_view nearest = FindNearest(word, {words.begin(), words.end()}).word;
+  if (!nearest.empty()) return "; did you mean " + std::string(nearest) + "?";
+  return otherwise.empty() ? std::string() : "; " + otherwise;
+}
+
 }  // namespace sab::text

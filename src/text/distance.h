@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,5 +23,11 @@ Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& 
 /// The same with another limit on how much may differ.
 Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words,
                     std::size_t most);
+
+/// The word that another may be a misspelling of, as a question that ends a message:
+/// "; did you mean show?". Where no word is near, what else may help; empty without that. Letter
+/// case does not matter.
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& words,
+                       const std::string& otherwise = {});
 
 }  // namespace sab::text

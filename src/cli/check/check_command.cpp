@@ -129,11 +129,7 @@ int RunCheck(const Settings& settings, CheckOptions options) {
     return 0;
   }
   if (!options.explained_rule.empty()) {
-    // An unknown rule is told like one of --disable.
-    CheckOptions one;
-    one.disabled.push_back(options.explained_rule);
-    ChoicesOf(one);
-    PrintRule(*check::RuleNamed(options.explained_rule), options.as_json, std::cout);
+    PrintRule(check::CheckedRule(options.explained_rule), options.as_json, std::cout);
     return 0;
   }
   if (options.files.empty()) throw Misunderstood("name a FILE to check");

@@ -1,22 +1,15 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
-#include "check/check.h"
+#include "check/options.h"
 
 namespace sabxml::cli {
 
 /// The options of "sabxml check" as they are given.
-struct CheckOptions {
+struct CheckOptions : sab::check::Options {
   std::vector<std::string> files;
-  std::vector<std::string> settings;    ///< CLASS:NODEPATH
-  std::vector<std::string> disabled;    ///< identifiers of rules
-  std::vector<std::string> severities;  ///< RULE=LEVEL
-  std::vector<std::string> host_ids;    ///< files
-  std::string fail_on = "error";
-  std::string baseline;
   std::string format = "text";
   std::string explained_rule;
   bool as_json = false;
@@ -28,18 +21,10 @@ struct CheckOptions {
 
 /// A command line that is not understood, or a file that cannot be read: the program then ends with
 /// the exit code 2.
-class Misunderstood : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+using Misunderstood = sab::check::OptionError;
 
-/// Adds what the files named .sabxml-check say that are nearest to the files: an option a line, as
-/// on the command line, with or without its dashes. Paths in it are relative to its folder; what
-/// the command line says of a rule counts more. Raises Misunderstood.
+/// Adds what the files named .sabxml-check say that are nearest to the files; what the command line
+/// says of a rule counts more. Raises Misunderstood.
 void AddConfiguredOptions(CheckOptions& options);
-
-/// Options with their meaning. Raises Misunderstood for an unknown rule, level or class, and for a
-/// file of identifiers that cannot be read.
-sab::check::Choices ChoicesOf(const CheckOptions& options);
 
 }  // namespace sabxml::cli

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "check/check.h"
+
+namespace sab::check {
+
+/// What a person chose, as texts: on a command line or in a file named .sabxml-check.
+struct Options {
+  std::vector<std::string> settings;    ///< CLASS:NODEPATH
+  std::vector<std::string> disabled;    ///< identifiers of rules
+  std::vector<std::string> severities;  ///< RULE=LEVEL
+  std::vector<std::string> host_ids;    ///< files
+  std::string fail_on = "error";
+  std::string baseline;
+};
+
+/// Options that are not understood, or a file of theirs that cannot be read.
+class OptionError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The file .sabxml-check that is nearest to a file: in its folder, or in one around it. Empty
+/// where there is none.
+std::string OptionFileFor(const std::string& file);
+
+/// Adds what a file .sabxml-check says: an option a line, as on the command line, with or without
+/// its dashes. Paths in it are relative to its folder. Raises OptionError.
+void AddOptionFile(Options& options, const std::string& path);
+
+/// Options with their meaning. Raises OptionError for an unknown rule, level or class, and for a
+/// file of identifiers that cannot be read.
+Choices ChoicesOf(const Options& options);
+
+/// A rule by its identifier. Raises OptionError.
+const RuleText& CheckedRule(const std::string& id);
+
+}  // namespace sab::check
