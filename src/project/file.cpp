@@ -74,7 +74,7 @@ ReadFailure FailureOf(std::string_view bytes, const xml::Error& error) {
 
 }  // namespace
 
-File::File(std::string path, Kind kind, const Source& source)
+File::File(std::string path, Kind kind, const Source& source, Reading reading)
     : path_(std::move(path)), kind_(kind) {
   std::string reason;
   std::optional<std::string> bytes = source.Read(path_, reason);
@@ -87,7 +87,7 @@ File::File(std::string path, Kind kind, const Source& source)
                                       (IsNamed(path_, ".txt") || BeginsAsPlainText(*bytes)));
   try {
     if (!is_plain) {
-      ReadXml(std::move(*bytes), source);
+      ReadXml(std::move(*bytes), source, reading);
       return;
     }
     kind_ = kind_of_root_ = Kind::kTextTemplate;
@@ -99,17 +99,31 @@ File::File(std::string path, Kind kind, const Source& source)
   }
 }
 
-void File::ReadXml(std::string bytes, const Source& source) {
+void File::ReadXml(std::string bytes, const Source& source, Reading reading) {
   try {
     xml_ = std::make_unique<const xml::Document>(std::move(bytes));
   } catch (const xml::Error& error) {
     // The reader has taken the bytes, which a large file should not have twice.
     std::string reason;
-    failure_ = FailureOf(source.Read(path_, reason).value_or(std::string()), error);
-    return;
+    const std::string broken = source.Read(path_, reason).value_or(std::string());
+    failure_ = FailureOf(broken, error);
+    if (reading == Reading::kStrict) return;
+    ReadBroken(broken);
   }
   RecogniseKind();
   if (HasSchema()) Classify();
+}
+
+void File::ReadBroken(const std::string& bytes) {
+  std::string text = bytes;
+  try {
+    const xml::Encoding encoding(bytes);
+    text = encoding.IsUtf8() ? bytes.substr(encoding.BomLength()) : encoding.Decode(bytes);
+  } catch (const xml::Error&) {  // the bytes are looked at as UTF-8
+    if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
+  }
+  repaired_ = std::make_unique<const xml::RepairedText>(text);
+  xml_ = std::make_unique<const xml::Document>(repaired_->Text());
 }
 
 // A document of a kind that is asked for keeps that kind, unless both its document element and what
@@ -303,7 +317,7 @@ Span File::ValueSpan(NodeIndex element) const {
 }
 
 xml::Place File::PlaceOf(std::size_t offset) const {
-  if (lines_.IsEmpty()) lines_ = Lines(xml_ ? xml_->TextBytes() : std::string_view(plain_text_));
+  if (lines_.IsEmpty()) lines_ = Lines(Text());
   return lines_.PlaceOf(offset);
 }
 

@@ -14,6 +14,7 @@
 #include "project/schema.h"
 #include "project/source.h"
 #include "xml/document.h"
+#include "xml/repaired_text.h"
 
 namespace sab::project {
 
@@ -44,6 +45,10 @@ struct ReadFailure {
   std::string message;
 };
 
+/// How a file is read that is not well-formed: not at all, as a host does, or as well as it can be,
+/// while a person is writing it.
+enum class Reading : std::uint8_t { kStrict, kTolerant };
+
 /// One file of a project with the meaning of its elements. A file that cannot be read or is not
 /// well-formed has a failure and no elements; nothing is raised for what a file holds.
 class File {
@@ -51,7 +56,9 @@ class File {
   /// @param path as it is to be named, with slashes
   /// @param kind what it is read as; kNone recognises it by its document element or its bytes.
   ///             Settings have no form: their elements have no rules
-  File(std::string path, formats::Kind kind, const Source& source);
+  /// @param reading a broken file that is read tolerantly has a failure and elements
+  File(std::string path, formats::Kind kind, const Source& source,
+       Reading reading = Reading::kStrict);
 
   const std::string& Path() const { return path_; }
   /// What it is read as; kNone where that cannot be told.
@@ -96,6 +103,17 @@ class File {
   /// The text of a plain text file in UTF-8.
   const std::string& PlainText() const { return plain_text_; }
 
+  /// The text in UTF-8: of the document, or the plain text.
+  std::string_view Text() const { return xml_ ? xml_->TextBytes() : std::string_view(plain_text_); }
+  /// A place of the text in the text that the file has, from which a tolerant reading differs; and
+  /// back.
+  std::size_t ToOriginal(std::size_t offset) const {
+    return repaired_ ? repaired_->ToOriginal(offset) : offset;
+  }
+  std::size_t FromOriginal(std::size_t offset) const {
+    return repaired_ ? repaired_->FromOriginal(offset) : offset;
+  }
+
   // Places in the text of the document, or in the plain text: bytes of its UTF-8.
   /// An element's start tag up to the end of its name.
   Span TagSpan(xml::NodeIndex element) const;
@@ -110,7 +128,8 @@ class File {
     Placement placement = Placement::kInside;
   };
 
-  void ReadXml(std::string bytes, const Source& source);
+  void ReadXml(std::string bytes, const Source& source, Reading reading);
+  void ReadBroken(const std::string& bytes);
   void RecogniseKind();
   bool FitsKindOfRoot() const;
   void Classify();
@@ -124,6 +143,7 @@ class File {
   formats::Kind kind_of_root_ = formats::Kind::kNone;
   bool is_of_other_kind_ = false;
   std::optional<ReadFailure> failure_;
+  std::unique_ptr<const xml::RepairedText> repaired_;
   std::unique_ptr<const xml::Document> xml_;
   const Schema* schema_ = nullptr;
   std::vector<Meaning> meanings_;

@@ -16,6 +16,13 @@ void AddOnce(List& list, const Element& element) {
 
 }  // namespace
 
+Project::Project(const Source& source, ReadFile read) : source_(source), read_(std::move(read)) {
+  if (read_) return;
+  read_ = [this](const std::string& path, Kind kind) {
+    return std::make_shared<const File>(path, kind, source_);
+  };
+}
+
 FileIndex Project::Read(const std::string& path, Kind kind) { return ReadOnce(path, kind); }
 
 FileIndex Project::ReadOnce(const std::string& path, Kind kind) {
@@ -23,7 +30,7 @@ FileIndex Project::ReadOnce(const std::string& path, Kind kind) {
   const auto known = known_.find({kind, normal});
   if (known != known_.end()) return known->second;
   const FileIndex index = files_.size();
-  const File& file = files_.emplace_back(path, kind, source_);
+  const File& file = *files_.emplace_back(read_(path, kind));
   children_.emplace_back();
   known_[{kind, normal}] = index;
   known_.try_emplace({file.GetKind(), normal}, index);
@@ -44,6 +51,36 @@ FileIndex Project::ReadOnce(const std::string& path, Kind kind) {
   return index;
 }
 
+FileIndex Project::Find(const std::string& path) const {
+  const std::string normal = project::TextOf(PathOf(path).lexically_normal());
+  for (const auto& [key, index] : known_) {
+    if (key.second == normal) return index;
+  }
+  return kNoFile;
+}
+
+bool Project::Replace(FileIndex index, std::shared_ptr<const File> other) {
+  std::vector<const Identifier*> paths;
+  for (const Identifier& identifier : other->Identifiers()) {
+    const formats::Rule& rule = other->GetSchema().At(identifier.rule);
+    if (rule.role == Role::kLeadsTo && !identifier.text.empty()) paths.push_back(&identifier);
+  }
+  std::vector<Link*> links;
+  for (Link& link : links_) {
+    if (link.from == index) links.push_back(&link);
+  }
+  const auto is_same = [&](const Identifier* path, const Link* link) {
+    return path->text == link->path.text &&
+           other->GetSchema().At(path->rule).leads_to == link->kind;
+  };
+  if (files_[index]->GetKind() != other->GetKind() || !std::ranges::equal(paths, links, is_same)) {
+    return false;
+  }
+  for (std::size_t i = 0; i < paths.size(); ++i) links[i]->path = *paths[i];
+  files_[index] = std::move(other);
+  return true;
+}
+
 std::vector<FileIndex> Project::Parents(FileIndex file) const {
   std::vector<FileIndex> parents;
   for (FileIndex i = 0; i < children_.size(); ++i) {
@@ -58,7 +95,7 @@ std::vector<FileIndex> Project::Below(FileIndex file, Kind kind) const {
     for (const FileIndex child : children_[reached[i]]) AddOnce(reached, child);
   }
   std::ranges::sort(reached);
-  std::erase_if(reached, [&](FileIndex index) { return files_[index].GetKind() != kind; });
+  std::erase_if(reached, [&](FileIndex index) { return files_[index]->GetKind() != kind; });
   return reached;
 }
 
@@ -68,14 +105,14 @@ std::vector<FileIndex> Project::Above(FileIndex file, Kind kind) const {
     for (const FileIndex parent : Parents(reached[i])) AddOnce(reached, parent);
   }
   std::ranges::sort(reached);
-  std::erase_if(reached, [&](FileIndex index) { return files_[index].GetKind() != kind; });
+  std::erase_if(reached, [&](FileIndex index) { return files_[index]->GetKind() != kind; });
   return reached;
 }
 
 bool Project::IsIncomplete(FileIndex file) const {
   std::vector<FileIndex> reached{file};
   for (std::size_t i = 0; i < reached.size(); ++i) {
-    const File& at = files_[reached[i]];
+    const File& at = *files_[reached[i]];
     if (at.Failure() || at.IsOfOtherKind()) return true;
     for (const FileIndex child : children_[reached[i]]) AddOnce(reached, child);
   }
@@ -111,8 +148,8 @@ std::vector<FileIndex> Project::DefiningFiles(FileIndex file, Subject subject) c
 std::vector<Occurrence> Project::Find(Role role, Subject subject, std::string_view text) const {
   std::vector<Occurrence> found;
   for (FileIndex i = 0; i < files_.size(); ++i) {
-    for (const Identifier& identifier : files_[i].Identifiers()) {
-      const formats::Rule& rule = files_[i].GetSchema().At(identifier.rule);
+    for (const Identifier& identifier : files_[i]->Identifiers()) {
+      const formats::Rule& rule = files_[i]->GetSchema().At(identifier.rule);
       if (rule.role == role && rule.subject == subject && identifier.text == text) {
         found.push_back({i, identifier});
       }

@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -38,11 +40,14 @@ struct Occurrence {
 /// that is missing or broken is a link without a target, or a file with a failure.
 ///
 /// A project is read once and then only looked at. An editor that changes a text opens it in the
-/// source and makes a new project.
+/// source, and makes a new project where Replace does not do.
 class Project {
  public:
   /// @param source where files come from; lives longer
-  explicit Project(const Source& source) : source_(source) {}
+  /// @param read reads a file; it may hand out one that it has read before
+  using ReadFile =
+      std::function<std::shared_ptr<const File>(const std::string& path, formats::Kind kind)>;
+  explicit Project(const Source& source, ReadFile read = {});
   Project(const Project&) = delete;
   Project& operator=(const Project&) = delete;
 
@@ -52,7 +57,14 @@ class Project {
   FileIndex Read(const std::string& path, formats::Kind kind = formats::Kind::kNone);
 
   std::size_t FileCount() const { return files_.size(); }
-  const File& At(FileIndex file) const { return files_[file]; }
+  const File& At(FileIndex file) const { return *files_[file]; }
+  const std::shared_ptr<const File>& Shared(FileIndex file) const { return files_[file]; }
+  /// By its path; kNoFile where it is not in the project.
+  FileIndex Find(const std::string& path) const;
+
+  /// Takes another reading of a file that names the same documents in the same order. False, and
+  /// nothing is changed, where it does not.
+  bool Replace(FileIndex file, std::shared_ptr<const File> other);
 
   /// All links, those of one file in the order of its document.
   const std::deque<Link>& Links() const { return links_; }
@@ -81,7 +93,8 @@ class Project {
 
   const Source& source_;
   PathFinder finder_;
-  std::deque<File> files_;
+  ReadFile read_;
+  std::vector<std::shared_ptr<const File>> files_;
   std::deque<Link> links_;
   std::vector<std::vector<FileIndex>> children_;  // of files; each once
   std::map<std::pair<formats::Kind, std::string>, FileIndex> known_;

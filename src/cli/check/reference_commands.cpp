@@ -16,6 +16,7 @@
 #include "formats/manual.h"
 #include "platform/file.h"
 #include "project/project.h"
+#include "project/rule_words.h"
 #include "project/xml_schema.h"
 
 namespace sabxml::cli {
@@ -75,38 +76,6 @@ void PrintSchema(const std::string& kind, const std::string& folder) {
 
 // --- explain ---
 
-std::string NeedOf(const formats::Rule& rule) {
-  if (rule.IsRequired()) return "must be there";
-  if (rule.IsForItem()) return "an entry without it is dropped";
-  if (rule.is_expected) return "the entry is of no use without it";
-  return rule.IsList() ? "any number" : "may be left out";
-}
-
-std::string WhichCounts(const formats::Rule& rule) {
-  switch (rule.count) {
-    case formats::Count::kFirst:
-      return "the first";
-    case formats::Count::kLast:
-      return "the last";
-    case formats::Count::kSticky:
-      return "one with the deciding text";
-    default:
-      return "";
-  }
-}
-
-// The elements that may have a content, outermost first.
-std::string PlacesOf(const project::Schema& schema, project::ContentId content) {
-  if (content == schema.RootContent()) return std::string(schema.Form().root);
-  std::set<std::string_view> known;
-  std::string places;
-  for (project::RuleId id = 1; id < schema.RuleCount(); ++id) {
-    if (schema.ContentOf(id) != content || !known.insert(schema.At(id).name).second) continue;
-    places += (places.empty() ? "" : ", ") + std::string(schema.At(id).name);
-  }
-  return places;
-}
-
 // Every element of a name: lines for people, or an array.
 class Explanations {
  public:
@@ -145,12 +114,12 @@ void ExplainElement(const std::string& element, const std::string& kind, bool as
       names.emplace_back(rule.name);
       if (rule.name != element) continue;
       found.Begin(element, rule.help);
-      found.Add("in",
-                PlacesOf(schema, schema.HomeOf(id)) + " (" + std::string(document->about) + ")");
+      found.Add("in", project::PlacesOf(schema, schema.HomeOf(id)) + " (" +
+                          std::string(document->about) + ")");
       found.Add("type", formats::WordsFor(rule.type));
-      found.Add("need", NeedOf(rule));
+      found.Add("need", project::NeedOf(rule));
       found.Add("default", DefaultOf(rule));
-      found.Add("counts", WhichCounts(rule));
+      found.Add("counts", project::WhichCounts(rule));
       std::string content;
       for (const std::string_view name : schema.NamesIn(schema.ContentOf(id))) {
         content += (content.empty() ? "" : ", ") + std::string(name);
