@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,27 @@ struct Choices {
   std::vector<SettingsChoice> settings;  ///< blocks of the settings files
 };
 
+/// What was found in single files, so that of a project that is checked again only those are looked
+/// at that have changed. What the disk has besides documents is taken to be the same.
+class KnownFindings {
+ public:
+  void Forget() { files_.clear(); }
+
+ private:
+  friend class FileChecks;
+
+  struct Entry {
+    std::shared_ptr<const project::File> file;
+    std::vector<Finding> findings;
+    bool is_used = false;
+  };
+  std::map<const project::File*, Entry> files_;
+};
+
 /// Looks at all documents of a project.
 /// @param failures receives what of the choices is not understood, a message each
+/// @param known keeps what is found for the next check; null where there is none
 Findings Check(const project::Project& project, const Choices& choices,
-               std::vector<std::string>& failures);
+               std::vector<std::string>& failures, KnownFindings* known = nullptr);
 
 }  // namespace sab::check

@@ -3,8 +3,10 @@
 #include <initializer_list>
 #include <map>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "check/finding.h"
@@ -32,6 +34,8 @@ class Reporter {
            Words words);
   /// A mistake of a file as a whole, or at a place that the reader names.
   void AddAt(Mistake mistake, project::FileIndex file, xml::Place place, Words words);
+  /// One of an earlier check.
+  void AddAgain(Finding finding) { findings_.list.push_back(std::move(finding)); }
   /// What was not checked, and why; each text once.
   void Note(const std::string& text);
 
@@ -42,6 +46,8 @@ class Reporter {
   Location At(project::FileIndex file, project::Span span) const;
 
   const project::Project& GetProject() const { return project_; }
+  /// What was found so far.
+  std::span<const Finding> All() const { return findings_.list; }
   /// All findings in order, none twice.
   Findings Take();
 

@@ -32,6 +32,8 @@ void AddCheck(CLI::App& program, const Settings& settings);
 void AddReferenceCommands(CLI::App& program);
 /// Draws user interfaces without the server.
 void AddPreview(CLI::App& program);
+/// Serves an editor, without the component server.
+void AddLsp(CLI::App& program);
 /// Works on files without the server.
 void AddSettingsCommands(CLI::App& program);
 void AddDescribe(CLI::App& program, const Settings& settings);

@@ -136,6 +136,7 @@ int Run(int argc, char** argv) {
   AddCheck(program, settings);
   AddPreview(program);
   AddReferenceCommands(program);
+  AddLsp(program);
   AddGet(program, settings);
   AddSettingsCommands(program);
   AddDescribe(program, settings);

@@ -20,6 +20,8 @@ bool OutputIsTerminal();                            ///< and obeys the usual seq
 bool ErrorsAreOnTerminal();
 bool InputIsTerminal();
 bool OutputIsPipe();
+/// Waits for bytes of the standard input, as they are, and gives how many there are; 0 at its end.
+std::size_t ReadStandardInput(char* bytes, std::size_t size);
 std::string CopyStandardInput();  ///< path of a file that lasts as long as the program
 void PrepareOutput();             ///< UTF-8; where the system can, a closed pipe ends the program
 

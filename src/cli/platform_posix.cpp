@@ -98,6 +98,14 @@ std::vector<std::string> Arguments(int argc, char** argv) {
   return arguments;
 }
 
+std::size_t ReadStandardInput(char* bytes, std::size_t size) {
+  ssize_t count = 0;
+  do {
+    count = read(STDIN_FILENO, bytes, size);
+  } while (count < 0 && errno == EINTR);
+  return static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+}
+
 std::string CopyStandardInput() {
   // A file without a name needs no removal, however the program ends.
   const int copy = memfd_create("standard input", MFD_CLOEXEC);

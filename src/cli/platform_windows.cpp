@@ -53,6 +53,13 @@ std::string EnvironmentVariable(const char* name) {
   return value ? ToUtf8(sab::TextView(value)) : std::string();
 }
 
+std::size_t ReadStandardInput(char* bytes, std::size_t size) {
+  DWORD count = 0;
+  const bool is_read = ReadFile(GetStdHandle(STD_INPUT_HANDLE), bytes, static_cast<DWORD>(size),
+                                &count, nullptr) != 0;
+  return is_read ? count : 0;
+}
+
 std::string CopyStandardInput() {
   static wchar_t path[MAX_PATH];
   wchar_t folder[MAX_PATH];

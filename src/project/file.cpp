@@ -115,7 +115,7 @@ void File::ReadXml(std::string bytes, const Source& source, Reading reading) {
 }
 
 void File::ReadBroken(const std::string& bytes) {
-  std::string text = bytes;
+  std::string& text = original_ = bytes;
   try {
     const xml::Encoding encoding(bytes);
     text = encoding.IsUtf8() ? bytes.substr(encoding.BomLength()) : encoding.Decode(bytes);

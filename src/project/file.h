@@ -105,8 +105,9 @@ class File {
 
   /// The text in UTF-8: of the document, or the plain text.
   std::string_view Text() const { return xml_ ? xml_->TextBytes() : std::string_view(plain_text_); }
-  /// A place of the text in the text that the file has, from which a tolerant reading differs; and
-  /// back.
+  /// The text that the file has, from which that of a tolerant reading may differ.
+  std::string_view OriginalText() const { return repaired_ ? std::string_view(original_) : Text(); }
+  /// A place of the text in that of the file, and back.
   std::size_t ToOriginal(std::size_t offset) const {
     return repaired_ ? repaired_->ToOriginal(offset) : offset;
   }
@@ -144,6 +145,7 @@ class File {
   bool is_of_other_kind_ = false;
   std::optional<ReadFailure> failure_;
   std::unique_ptr<const xml::RepairedText> repaired_;
+  std::string original_;  // where it is repaired
   std::unique_ptr<const xml::Document> xml_;
   const Schema* schema_ = nullptr;
   std::vector<Meaning> meanings_;

@@ -1,0 +1,93 @@
+#include "lsp/application.h"
+
+#include "check/options.h"
+
+namespace sab::lsp {
+
+using formats::Kind;
+using project::FileIndex;
+using project::Project;
+
+Application::Application(const project::Source& source, FileCache& files, std::string root)
+    : source_(source), files_(files), root_(std::move(root)) {
+  ReadOptions();
+}
+
+void Application::ReadOptions() {
+  choices_ = {};
+  option_failure_.clear();
+  try {
+    check::Options options;
+    const std::string file = check::OptionFileFor(root_);
+    if (!file.empty()) AddOptionFile(options, file);
+    choices_ = ChoicesOf(options);
+  } catch (const check::OptionError& error) {
+    option_failure_ = error.what();
+  }
+}
+
+// A file of no known kind holds settings where blocks of them are named.
+Kind Application::KindOfRoot() {
+  if (choices_.settings.empty()) return Kind::kNone;
+  const auto file = files_.Get(root_, Kind::kNone, project::Reading::kTolerant);
+  return file->HasElements() && file->KindOfRoot() == Kind::kNone ? Kind::kSettings : Kind::kNone;
+}
+
+const Project& Application::Tolerant() { return Current(tolerant_); }
+const Project& Application::Strict() { return Current(strict_); }
+
+const Project& Application::Current(Reading& reading) {
+  if (reading.project) {
+    for (const std::string& path : reading.changed) {
+      bool is_replaced = true;
+      for (FileIndex i = 0; i < reading.project->FileCount() && is_replaced; ++i) {
+        const project::File& file = reading.project->At(i);
+        if (file.Path() != path) continue;
+        // A document that is named is asked for as what it is named as; the root is recognised.
+        const Kind kind = i == 0 ? KindOfRoot() : file.GetKind();
+        is_replaced = reading.project->Replace(i, files_.Get(path, kind, reading.manner));
+      }
+      if (!is_replaced) {
+        reading.project.reset();
+        break;
+      }
+    }
+  }
+  reading.changed.clear();
+  if (!reading.project) {
+    reading.project = std::make_unique<Project>(
+        source_, [this, manner = reading.manner](const std::string& path, Kind kind) {
+          return files_.Get(path, kind, manner);
+        });
+    reading.project->Read(root_, KindOfRoot());
+  }
+  return *reading.project;
+}
+
+void Application::Touch(const std::string& path) {
+  tolerant_.changed.insert(path);
+  strict_.changed.insert(path);
+  is_checked_ = false;
+}
+
+void Application::Forget() {
+  tolerant_.project.reset();
+  strict_.project.reset();
+  known_.Forget();
+  is_checked_ = false;
+  ReadOptions();
+}
+
+const check::Findings& Application::Findings() {
+  if (!is_checked_) {
+    std::vector<std::string> failures;
+    findings_ = Check(Strict(), choices_, failures, &known_);
+    for (const std::string& failure : failures) {
+      if (option_failure_.empty()) option_failure_ = failure;
+    }
+    is_checked_ = true;
+  }
+  return findings_;
+}
+
+}  // namespace sab::lsp
