@@ -38,7 +38,7 @@ own_apt() {
 }
 
 build_packages=(g++ cmake ninja-build ccache python3 libpugixml-dev libcli11-dev nlohmann-json3-dev dpkg-dev)
-test_packages=(chromium fish groff-base jq lintian mypy python3-pip zsh libgtest-dev googletest libxml2-dev libxml2-utils libexpat1-dev libbenchmark-dev)
+test_packages=(chromium fish groff-base jq lintian mypy neovim python3-pip zsh libgtest-dev googletest libxml2-dev libxml2-utils libexpat1-dev libbenchmark-dev)
 sanitizer_packages=(clang libclang-rt-14-dev)
 fuzz_packages=(clang libclang-rt-14-dev libxml2-dev libexpat1-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine wine64 wine64-tools libwine-dev libc6-i386)
