@@ -60,4 +60,10 @@ bool HostIds::Has(Subject subject, std::string_view id) const {
   return false;
 }
 
+std::vector<std::string> HostIds::Of(Subject subject) const {
+  const auto found = ids_.find(subject);
+  if (found == ids_.end()) return {};
+  return {found->second.begin(), found->second.end()};
+}
+
 }  // namespace sab::check

@@ -4,6 +4,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "formats/rule.h"
 
@@ -17,6 +18,8 @@ class HostIds {
   void Add(std::string_view lines);
 
   bool Has(formats::Subject subject, std::string_view id) const;
+  /// Those that are of a kind, not those that may be of any.
+  std::vector<std::string> Of(formats::Subject subject) const;
 
  private:
   std::map<formats::Subject, std::set<std::string, std::less<>>> ids_;  // kNone for every kind

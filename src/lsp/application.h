@@ -32,7 +32,8 @@ class Application {
   /// Files on disk may have changed, or a text was opened or closed.
   void Forget();
 
-  /// What is wrong, in the order of "sabxml check"; valid until something changes.
+  /// What is wrong, in the order of "sabxml check"; nothing for a file of no known kind. Valid
+  /// until something changes.
   const check::Findings& Findings();
   bool IsChecked() const { return is_checked_; }
   const check::Choices& Choices() const { return choices_; }

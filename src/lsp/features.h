@@ -37,6 +37,7 @@ Json DocumentLinks(Context& context, const Json& params);
 
 Json SemanticTokensLegend();
 Json SemanticTokens(Context& context, const Json& params);
+Json SemanticTokensOfRange(Context& context, const Json& params);
 Json InlayHints(Context& context, const Json& params);
 
 Json Format(Context& context, const Json& params);

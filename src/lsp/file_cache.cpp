@@ -25,14 +25,14 @@ std::shared_ptr<const File> FileCache::Get(const std::string& path, formats::Kin
                                            Reading reading) {
   Entry& entry = entries_[{path, kind}];
   const Stamp stamp = StampOf(path);
-  if (!entry.strict || entry.stamp != stamp) {
-    entry = {stamp, std::make_shared<const File>(path, kind, source_), nullptr};
+  if (entry.stamp != stamp) entry = {stamp, nullptr, nullptr};
+  std::shared_ptr<const File>& file = reading == Reading::kStrict ? entry.strict : entry.tolerant;
+  if (!file) {
+    file = std::make_shared<const File>(path, kind, source_, reading);
+    // One that is not broken is the same in both.
+    if (!file->Failure()) entry.strict = entry.tolerant = file;
   }
-  if (reading == Reading::kStrict || !entry.strict->Failure()) return entry.strict;
-  if (!entry.tolerant) {
-    entry.tolerant = std::make_shared<const File>(path, kind, source_, Reading::kTolerant);
-  }
-  return entry.tolerant;
+  return file;
 }
 
 const LineIndex& FileCache::LinesOf(const std::shared_ptr<const File>& file) {

@@ -101,7 +101,7 @@ std::string DescriptionOf(const Rule& rule) {
   text += '\n';
   add("type", std::string(formats::WordsFor(rule.type)));
   add("need", project::NeedOf(rule));
-  add("default", project::DefaultOf(rule));
+  add("default", std::string(formats::DefaultOf(rule)));
   add("of several counts", project::WhichCounts(rule));
   if (rule.role == formats::Role::kDefines) {
     add("defines", "a " + std::string(formats::NameOf(rule.subject)));

@@ -42,10 +42,12 @@ Json SemanticTokensLegend() {
           {"tokenModifiers", {"declaration", "defaultLibrary"}}};
 }
 
-Json SemanticTokens(Context& context, const Json& params) {
+namespace {
+
+// The tokens of some lines, or of all.
+Json TokensWithin(Context& context, const Json& params, const Json& wanted) {
   const View view = context.workspace.ViewOf(params);
   Json data = Json::array();
-  const Json& wanted = Member(params, {"range"});
   const Range limits = RangeFrom(wanted);
   Position last;
   for (const project::Identifier& identifier : view.file->Identifiers()) {
@@ -73,6 +75,16 @@ Json SemanticTokens(Context& context, const Json& params) {
     last = range.start;
   }
   return {{"data", std::move(data)}};
+}
+
+}  // namespace
+
+Json SemanticTokens(Context& context, const Json& params) {
+  return TokensWithin(context, params, nullptr);
+}
+
+Json SemanticTokensOfRange(Context& context, const Json& params) {
+  return TokensWithin(context, params, Member(params, {"range"}));
 }
 
 // The name that a user sees after the identifier of a command.

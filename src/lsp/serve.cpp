@@ -30,7 +30,8 @@ class Inbox {
         is_ended = is_ended || method == "exit";
         const std::lock_guard lock(mutex_);
         if (method == "$/cancelRequest") {
-          cancelled_.insert(BytesOf(Member(incoming->message, {"params", "id"})));
+          const Json& id = Member(incoming->message, {"params", "id"});
+          if (id.is_string() || id.is_number()) cancelled_.insert(BytesOf(id));
         } else {
           messages_.push_back(std::move(*incoming));
         }

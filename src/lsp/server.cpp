@@ -25,7 +25,7 @@ const std::map<std::string, Request>& Requests() {
       {"textDocument/linkedEditingRange", LinkedEditing},
       {"textDocument/documentLink", DocumentLinks},
       {"textDocument/semanticTokens/full", SemanticTokens},
-      {"textDocument/semanticTokens/range", SemanticTokens},
+      {"textDocument/semanticTokens/range", SemanticTokensOfRange},
       {"textDocument/inlayHint", InlayHints},
       {"textDocument/formatting", Format},
       {"textDocument/rangeFormatting", FormatRange},
@@ -83,6 +83,12 @@ Json Capabilities(PositionEncoding encoding) {
       {"codeActionProvider", {{"codeActionKinds", {"quickfix"}}}},
       {"workspace", {{"workspaceFolders", {{"supported", true}, {"changeNotifications", true}}}}},
   };
+}
+
+// The version of a document; null where it is none.
+Json VersionOf(const Json& params) {
+  const Json& version = Member(params, {"textDocument", "version"});
+  return version.is_number_integer() ? version : Json();
 }
 
 }  // namespace
@@ -228,12 +234,10 @@ void Server::HandleNotification(const std::string& method, const Json& params) {
     workspace_.ForgetDisk();
   } else if (method == "textDocument/didOpen") {
     workspace_.Open(NeededText(params, {"textDocument", "uri"}),
-                    NeededText(params, {"textDocument", "text"}),
-                    Member(params, {"textDocument", "version"}));
+                    NeededText(params, {"textDocument", "text"}), VersionOf(params));
   } else if (method == "textDocument/didChange") {
     workspace_.Change(NeededText(params, {"textDocument", "uri"}),
-                      Member(params, {"contentChanges"}),
-                      Member(params, {"textDocument", "version"}));
+                      Member(params, {"contentChanges"}), VersionOf(params));
   } else if (method == "textDocument/didClose") {
     workspace_.Close(NeededText(params, {"textDocument", "uri"}));
   } else {

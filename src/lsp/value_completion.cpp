@@ -67,6 +67,12 @@ void AddIdentifiers(const View& view, const Rule& rule, const Range& range, Json
     }
     items.push_back(std::move(item));
   }
+  for (const std::string& id : view.application->Choices().host_ids.Of(rule.subject)) {
+    if (known.contains(id)) continue;
+    Json item = ValueItem(id, kReferenceItem, range);
+    item["detail"] = "of the host";
+    items.push_back(std::move(item));
+  }
 }
 
 // What is in the folder that the typed path names so far.

@@ -11,14 +11,6 @@ std::string NeedOf(const formats::Rule& rule) {
   return rule.IsList() ? "any number" : "may be left out";
 }
 
-std::string DefaultOf(const formats::Rule& rule) {
-  if (!rule.when_missing.empty()) return std::string(rule.when_missing);
-  if (!rule.initial.empty()) return std::string(rule.initial);
-  if (rule.type == formats::Type::kNotZero) return "true";
-  if (rule.type >= formats::Type::kOne && rule.type <= formats::Type::kNonZero) return "false";
-  return rule.type >= formats::Type::kInt16 && rule.type <= formats::Type::kDouble ? "0" : "";
-}
-
 std::string WhichCounts(const formats::Rule& rule) {
   switch (rule.count) {
     case formats::Count::kFirst:

@@ -10,8 +10,6 @@ namespace sab::project {
 
 /// Whether the element must be there: "may be left out".
 std::string NeedOf(const formats::Rule& rule);
-/// The value without the element; empty for none.
-std::string DefaultOf(const formats::Rule& rule);
 /// Which of several elements counts; empty where each does.
 std::string WhichCounts(const formats::Rule& rule);
 /// The elements that may have a content, outermost first.
