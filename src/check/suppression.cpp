@@ -55,7 +55,7 @@ void Suppress(const project::Project& project, Findings& findings) {
         at = end;
         if (const RuleText* const rule = RuleNamed(id)) {
           suppressed.mistakes.insert(rule->mistake);
-        } else if (id.find_first_not_of("-") == id.npos || !suppressed.mistakes.empty()) {
+        } else if (id.find_first_not_of('-') == id.npos || !suppressed.mistakes.empty()) {
           break;  // words that explain it
         } else {
           is_known = false;
