@@ -21,7 +21,7 @@ bool MayLeadElsewhere(TextView path) {
 // A path that ends with an attribute never leads to an element, whether the attribute exists or
 // not.
 bool EndsWithAttribute(TextView path) {
-  const std::size_t slash = path.find_last_of(OLESTR("/"));
+  const std::size_t slash = path.find_last_of(OLESTR('/'));
   const TextView step = path.substr(slash == TextView::npos ? 0 : slash + 1);
   return step.starts_with(OLESTR("@")) && step.find_first_of(OLESTR("]'\"|")) == TextView::npos;
 }

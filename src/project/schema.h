@@ -36,7 +36,7 @@ class Schema {
   unsigned IndexOf(RuleId rule) const { return rule - contents_[rules_[rule].home].first; }
 
   ContentId RootContent() const { return 1; }
-  std::size_t ContentCount() const { return contents_.size(); }
+  ContentId ContentCount() const { return static_cast<ContentId>(contents_.size()); }
   RuleId FirstRule(ContentId content) const { return contents_[content].first; }
   unsigned CountOf(ContentId content) const { return contents_[content].count; }
 
