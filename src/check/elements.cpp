@@ -234,7 +234,10 @@ void Elements::CheckEachNode(NodeIndex node) {
 void Elements::Open(NodeIndex node, project::ContentId content, RuleId rule) {
   Frame frame;
   frame.node = node;
-  frame.end = xml_.EndOf(node);
+  const bool is_last = xml_.NextSibling(node) == kNoNode;
+  const bool is_inside = !frames_.empty() && frames_.back().node == xml_.ParentOf(node);
+  // The last one ends where the element around it does; EndOf would go through all around it.
+  frame.end = is_last && is_inside ? frames_.back().end : xml_.EndOf(node);
   frame.content = content;
   frame.rule = rule;
   if (rule != project::kNoRule && facts_.OfRule(rule).is_joined) {
