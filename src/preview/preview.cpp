@@ -139,9 +139,12 @@ class PageWriter {
     }
     page << "</h2></summary><ul class=findings>\n";
     std::size_t listed = 0;
-    for (const Finding& finding : findings_.list) {
-      if (++listed > kMaxListedFindings) break;
-      WriteFinding(page, finding);
+    for (const Severity severity : {Severity::kError, Severity::kWarning, Severity::kInfo}) {
+      for (const Finding& finding : findings_.list) {
+        if (finding.severity != severity || listed == kMaxListedFindings) continue;
+        ++listed;
+        WriteFinding(page, finding);
+      }
     }
     if (findings_.list.size() > kMaxListedFindings) {
       page << "<li>and " << findings_.list.size() - kMaxListedFindings

@@ -77,7 +77,7 @@ TEST(Preview, KnowsPicturesByTheirBytes) {
 
 TEST(Preview, StaysSmall) {
   const std::string button = "<RibbonButton>";
-  const std::string deep = Repeated(2000, button) + Repeated(2000, "</RibbonButton>");
+  const std::string deep = Repeated(100000, button) + Repeated(100000, "</RibbonButton>");
   const std::string bars = Repeated(2000, "<DropDown>B</DropDown>") + Repeated(2000, "<Button/>");
   const std::pair<std::string, std::string_view> rows[] = {
       {"<RibbonBar><RibbonTab><RibbonPanel>" + deep + "</RibbonPanel></RibbonTab></RibbonBar>",
