@@ -184,16 +184,16 @@ HANDLE InterruptEvent() {
   return event;
 }
 
+BOOL WINAPI OnInterrupt(DWORD) {
+  SetEvent(InterruptEvent());
+  return TRUE;
+}
+
 }  // namespace
 
 void CatchInterrupt() {
   InterruptEvent();
-  SetConsoleCtrlHandler(
-      [](DWORD) -> BOOL {
-        SetEvent(InterruptEvent());
-        return TRUE;
-      },
-      TRUE);
+  SetConsoleCtrlHandler(OnInterrupt, TRUE);
 }
 
 bool WaitForInterrupt(unsigned milliseconds) {
