@@ -36,7 +36,10 @@ class Keys {
       if (name == "MainMenu") {
         CheckMenu(section, main_menu_);
       } else if (name == "ContextMenu") {
-        ForEachChild(section, [this](NodeIndex popup) { CheckInner(popup); });
+        ForEachChild(section, [this](NodeIndex popup) {
+          Table letters;
+          CheckMenu(popup, letters);
+        });
       } else if (name == "CommandsUI") {
         CollectCommands(section);
       } else if (name == "ToolAccels") {
@@ -108,18 +111,33 @@ class Keys {
     return {};
   }
 
+  // Menus may be nested as deeply as a file has them, so those that are open are in a list.
   void CheckMenu(NodeIndex menu, Table& letters) {
-    ForEachChild(menu, [&](NodeIndex item) {
-      const std::string_view name = NameOf(item);
-      if (name != "Popup" && name != "MenuItem") return;
-      const NodeIndex text = ChildNamed(item, "Text");
-      if (text != kNoNode) CheckLetter(text, letters);
-      CheckInner(item);
-    });
+    struct Menu {
+      NodeIndex end;
+      Table letters;
+    };
+    std::vector<Menu> open;
+    open.push_back({xml_.EndOf(menu), std::move(letters)});
+    for (NodeIndex node = menu + 1; node < open.front().end;) {
+      while (node >= open.back().end) open.pop_back();
+      const NodeIndex next = xml_.NextSibling(node);
+      const NodeIndex end = next == kNoNode ? open.back().end : next;
+      if (!IsItem(node)) {
+        node = end;
+        continue;
+      }
+      const NodeIndex text = ChildNamed(node, "Text");
+      if (text != kNoNode) CheckLetter(text, open.back().letters);
+      open.push_back({end, {}});
+      ++node;
+    }
+    letters = std::move(open.front().letters);
   }
-  void CheckInner(NodeIndex item) {
-    Table letters;
-    CheckMenu(item, letters);
+  bool IsItem(NodeIndex node) const {
+    if (!xml_.IsElement(node) || file_.RuleIdOf(node) == project::kNoRule) return false;
+    const std::string_view name = NameOf(node);
+    return name == "Popup" || name == "MenuItem";
   }
   void CheckLetter(NodeIndex text, Table& letters) {
     const std::string letter = MnemonicOf(file_.TextOf(text));
