@@ -94,7 +94,9 @@ class Formatter {
     if (is_comment && lines == 0) return;  // it is about what is before it on its line
     std::string wanted;
     for (auto i = std::max<std::ptrdiff_t>(lines, 1); i > 0; --i) wanted += line_end_;
-    for (; level > 0; --level) wanted += step_;
+    // What is nested more deeply was made by a program, and would be mostly white space.
+    constexpr std::size_t kMostLevels = 200;
+    for (level = std::min(level, kMostLevels); level > 0; --level) wanted += step_;
     if (wanted != gap) edits_.push_back({{from, to}, std::move(wanted)});
   }
 

@@ -19,6 +19,9 @@ unsigned WidthOf(std::size_t bytes, PositionEncoding encoding) {
   }
 }
 
+// Whether a byte is one of a character after its first.
+bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; }
+
 std::size_t SizeAt(std::string_view text, std::size_t at) {
   if (static_cast<unsigned char>(text[at]) < 0x80) return 1;
   return std::max<std::size_t>(text::Utf8CharacterSize(text.substr(at)), 1);
@@ -43,6 +46,11 @@ Range RangeFrom(const Json& value) {
 }
 
 LineIndex::LineIndex(std::string_view text) : text_(text), starts_{0} {
+  blocks_.reserve(text.size() / kBlockSize + 1);
+  blocks_.emplace_back();
+  for (std::size_t end = kBlockSize; end <= text.size(); end += kBlockSize) {
+    blocks_.push_back(Plus(blocks_.back(), text.substr(end - kBlockSize, kBlockSize)));
+  }
   bool has_lone_return = false;
   for (std::size_t at = 0; (at = text.find_first_of("\r\n", at)) != text.npos;) {
     const bool is_pair = text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
@@ -55,6 +63,21 @@ LineIndex::LineIndex(std::string_view text) : text_(text), starts_{0} {
   for (std::size_t at = 0; (at = text.find('\n', at)) != text.npos;) {
     after_line_feeds_.push_back(++at);
   }
+}
+
+LineIndex::Counts LineIndex::Plus(Counts counts, std::string_view text) {
+  for (const char c : text) {
+    const unsigned is_first = IsContinuation(c) ? 0 : 1;
+    counts.characters += is_first;
+    counts.units += is_first + (static_cast<unsigned char>(c) >= 0xF0 ? 1U : 0U);
+  }
+  return counts;
+}
+
+LineIndex::Counts LineIndex::CountsAt(std::size_t offset) const {
+  const std::size_t block = offset / kBlockSize;
+  const std::size_t start = block * kBlockSize;
+  return Plus(blocks_[block], text_.substr(start, offset - start));
 }
 
 std::size_t LineIndex::EndOf(std::size_t line) const {
@@ -72,8 +95,7 @@ std::size_t LineIndex::OffsetOf(Position position, PositionEncoding encoding) co
   if (encoding == PositionEncoding::kUtf8) {
     at = std::min(at + position.character, end);
     // Not inside of a character.
-    while (at > starts_[position.line] && at < text_.size() &&
-           (static_cast<unsigned char>(text_[at]) & 0xC0U) == 0x80) {
+    while (at > starts_[position.line] && at < text_.size() && IsContinuation(text_[at])) {
       --at;
     }
     return at;
@@ -92,18 +114,11 @@ Position LineIndex::PositionOf(std::size_t offset, PositionEncoding encoding) co
   offset = std::min(offset, text_.size());
   const auto after = std::ranges::upper_bound(starts_, offset);
   const auto line = static_cast<std::size_t>(after - starts_.begin()) - 1;
-  const bool continues = last_.line == line && last_offset_ <= offset && last_encoding_ == encoding;
-  unsigned character = continues ? last_.character : 0;
-  std::size_t at = continues ? last_offset_ : starts_[line];
-  while (at < offset) {
-    const std::size_t size = SizeAt(text_, at);
-    character += WidthOf(size, encoding);
-    at += size;
-  }
-  last_ = {static_cast<unsigned>(line), character};
-  last_offset_ = at;
-  last_encoding_ = encoding;
-  return last_;
+  const std::size_t start = starts_[line];
+  const std::size_t character = encoding == PositionEncoding::kUtf8
+                                    ? offset - start
+                                    : CountsAt(offset).units - CountsAt(start).units;
+  return {static_cast<unsigned>(line), static_cast<unsigned>(character)};
 }
 
 std::size_t LineIndex::OffsetOf(xml::Place place) const {
@@ -111,8 +126,23 @@ std::size_t LineIndex::OffsetOf(xml::Place place) const {
   if (place.line == 0) return 0;
   if (place.line > lines.size()) return text_.size();
   std::size_t at = lines[place.line - 1];
-  for (unsigned left = place.column; left > 1 && at < text_.size() && text_[at] != '\n'; --left) {
-    at += SizeAt(text_, at);
+  const std::size_t end = place.line < lines.size() ? lines[place.line] - 1 : text_.size();
+  // The last block of the line that begins before the place.
+  unsigned count = CountsAt(at).characters;
+  const unsigned wanted = count + std::max(place.column, 1U) - 1;
+  const auto first = blocks_.begin() + static_cast<std::ptrdiff_t>(at / kBlockSize);
+  const auto last = blocks_.begin() + static_cast<std::ptrdiff_t>(end / kBlockSize) + 1;
+  const auto after = std::upper_bound(
+      first + 1, last, wanted,
+      [](unsigned characters, const Counts& block) { return characters < block.characters; });
+  if (const auto block = after - 1; block != first) {
+    at = static_cast<std::size_t>(block - blocks_.begin()) * kBlockSize;
+    count = block->characters;
+  }
+  for (; at < end; ++at) {
+    if (IsContinuation(text_[at])) continue;
+    if (count == wanted) break;
+    ++count;
   }
   return at;
 }

@@ -54,10 +54,16 @@ class LineIndex {
   std::string_view text_;
   std::vector<std::size_t> starts_;
   std::vector<std::size_t> after_line_feeds_;  // where they differ from the starts
-  // The place that was asked for last: in a long line the next is counted from there.
-  mutable std::size_t last_offset_ = 0;
-  mutable Position last_;
-  mutable PositionEncoding last_encoding_ = PositionEncoding::kUtf8;
+  // Counted up to the start of each block, so that a text may be one long line.
+  struct Counts {
+    unsigned characters = 0;
+    unsigned units = 0;  // of UTF-16
+  };
+  static constexpr std::size_t kBlockSize = 512;
+  std::vector<Counts> blocks_;
+
+  static Counts Plus(Counts counts, std::string_view text);
+  Counts CountsAt(std::size_t offset) const;
 };
 
 }  // namespace sab::lsp
