@@ -82,6 +82,7 @@ void Repairer::CloseImplicitly(std::size_t here) {
     const std::size_t at = open.text_end != kNone    ? open.text_end
                            : open.outdented != kNone ? open.outdented
                                                      : here;
+    loses_prefixes_ = loses_prefixes_ || (at < here && prefixes_.size() > open.prefixes);
     Insert(at, "</" + NameOf(open) + ">");
   }
   Pop();

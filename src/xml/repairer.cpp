@@ -266,7 +266,7 @@ bool Repairer::DeclarePrefix(std::string_view name, std::string_view value) {
   if (name == "xmlns") return true;
   const std::string_view prefix = name.substr(6);
   if (value.empty() || prefix.empty() || prefix.find(':') != prefix.npos ||
-      prefix.starts_with("xml")) {
+      prefix.starts_with("xml") || !has_prefixes_) {
     return false;
   }
   prefixes_.emplace_back(prefix);

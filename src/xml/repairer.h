@@ -15,7 +15,9 @@ class Repairer {
     std::string text;
   };
 
-  explicit Repairer(std::string_view text) : text_(text) { Repair(); }
+  explicit Repairer(std::string_view text) : Repairer(text, true) {
+    if (loses_prefixes_) *this = Repairer(text, false);
+  }
 
   /// The text as long as it was, with blanks for what goes.
   const std::string& Text() const { return text_; }
@@ -24,6 +26,11 @@ class Repairer {
 
  private:
   static constexpr std::size_t kNone = std::string::npos;
+
+  // Without prefixes, they become parts of the names.
+  Repairer(std::string_view text, bool has_prefixes) : text_(text), has_prefixes_(has_prefixes) {
+    Repair();
+  }
 
   // An element that is open.
   struct Open {
@@ -84,6 +91,10 @@ class Repairer {
   std::vector<Insertion> insertions_;
   std::vector<Open> open_;
   std::vector<std::string> prefixes_;  // that are declared
+  bool has_prefixes_;
+  // An element turned out to end before others that were taken to be in it, and to know its
+  // prefixes.
+  bool loses_prefixes_ = false;
   bool has_root_ = false;
   std::size_t last_instruction_end_ = kNone;
 };
