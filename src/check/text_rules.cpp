@@ -8,41 +8,18 @@
 
 #include "check/reporter.h"
 #include "text/ascii.h"
+#include "text/numbers.h"
 
 namespace sab::check {
 namespace {
 
 using formats::Type;
 
-// Full-width digits are read as digits.
-std::string WithAsciiDigits(std::string_view text) {
-  std::string ascii;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool is_wide_digit = text.substr(i).starts_with("\xEF\xBC") && i + 2 < text.size() &&
-                               text[i + 2] >= '\x90' && text[i + 2] <= '\x99';
-    if (is_wide_digit) {
-      ascii += static_cast<char>('0' + (text[i + 2] - '\x90'));
-      i += 2;
-    } else {
-      ascii += text[i];
-    }
-  }
-  return ascii;
-}
-
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool IsWhole(std::string_view text) {
   if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
   return !text.empty() && std::ranges::all_of(text, IsDigit);
-}
-
-// What is read of a text that begins with a number.
-std::string LeadingNumber(std::string_view text) {
-  std::size_t end = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
-  const std::size_t digits = end;
-  while (end < text.size() && text[end] >= '0' && text[end] <= '9') ++end;
-  return end == digits ? "0" : std::string(text.substr(0, end));
 }
 
 bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
@@ -58,10 +35,10 @@ std::optional<Complaint> AgainstWhole(const formats::Rule& rule, std::string_vie
   constexpr std::int64_t kSmall = 9999;
   const bool is_small = text.size() <= 4 && std::ranges::all_of(text, IsDigit);
   if (is_small && rule.least <= 0 && rule.most > kSmall) return std::nullopt;
-  const std::string number = WithAsciiDigits(text);
+  const std::string number = text::WithAsciiDigits(text);
   if (!IsWhole(number)) {
     return Complaint{false, std::string(rule.name) + " is a whole number; of " + Quoted(text) +
-                                " the server reads " + LeadingNumber(number)};
+                                " the server reads " + std::to_string(text::ParseInt(text))};
   }
   formats::NumberRange range = RangeOf(rule.type);
   range.least = std::max(range.least, rule.least);
@@ -76,7 +53,7 @@ std::optional<Complaint> AgainstWhole(const formats::Rule& rule, std::string_vie
 }
 
 std::optional<Complaint> AgainstDecimal(const formats::Rule& rule, std::string_view text) {
-  const std::string number = WithAsciiDigits(text);
+  const std::string number = text::WithAsciiDigits(text);
   const std::string_view digits =
       std::string_view(number).substr(number.starts_with('+') && !number.starts_with("+-") ? 1 : 0);
   double value = 0;

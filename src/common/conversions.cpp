@@ -7,48 +7,17 @@
 #include <optional>
 #include <string>
 
+#include "text/numbers.h"
+
 namespace sab {
 namespace {
-
-// White space by iswspace of Microsoft's C library, which is that of Unicode.
-constexpr bool IsSpace(unsigned unit) {
-  if (unit < 0x80) return unit == ' ' || (unit >= '\t' && unit <= '\r');
-  return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) ||
-         unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
-}
-
-// The zero of every run of ten decimal digits that Microsoft's C library reads as digits.
-constexpr std::array<unsigned, 17> kZeros = {0x0660, 0x06F0, 0x0966, 0x09E6, 0x0A66, 0x0AE6,
-                                             0x0B66, 0x0C66, 0x0CE6, 0x0D66, 0x0E50, 0x0ED0,
-                                             0x0F20, 0x1040, 0x17E0, 0x1810, 0xFF10};
-
-constexpr int kNoDigit = -1;
-
-int DigitOf(unsigned unit) {
-  if (unit < 0x80) return unit >= '0' && unit <= '9' ? static_cast<int>(unit - '0') : kNoDigit;
-  for (const unsigned zero : kZeros) {
-    if (unit >= zero && unit < zero + 10) return static_cast<int>(unit - zero);
-  }
-  return kNoDigit;
-}
-
-// What precedes the digits: white space, then at most one sign.
-bool SkipToDigits(TextView& text) {
-  const auto first =
-      std::find_if(text.begin(), text.end(), [](OLECHAR unit) { return !IsSpace(unit); });
-  text.remove_prefix(static_cast<std::size_t>(first - text.begin()));
-  if (text.empty() || (text.front() != '-' && text.front() != '+')) return false;
-  const bool negative = text.front() == '-';
-  text.remove_prefix(1);
-  return negative;
-}
 
 // The part of a text that can belong to a number, as ASCII; digits of other scripts are mapped.
 std::string AsciiNumber(TextView text) {
   std::string ascii;
   for (const OLECHAR unit : text) {
-    const int digit = DigitOf(unit);
-    if (digit != kNoDigit) {
+    const int digit = text::DigitOf(static_cast<char32_t>(unit));
+    if (digit != text::kNoDigit) {
       ascii.push_back(static_cast<char>('0' + digit));
     } else if (unit < 0x80 && (unit == '.' || unit == '+' || unit == '-' ||
                                (unit >= 'A' && unit <= 'Z') || (unit >= 'a' && unit <= 'z'))) {
@@ -105,29 +74,14 @@ Text Widen(const char* begin, const char* end) { return Text(begin, end); }
 
 }  // namespace
 
-std::int32_t ParseInt(TextView text) {
-  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
-  const bool negative = SkipToDigits(text);
-  // Counts downwards, because the negative numbers reach one further than the positive ones.
-  std::int32_t value = 0;
-  for (const OLECHAR unit : text) {
-    const int digit = DigitOf(unit);
-    if (digit == kNoDigit) break;
-    if (value < kMin / 10 || (value == kMin / 10 && digit > -(kMin % 10)))
-      return negative ? kMin : kMax;
-    value = value * 10 - digit;
-  }
-  if (negative) return value;
-  return value == kMin ? kMax : -value;
-}
+std::int32_t ParseInt(TextView text) { return text::ParseInt(text); }
 
 std::int32_t ParseIntOrMax(TextView text) {
   return EqualsAscii(text, "INT_MAX") ? std::numeric_limits<std::int32_t>::max() : ParseInt(text);
 }
 
 double ParseDouble(TextView text) {
-  const bool negative = SkipToDigits(text);
+  const bool negative = text::SkipToDigits(text);
   // A second sign belongs to no number, though the conversion below would take a minus.
   if (!text.empty() && text.front() == '-') return 0;
   const double value = ParseUnsigned(AsciiNumber(text)).value_or(negative ? -0.0 : 0.0);

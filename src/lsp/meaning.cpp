@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 
 #include "formats/manual.h"
 #include "project/rule_words.h"
 #include "text/ascii.h"
+#include "text/numbers.h"
 #include "xml/error.h"
 #include "xml/path.h"
 
@@ -114,8 +114,7 @@ std::string DescriptionOf(const Rule& rule) {
 }
 
 std::string UnderstoodAs(const Rule& rule, std::string_view text) {
-  const std::string copy(text);
-  const long long number = std::strtoll(copy.c_str(), nullptr, 10);
+  const std::int32_t number = text::ParseInt(text);
   const auto truth = [](bool value) { return std::string(value ? "true" : "false"); };
   switch (rule.type) {
     case Type::kOne:
@@ -133,10 +132,14 @@ std::string UnderstoodAs(const Rule& rule, std::string_view text) {
     case Type::kNonZero:
       return truth(number != 0);
     case Type::kInt16:
-    case Type::kUInt16:
     case Type::kWideInt16:
+      return std::to_string(static_cast<std::int16_t>(number));
+    case Type::kUInt16:
+      return std::to_string(static_cast<std::uint16_t>(number));
     case Type::kInt32:
       return std::to_string(number);
+    case Type::kInt32OrMax:
+      return text == "INT_MAX" ? "the greatest number" : std::to_string(number);
     case Type::kUInt32:
       return std::to_string(static_cast<std::uint32_t>(number));
     case Type::kColour: {

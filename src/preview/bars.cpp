@@ -1,10 +1,12 @@
 #include "preview/bars.h"
+#include "text/numbers.h"
 
 #include <algorithm>
 #include <array>
 
 #include "preview/button.h"
 #include "text/ascii.h"
+#include "text/numbers.h"
 
 namespace sab::preview {
 
@@ -192,9 +194,9 @@ class WorkArea {
   // "240,600": the width counts at the sides, the height above and below.
   void WriteSize(const Bar& bar) {
     const std::string_view size = Values(drawing_.Ui(), bar.node)["Size"];
-    const std::int32_t width = LeadingNumber(size);
+    const std::int32_t width = text::ParseInt(size);
     const std::size_t comma = std::min(size.find_first_of(",;x "), size.size());
-    const std::int32_t height = comma == size.size() ? 0 : LeadingNumber(size.substr(comma + 1));
+    const std::int32_t height = comma == size.size() ? 0 : text::ParseInt(size.substr(comma + 1));
     if (width > 0) html_ << ";width:" << std::clamp(width, 60, 480) << "px";
     if (height > 0) html_ << ";min-height:" << std::clamp(height / 2, 60, 300) << "px";
   }

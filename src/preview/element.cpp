@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "xml/characters.h"
+#include "text/numbers.h"
 
 namespace sab::preview {
 
@@ -40,7 +40,7 @@ std::string_view Values::operator[](std::string_view name) const {
 
 std::int32_t Values::Number(std::string_view name, std::int32_t initial) const {
   const NodeIndex node = NodeOf(name);
-  return node == kNoNode ? initial : LeadingNumber(file_.TextOf(node));
+  return node == kNoNode ? initial : text::ParseInt(file_.TextOf(node));
 }
 
 bool Values::Any(std::string_view name, std::string_view text) const {
@@ -53,19 +53,6 @@ bool Values::Any(std::string_view name, std::string_view text) const {
   if (only_part_ != kNoNode) ForEachKnown(file_, only_part_, look);
   for (const NodeIndex part : parts_) ForEachKnown(file_, part, look);
   return found;
-}
-
-std::int32_t LeadingNumber(std::string_view text) {
-  std::size_t at = 0;
-  while (at < text.size() && xml::Has(text[at], xml::kSpace)) ++at;
-  const bool is_negative = at < text.size() && text[at] == '-';
-  if (is_negative || (at < text.size() && text[at] == '+')) ++at;
-  std::int64_t number = 0;
-  for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at) {
-    number = std::min<std::int64_t>(number * 10 + (text[at] - '0'), std::int64_t{1} << 32);
-  }
-  return static_cast<std::int32_t>(
-      std::clamp<std::int64_t>(is_negative ? -number : number, INT32_MIN, INT32_MAX));
 }
 
 }  // namespace sab::preview

@@ -50,7 +50,4 @@ class Values {
   std::array<xml::NodeIndex, kMaxRules> last_{};
 };
 
-/// The number that a text begins with, as the server reads it; 0 if it begins with none.
-std::int32_t LeadingNumber(std::string_view text);
-
 }  // namespace sab::preview
