@@ -3,7 +3,6 @@
 #include <sabxml/com.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -31,22 +30,6 @@ std::string MakeTemporaryFile(const std::string& text);
 /// Lets the user edit a file: the program that VISUAL or EDITOR names, else the system's usual one.
 /// Raises Failure where it cannot be started or fails.
 void RunEditor(const std::string& file);
-
-/// Wakes up where a file may have changed, was replaced, made or removed.
-class FileWatch {
- public:
-  explicit FileWatch(const std::string& file);
-  FileWatch(const FileWatch&) = delete;
-  FileWatch& operator=(const FileWatch&) = delete;
-  ~FileWatch();
-
-  /// Returns at the first sign of a change, after a second at the latest.
-  void Wait();
-
- private:
-  struct State;
-  std::unique_ptr<State> state_;
-};
 
 /// Shows a file or an address in the program that the person uses for it. Raises Failure.
 void OpenForPerson(const std::string& file_or_address);

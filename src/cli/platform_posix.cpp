@@ -1,9 +1,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/inotify.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -184,31 +182,6 @@ void RunEditor(const std::string& file) {
   if (status == 0) return;
   throw Failure("the editor " + editor +
                 " failed, and nothing was changed; VISUAL or EDITOR names the one to use");
-}
-
-struct FileWatch::State {
-  int events = -1;
-};
-
-// A file that is replaced gets another inode, so its folder is watched.
-FileWatch::FileWatch(const std::string& file) : state_(std::make_unique<State>()) {
-  const std::string folder = std::filesystem::path(file).parent_path().string();
-  state_->events = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
-  if (state_->events < 0) return;
-  inotify_add_watch(state_->events, folder.empty() ? "." : folder.c_str(),
-                    IN_CLOSE_WRITE | IN_MOVED_TO | IN_CREATE | IN_DELETE | IN_MOVED_FROM);
-}
-
-FileWatch::~FileWatch() {
-  if (state_->events >= 0) close(state_->events);
-}
-
-// Shared folders tell of no changes that other machines make, so a second is the longest.
-void FileWatch::Wait() {
-  pollfd events{state_->events, POLLIN, 0};
-  poll(&events, 1, 1000);
-  char bytes[4096];
-  while (state_->events >= 0 && read(state_->events, bytes, sizeof bytes) > 0) continue;
 }
 
 void OpenForPerson(const std::string& file_or_address) {

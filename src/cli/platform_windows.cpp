@@ -146,29 +146,6 @@ void RunEditor(const std::string& file) {
                 " failed, and nothing was changed; VISUAL or EDITOR names the one to use");
 }
 
-struct FileWatch::State {
-  HANDLE changes = INVALID_HANDLE_VALUE;
-};
-
-FileWatch::FileWatch(const std::string& file) : state_(std::make_unique<State>()) {
-  const std::size_t end = file.find_last_of("/\\:");
-  const std::string folder = end == file.npos ? "." : file.substr(0, end + 1);
-  state_->changes = FindFirstChangeNotificationW(
-      FromUtf8(folder).c_str(), FALSE,
-      FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE);
-}
-
-FileWatch::~FileWatch() {
-  if (state_->changes != INVALID_HANDLE_VALUE) FindCloseChangeNotification(state_->changes);
-}
-
-// Shared folders tell of no changes that other machines make, so a second is the longest.
-void FileWatch::Wait() {
-  if (state_->changes == INVALID_HANDLE_VALUE) return Sleep(1000);
-  if (WaitForSingleObject(state_->changes, 1000) == WAIT_OBJECT_0)
-    FindNextChangeNotification(state_->changes);
-}
-
 void OpenForPerson(const std::string& file_or_address) {
   const auto result = reinterpret_cast<INT_PTR>(ShellExecuteW(
       nullptr, L"open", FromUtf8(file_or_address).c_str(), nullptr, nullptr, SW_SHOWNORMAL));

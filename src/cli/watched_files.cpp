@@ -1,4 +1,4 @@
-#include "cli/preview/watched_files.h"
+#include "cli/watched_files.h"
 
 #include "project/path_finder.h"
 

@@ -11,6 +11,8 @@ namespace sabxml::cli {
 /// Files, some of which may not exist yet, and what they were like when they were looked at last.
 class WatchedFiles {
  public:
+  static constexpr unsigned kInterval = 250;  ///< milliseconds from one look to the next
+
   /// Takes other files; of those that are known already, changes since the last look still count.
   void Watch(const std::vector<std::string>& paths);
 

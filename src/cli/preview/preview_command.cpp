@@ -6,13 +6,14 @@
 
 #include "base/com_error.h"
 #include "check/check.h"
+#include "check/reporter.h"
 #include "cli/check/check_options.h"
 #include "cli/commands.h"
 #include "cli/display_text.h"
 #include "cli/platform.h"
 #include "cli/preview/page_server.h"
-#include "cli/preview/watched_files.h"
 #include "cli/standard_input.h"
+#include "cli/watched_files.h"
 #include "platform/file.h"
 #include "preview/preview.h"
 
@@ -46,8 +47,6 @@ struct PreviewOptions {
   bool watches = false;
   bool serves = false;
 };
-
-constexpr unsigned kWatchInterval = 250;  // milliseconds
 
 std::string PlaceIn(const std::string& path, sab::xml::Place place) {
   if (place.line == 0) return path;
@@ -160,12 +159,10 @@ class Previewer {
       errors += finding.severity == check::Severity::kError ? 1 : 0;
       warnings += finding.severity == check::Severity::kWarning ? 1 : 0;
     }
-    const auto counted = [](std::size_t count, const std::string& what) {
-      return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-    };
-    summary_ = counted(page.views, "user interface") + ", " + counted(page.elements, "element") +
-               ", " + counted(page.pictures, "picture") + "; " + counted(errors, "error") + ", " +
-               counted(warnings, "warning");
+    summary_ = check::Counted(page.views, "user interface") + ", " +
+               check::Counted(page.elements, "element") + ", " +
+               check::Counted(page.pictures, "picture") + "; " + check::Counted(errors, "error") +
+               ", " + check::Counted(warnings, "warning");
   }
 
   const PreviewOptions& options_;
@@ -200,7 +197,7 @@ class PreviewRun {
     }
     if (!options_.watches && !options_.serves) return;
     watched_.Watch(previewer_.Files());
-    while (!WaitForInterrupt(kWatchInterval)) {
+    while (!WaitForInterrupt(WatchedFiles::kInterval)) {
       if (options_.watches) LookForChanges();
     }
   }

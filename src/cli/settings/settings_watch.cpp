@@ -10,6 +10,7 @@
 #include "cli/platform.h"
 #include "cli/settings/settings_commands.h"
 #include "cli/standard_input.h"
+#include "cli/watched_files.h"
 
 namespace sabxml::cli {
 namespace {
@@ -109,15 +110,18 @@ class ChangePrinter {
 void WatchSettings(const SettingsOptions& options) {
   if (options.file == kStandardInput)
     throw CLI::ValidationError("settings watch", "the standard input does not change; name a file");
+  CatchInterrupt();
   const std::vector<NamedBlock> blocks = BlocksOf(options);
-  FileWatch watch(options.file);
+  WatchedFiles watched;
+  watched.Watch({options.file});
   std::vector<WatchedValue> values = ReadValues(options.file, blocks);
   if (ErrorsAreOnTerminal())
     std::cerr << "Watching " << options.file << "; Ctrl+C ends it." << std::endl;
   const ChangePrinter printer(options, blocks.size() > 1);
   std::string last_failure;
   for (std::size_t count = 0; options.changes == 0 || count < options.changes;) {
-    watch.Wait();
+    if (WaitForInterrupt(WatchedFiles::kInterval)) return;
+    if (watched.Changed().empty()) continue;
     try {
       std::vector<WatchedValue> now = ReadValues(options.file, blocks);
       count += printer.Compare(values, now);
