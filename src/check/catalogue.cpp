@@ -25,7 +25,7 @@ class Catalogue {
         ReportStray(standard, "a standard without attributes and symbols");
         continue;
       }
-      const NodeIndex symbols = ChildNamed(standard, "StandardSymbols");
+      const NodeIndex symbols = file_.ChildNamed(standard, "StandardSymbols");
       if (symbols == kNoNode) continue;
       for (NodeIndex symbol = xml_.FirstChildElement(symbols); symbol != kNoNode;
            symbol = xml_.NextElement(symbol)) {
@@ -35,15 +35,6 @@ class Catalogue {
   }
 
  private:
-  NodeIndex ChildNamed(NodeIndex parent, std::string_view name) const {
-    for (NodeIndex child = xml_.FirstChildElement(parent); child != kNoNode;
-         child = xml_.NextElement(child)) {
-      const formats::Rule* const rule = file_.RuleOf(child);
-      if (rule && rule->name == name) return child;
-    }
-    return kNoNode;
-  }
-
   bool HasKnownChild(NodeIndex parent) const {
     for (NodeIndex child = xml_.FirstChildElement(parent); child != kNoNode;
          child = xml_.NextElement(child)) {
@@ -66,7 +57,7 @@ class Catalogue {
       ReportStray(symbol, "a symbol without a number and revisions");
       return;
     }
-    const NodeIndex id = ChildNamed(symbol, "Identify");
+    const NodeIndex id = file_.ChildNamed(symbol, "Identify");
     if (id == kNoNode) {
       reporter_.Add(Mistake::kStandardSymbolId, index_, file_.TagSpan(symbol),
                     {"the symbol has no " + Tag("Identify") + ": give it its number"});

@@ -47,7 +47,7 @@ class Keys {
       } else if (name == "RibbonBar") {
         ForEachChild(section, [this](NodeIndex tab) { CollectTab(tab); });
       } else if (name == "CommandSearch") {
-        const NodeIndex key = ChildNamed(section, "Key");
+        const NodeIndex key = file_.ChildNamed(section, "Key");
         if (key != kNoNode) Take(tab_keys_, Mistake::kRibbonKeyConflict, key, "the search box", "");
       }
     });
@@ -67,20 +67,6 @@ class Keys {
     }
   }
   std::string_view NameOf(NodeIndex node) const { return file_.RuleOf(node)->name; }
-  // The last of several counts.
-  NodeIndex ChildNamed(NodeIndex node, std::string_view name) const {
-    NodeIndex found = kNoNode;
-    for (NodeIndex child = xml_.FirstChildElement(node); child != kNoNode;
-         child = xml_.NextElement(child)) {
-      const formats::Rule* const rule = file_.RuleOf(child);
-      if (rule && rule->name == name) found = child;
-    }
-    return found;
-  }
-  std::string_view TextOf(NodeIndex node, std::string_view name) const {
-    const NodeIndex child = ChildNamed(node, name);
-    return child == kNoNode ? std::string_view() : file_.TextOf(child);
-  }
 
   // Adds a key to those of one level; a second owner of it is a conflict.
   void Take(Table& table, Mistake mistake, NodeIndex node, const std::string& owner,
@@ -127,7 +113,7 @@ class Keys {
         node = end;
         continue;
       }
-      const NodeIndex text = ChildNamed(node, "Text");
+      const NodeIndex text = file_.ChildNamed(node, "Text");
       if (text != kNoNode) CheckLetter(text, open.back().letters);
       open.push_back({end, {}});
       ++node;
@@ -156,12 +142,12 @@ class Keys {
   static std::string ModifierOf(std::string_view ctrl) { return MeansCtrl(ctrl) ? "Ctrl+" : ""; }
 
   void TakeAccelerator(NodeIndex accelerator, const std::string& command, Table& keys) {
-    const NodeIndex key = ChildNamed(accelerator, "Key");
+    const NodeIndex key = file_.ChildNamed(accelerator, "Key");
     if (key != kNoNode) {
       Take(keys, Mistake::kAcceleratorConflict, key, command,
-           ModifierOf(TextOf(accelerator, "Ctrl")));
+           ModifierOf(file_.TextOf(accelerator, "Ctrl")));
     }
-    const NodeIndex ribbon_key = ChildNamed(accelerator, "RibbonKey");
+    const NodeIndex ribbon_key = file_.ChildNamed(accelerator, "RibbonKey");
     if (ribbon_key != kNoNode && !file_.TextOf(ribbon_key).empty()) {
       ribbon_keys_[LowerAsciiOf(file_.TextOf(ribbon_key))].push_back({ribbon_key, command});
     }
@@ -182,7 +168,7 @@ class Keys {
       Table keys;
       ForEachChild(group, [&](NodeIndex child) {
         if (NameOf(child) != "Accel") return;
-        TakeAccelerator(child, std::string(TextOf(child, "Command")), keys);
+        TakeAccelerator(child, std::string(file_.TextOf(child, "Command")), keys);
       });
     });
   }
@@ -192,11 +178,11 @@ class Keys {
   void CollectTab(NodeIndex tab) {
     if (NameOf(tab) != "RibbonTab") return;
     tabs_.push_back(tab);
-    const NodeIndex key = ChildNamed(tab, "Key");
-    const std::string_view text = TextOf(tab, "Identify");
+    const NodeIndex key = file_.ChildNamed(tab, "Key");
+    const std::string_view text = file_.TextOf(tab, "Identify");
     if (key == kNoNode) return;
     Take(tab_keys_, Mistake::kRibbonKeyConflict, key,
-         "the tab " + std::string(text.empty() ? TextOf(tab, "Text") : text) +
+         "the tab " + std::string(text.empty() ? file_.TextOf(tab, "Text") : text) +
              (text.empty() ? std::to_string(tab) : ""),
          "");
   }

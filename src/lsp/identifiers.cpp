@@ -108,7 +108,7 @@ std::vector<Occurrence> DefinitionsFor(const View& view, Subject subject) {
 
 std::string_view CommandNameOf(const View& view, const Occurrence& definition) {
   const File& file = view.project->At(definition.file);
-  return TextOfChild(file, file.Xml().ParentOf(definition.identifier.node), "LocalName");
+  return file.TextOf(file.Xml().ParentOf(definition.identifier.node), "LocalName");
 }
 
 namespace {
@@ -124,8 +124,8 @@ std::string KeysOf(const View& view, std::string_view command) {
       if (identifier.text != command) continue;
       const NodeIndex around = xml->ParentOf(identifier.node);
       const auto add = [&](NodeIndex accelerator) {
-        const std::string_view key = TextOfChild(file, accelerator, "Key");
-        const std::string_view control = TextOfChild(file, accelerator, "Ctrl");
+        const std::string_view key = file.TextOf(accelerator, "Key");
+        const std::string_view control = file.TextOf(accelerator, "Ctrl");
         if (key.empty()) return;
         const std::string words =
             (control.empty() ? "" : "Ctrl (" + std::string(control) + ") ") + std::string(key);
@@ -153,8 +153,8 @@ std::string CommandWords(const View& view, const Occurrence& definition) {
     if (!text.empty()) words += "\n- " + std::string(name) + ": " + std::string(text);
   };
   words += '\n';
-  add("name", TextOfChild(file, command, "LocalName"));
-  add("class", TextOfChild(file, command, "CLSID"));
+  add("name", file.TextOf(command, "LocalName"));
+  add("class", file.TextOf(command, "CLSID"));
   add("keys", KeysOf(view, definition.identifier.text));
   const xml::Place place = file.PlaceOf(file.ValueSpan(definition.identifier.node).from);
   add("defined", file.Path() + ":" + std::to_string(place.line));

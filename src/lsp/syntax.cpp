@@ -60,15 +60,6 @@ std::vector<NodeIndex> PathTo(const File& file, NodeIndex element) {
   return path;
 }
 
-std::string_view TextOfChild(const File& file, NodeIndex element, std::string_view name) {
-  const xml::Document& xml = file.Xml();
-  for (NodeIndex child = xml.FirstChildElement(element); child != kNoNode;
-       child = xml.NextElement(child)) {
-    if (xml.HasLocalName(child, name)) return file.TextOf(child);
-  }
-  return {};
-}
-
 std::string Escaped(std::string_view text) {
   std::string out;
   xml::AppendEscaped(text::FromUtf8<char16_t>(text), out);

@@ -23,10 +23,6 @@ project::Span ContentSpanOf(const project::File& file, xml::NodeIndex element);
 /// The elements from the document element to this one.
 std::vector<xml::NodeIndex> PathTo(const project::File& file, xml::NodeIndex element);
 
-/// The text of the first child of a name; empty where it has none.
-std::string_view TextOfChild(const project::File& file, xml::NodeIndex element,
-                             std::string_view name);
-
 /// A text as a document holds it.
 std::string Escaped(std::string_view text);
 

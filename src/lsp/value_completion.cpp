@@ -62,7 +62,7 @@ void AddIdentifiers(const View& view, const Rule& rule, const Range& range, Json
     } else {
       const project::File& file = view.project->At(definition.file);
       const std::string_view name =
-          TextOfChild(file, file.Xml().ParentOf(definition.identifier.node), "Text");
+          file.TextOf(file.Xml().ParentOf(definition.identifier.node), "Text");
       if (!name.empty()) item["detail"] = name;
     }
     items.push_back(std::move(item));

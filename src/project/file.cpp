@@ -287,6 +287,23 @@ std::string_view File::TextOf(NodeIndex element) const {
   return place->second;
 }
 
+std::string_view File::TextOf(NodeIndex element, std::string_view child) const {
+  const NodeIndex found = ChildNamed(element, child);
+  return found == xml::kNoNode ? std::string_view() : TextOf(found);
+}
+
+NodeIndex File::ChildNamed(NodeIndex element, std::string_view name) const {
+  NodeIndex found = xml::kNoNode;
+  for (NodeIndex child = xml_->FirstChildElement(element); child != xml::kNoNode;
+       child = xml_->NextElement(child)) {
+    const formats::Rule* const rule = RuleOf(child);
+    if (!rule || rule->name != name) continue;
+    found = child;
+    if (rule->count == formats::Count::kFirst) break;
+  }
+  return found;
+}
+
 bool File::HasText(NodeIndex element) const {
   if (xml_->HasOnlyText(element)) return true;
   // White space alone may be a text of its own, after all.

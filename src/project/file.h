@@ -84,6 +84,8 @@ class File {
     return rule == kNoRule ? nullptr : &schema_->At(rule);
   }
   ContentId ContentOf(xml::NodeIndex element) const { return meanings_[element].content; }
+  /// The child of a name that counts, the first or the last by its rule; kNoNode for none.
+  xml::NodeIndex ChildNamed(xml::NodeIndex element, std::string_view name) const;
   /// What an element that is not known may be meant to be.
   struct Suggestion {
     std::string_view name;
@@ -96,6 +98,8 @@ class File {
 
   /// The text of an element as the server reads it, in UTF-8; valid as long as the file.
   std::string_view TextOf(xml::NodeIndex element) const;
+  /// The text of the child of a name that counts; empty where there is none.
+  std::string_view TextOf(xml::NodeIndex element, std::string_view child) const;
 
   /// Whether the text of an element is not empty.
   bool HasText(xml::NodeIndex element) const;
