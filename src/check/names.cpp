@@ -175,10 +175,7 @@ Names::Index& Names::IndexOf(Subject subject, const Files& files) {
     for (const Identifier& identifier : file.Identifiers()) {
       const formats::Rule& rule = file.GetSchema().At(identifier.rule);
       if (rule.role != Role::kDefines || identifier.text.empty()) continue;
-      const bool is_wanted = rule.subject == subject ||
-                             (subject == Subject::kToolbar && rule.subject == Subject::kWindow) ||
-                             (subject == Subject::kWindow && rule.subject == Subject::kToolbar);
-      if (!is_wanted) continue;
+      if (!formats::IsSameSubject(rule.subject, subject)) continue;
       index->table.Add(NameTable::HashOf(identifier.text),
                        static_cast<std::uint32_t>(index->definitions.size()),
                        [&](std::uint32_t number) {

@@ -82,6 +82,15 @@ constexpr Scope ScopeOf(Subject subject) {
   }
 }
 
+/// Whether identifiers of both are looked up together: what refers to a toolbar may mean a window,
+/// and the other way round.
+constexpr bool IsSameSubject(Subject a, Subject b) {
+  const auto plain = [](Subject subject) {
+    return subject == Subject::kWindow ? Subject::kToolbar : subject;
+  };
+  return plain(a) == plain(b);
+}
+
 /// What a subject is called: "command".
 constexpr std::string_view NameOf(Subject subject) {
   constexpr std::string_view kNames[] = {

@@ -15,13 +15,6 @@ using project::Occurrence;
 using xml::kNoNode;
 using xml::NodeIndex;
 
-bool IsSameSubject(Subject a, Subject b) {
-  const auto plain = [](Subject subject) {
-    return subject == Subject::kWindow ? Subject::kToolbar : subject;
-  };
-  return plain(a) == plain(b);
-}
-
 std::optional<Named> IdentifierAt(const View& view, std::size_t offset) {
   if (!view.file->HasSchema()) return std::nullopt;
   const NodeIndex element = ElementAt(*view.file, offset);

@@ -26,9 +26,6 @@ std::vector<project::Occurrence> DefinitionsOf(const View& view, const Named& na
 /// Where it is used. Identifiers of a scope smaller than the application are those of its files.
 std::vector<project::Occurrence> ReferencesOf(const View& view, const Named& named);
 
-/// What refers to toolbars may mean windows and the other way round.
-bool IsSameSubject(formats::Subject a, formats::Subject b);
-
 /// All definitions that a reference in a file may mean, in order.
 std::vector<project::Occurrence> DefinitionsFor(const View& view, formats::Subject subject);
 
