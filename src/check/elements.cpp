@@ -145,8 +145,6 @@ void Elements::CheckStrange(NodeIndex node, Placement placement, Frame& parent) 
 }
 
 void Elements::CheckRepetition(NodeIndex node, RuleId rule, Frame& parent) {
-  const std::string name(schema_.At(rule).name);
-  const NodeIndex first = FirstOf(xml_.ParentOf(node), rule);
   std::string which;
   Mistake mistake = Mistake::kDuplicateValue;
   switch (facts_.OfRule(rule).repetition) {
@@ -171,7 +169,8 @@ void Elements::CheckRepetition(NodeIndex node, RuleId rule, Frame& parent) {
       which = "the last before the entries counts";
       break;
   }
-  Words words{Tag(name) + " is there twice: " + which};
+  Words words{Tag(schema_.At(rule).name) + " is there twice: " + which};
+  const NodeIndex first = FirstOf(xml_.ParentOf(node), rule);
   if (first != kNoNode && first != node) words.related.push_back(AlsoAt(first, "the first one"));
   Add(mistake, file_.TagSpan(node), std::move(words));
 }

@@ -69,19 +69,6 @@ constexpr std::size_t kMost = 5000;
 constexpr std::size_t kMostComparisons = 5'000'000;
 constexpr std::size_t kMostRelated = 10;
 
-// Whether an element is not known that may have held definitions.
-bool HasUnknownParts(const File& file) {
-  if (!file.HasSchema()) return false;
-  const xml::Document& xml = file.Xml();
-  for (xml::NodeIndex node = xml.Root(); node < xml.NodeCount(); ++node) {
-    if (xml.IsElement(node) && file.PlacementOf(node) == project::Placement::kUnknown &&
-        xml.FirstChildElement(node) != xml::kNoNode) {
-      return true;
-    }
-  }
-  return false;
-}
-
 }  // namespace
 
 Names::Names(Reporter& reporter, const HostIds& host_ids)
@@ -264,7 +251,7 @@ std::string Names::BrokenOf(const Files& files) {
   for (const FileIndex file : files) {
     const auto [known, is_new] = broken_.try_emplace(file);
     if (is_new) {
-      known->second = reporter_.MayLackDefinitions(file) || HasUnknownParts(project_.At(file));
+      known->second = reporter_.MayLackDefinitions(file) || project_.At(file).HasUnknownParts();
     }
     if (known->second) return project_.At(file).Path();
   }

@@ -52,19 +52,22 @@ bool Reporter::MayLackDefinitions(project::FileIndex file) const {
 }
 
 Findings Reporter::Take() {
-  const auto place = [](const Finding& finding) {
-    return std::tuple(finding.file, finding.where.start.line, finding.where.start.column,
-                      finding.mistake);
-  };
-  std::ranges::stable_sort(findings_.list, {}, place);
-  // A file that is read as two kinds is broken once.
-  std::set<std::tuple<std::string, unsigned, unsigned, Mistake, std::string>> known;
-  std::erase_if(findings_.list, [&known](const Finding& finding) {
-    return !known
-                .emplace(finding.where.file, finding.where.start.line, finding.where.start.column,
-                         finding.mistake, finding.message)
-                .second;
+  std::vector<Finding> found = std::exchange(findings_.list, {});
+  std::vector<Finding*> order;
+  for (Finding& finding : found) order.push_back(&finding);
+  std::ranges::stable_sort(order, {}, [](const Finding* finding) {
+    const xml::Place start = finding->where.start;
+    return std::tuple(finding->file, start.line, start.column, finding->mistake);
   });
+  // A file that is read as two kinds is broken once.
+  std::set<std::tuple<std::string_view, unsigned, unsigned, Mistake, std::string_view>> known;
+  std::erase_if(order, [&known](const Finding* finding) {
+    const xml::Place start = finding->where.start;
+    const auto [same, is_new] = known.emplace(finding->where.file, start.line, start.column,
+                                              finding->mistake, finding->message);
+    return !is_new;
+  });
+  for (Finding* const finding : order) findings_.list.push_back(std::move(*finding));
   return std::move(findings_);
 }
 

@@ -266,6 +266,7 @@ void File::Recover(NodeIndex node, ContentId content) {
     return;
   }
   meaning.placement = Placement::kUnknown;
+  has_unknown_parts_ |= HasElementsInside(node);
   const text::Nearest anywhere = text::FindNearest(name, schema_->AllNames());
   if (!anywhere.word.empty()) suggestions_[node] = {anywhere.word, false};
 }
@@ -293,13 +294,15 @@ std::string_view File::TextOf(NodeIndex element, std::string_view child) const {
 }
 
 NodeIndex File::ChildNamed(NodeIndex element, std::string_view name) const {
+  const RuleId rule = schema_->Find(ContentOf(element), name);
+  if (rule == kNoRule) return xml::kNoNode;
+  const bool is_first_wanted = schema_->At(rule).count == formats::Count::kFirst;
   NodeIndex found = xml::kNoNode;
   for (NodeIndex child = xml_->FirstChildElement(element); child != xml::kNoNode;
        child = xml_->NextElement(child)) {
-    const formats::Rule* const rule = RuleOf(child);
-    if (!rule || rule->name != name) continue;
+    if (RuleIdOf(child) != rule) continue;
     found = child;
-    if (rule->count == formats::Count::kFirst) break;
+    if (is_first_wanted) break;
   }
   return found;
 }

@@ -86,6 +86,8 @@ class File {
   ContentId ContentOf(xml::NodeIndex element) const { return meanings_[element].content; }
   /// The child of a name that counts, the first or the last by its rule; kNoNode for none.
   xml::NodeIndex ChildNamed(xml::NodeIndex element, std::string_view name) const;
+  /// Whether an element is not known that holds others.
+  bool HasUnknownParts() const { return has_unknown_parts_; }
   /// What an element that is not known may be meant to be.
   struct Suggestion {
     std::string_view name;
@@ -147,6 +149,7 @@ class File {
   formats::Kind kind_;
   formats::Kind kind_of_root_ = formats::Kind::kNone;
   bool is_of_other_kind_ = false;
+  bool has_unknown_parts_ = false;
   std::optional<ReadFailure> failure_;
   std::unique_ptr<const xml::RepairedText> repaired_;
   std::string original_;  // where it is repaired
