@@ -13,7 +13,7 @@ endif()
 
 # Where files are compiled together (see docs/building.md), this many: most of the time for one goes
 # into the headers that all of them include.
-set(CMAKE_UNITY_BUILD_BATCH_SIZE 12)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 32)
 
 # Everything that a person runs or loads lies in the root of the build folder.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
