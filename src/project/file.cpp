@@ -280,11 +280,7 @@ std::string_view File::TextOf(NodeIndex element) const {
   if (xml_->HasOnlyText(element)) return xml_->OnlyTextOf(element);
   if (xml_->FirstChild(element) == xml::kNoNode) return {};
   const auto [place, is_new] = decoded_.try_emplace(element);
-  if (is_new) {
-    std::u16string decoded;
-    xml_->AppendText(element, decoded);
-    place->second = text::ToUtf8(std::u16string_view(decoded));
-  }
+  if (is_new) xml_->AppendText(element, place->second);
   return place->second;
 }
 

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "project/lines.h"
@@ -158,7 +159,8 @@ class File {
   std::vector<Meaning> meanings_;
   std::map<xml::NodeIndex, Suggestion> suggestions_;
   std::vector<Identifier> identifiers_;
-  mutable std::map<xml::NodeIndex, std::string> decoded_;  // texts that are not in the document
+  mutable std::unordered_map<xml::NodeIndex, std::string>
+      decoded_;  // texts that are not in the document
   std::string plain_text_;
   mutable Lines lines_;
 };

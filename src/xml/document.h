@@ -62,11 +62,11 @@ class Document {
   /// Appends the text of a node: that of all text below it, joined. White space at the ends is left
   /// out, except in CDATA sections and under xml:space="preserve"; white space alone between two
   /// tags counts as one blank.
-  /// @tparam Unit char16_t, or wchar_t where it has 16 bits
+  /// @tparam Unit char for UTF-8, else that of UTF-16
   template <class Unit>
   void AppendText(NodeIndex node, std::basic_string<Unit>& out) const {
     if (HasOnlyText(node)) {
-      AppendUtf16(OnlyTextOf(node), out);
+      AppendPlain(OnlyTextOf(node), out);
     } else {
       AppendJoinedText(*this, node, out);
     }

@@ -75,7 +75,7 @@ class JoinedText {
       AppendDecoded(piece, false, out_);
       if (trims_start) TrimStart();
     } else {
-      AppendUtf16(trims_start ? TrimmedStart(piece) : piece, out_);
+      AppendPlain(trims_start ? TrimmedStart(piece) : piece, out_);
     }
     is_first_ = false;
     trims_end_ = trims;
@@ -140,5 +140,6 @@ void AppendJoinedText(const Document& document, NodeIndex node, std::basic_strin
 
 template void AppendJoinedText(const Document& document, NodeIndex node, std::u16string& out);
 template void AppendJoinedText(const Document& document, NodeIndex node, std::wstring& out);
+template void AppendJoinedText(const Document& document, NodeIndex node, std::string& out);
 
 }  // namespace sab::xml

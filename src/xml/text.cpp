@@ -86,11 +86,6 @@ char32_t TakeReference(const char*& p) {
   return code;
 }
 
-template <class Unit>
-void AppendPlain(std::string_view utf8, std::basic_string<Unit>& out) {
-  AppendUtf16(utf8, out);
-}
-void AppendPlain(std::string_view utf8, std::string& out) { out += utf8; }
 void AppendCode(char32_t code, std::string& out) { text::AppendUtf8(out, code); }
 
 }  // namespace

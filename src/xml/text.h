@@ -36,10 +36,19 @@ class Utf16Text {
 template <class Unit>
 void AppendUtf16(std::string_view utf8, std::basic_string<Unit>& out);
 
+/// Appends valid UTF-8 in the units of the string: char for UTF-8, else those of UTF-16.
+template <class Unit>
+void AppendPlain(std::string_view utf8, std::basic_string<Unit>& out) {
+  if constexpr (sizeof(Unit) == 1) {
+    out += utf8;
+  } else {
+    AppendUtf16(utf8, out);
+  }
+}
+
 /// The same for text of a document: references are replaced by their characters, line ends become
 /// LF.
 /// @param in_attribute white space becomes spaces, as it does in attributes' values
-/// @tparam Unit char for UTF-8, else that of UTF-16
 template <class Unit>
 void AppendDecoded(std::string_view text, bool in_attribute, std::basic_string<Unit>& out);
 
