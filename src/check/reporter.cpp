@@ -54,6 +54,7 @@ bool Reporter::MayLackDefinitions(project::FileIndex file) const {
 Findings Reporter::Take() {
   std::vector<Finding> found = std::exchange(findings_.list, {});
   std::vector<Finding*> order;
+  order.reserve(found.size());
   for (Finding& finding : found) order.push_back(&finding);
   std::ranges::stable_sort(order, {}, [](const Finding* finding) {
     const xml::Place start = finding->where.start;

@@ -1,5 +1,4 @@
 #include "preview/bars.h"
-#include "text/numbers.h"
 
 #include <algorithm>
 #include <array>
