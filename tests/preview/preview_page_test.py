@@ -224,6 +224,11 @@ class PreviewPage(unittest.TestCase):
             while not self.has_bow():
                 self.assertLess(time.monotonic(), until)
                 time.sleep(0.1)
+            process.stdout.readline()
+            for options in ["disable no-such-rule", "disable image-not-found"]:
+                (application.parent / ".sabxml-check").write_text(options + "\n", encoding="utf-8")
+                self.assertIn(".sabxml-check has changed", process.stdout.readline())
+            self.assertIn("user interfaces", process.stdout.readline())
             os.kill(process.pid, signal.SIGINT)
             self.assertEqual(0, process.wait(20))
         finally:

@@ -57,10 +57,6 @@ std::string PlaceIn(const std::string& path, sab::xml::Place place) {
 class Previewer {
  public:
   explicit Previewer(const PreviewOptions& options) : options_(options) {
-    check_options_.files = {options.file};
-    check_options_.fail_on = "never";
-    AddConfiguredOptions(check_options_);
-    choices_ = ChoicesOf(check_options_);
     page_options_.images = options.images;
     page_options_.app_mode = AppMode();
     if (!options.images.empty()) CheckFolder(options.images);
@@ -72,18 +68,37 @@ class Previewer {
     }
   }
 
-  /// Raises Failure for what cannot be drawn. What is watched is known even then.
+  /// Raises Failure for what cannot be drawn, and Misunderstood for what a file .sabxml-check says.
+  /// What is watched is known even then.
   /// @param state number of the page for its server; nothing for a page without one
   preview::Page Draw(std::optional<unsigned> state) {
+    ReadOptions();
     sab::project::Project project(source_);
     return DrawProject(project, state);
   }
 
   /// All files on which the page depends, missing ones too.
-  const std::vector<std::string>& Files() const { return files_; }
+  std::vector<std::string> Files() const {
+    std::vector<std::string> files = files_;
+    files.insert(files.end(), option_files_.begin(), option_files_.end());
+    return files;
+  }
   const std::string& Summary() const { return summary_; }
 
  private:
+  // Each time, since they may change while the page is watched.
+  void ReadOptions() {
+    CheckOptions options;
+    options.files = {options_.file};
+    options.fail_on = "never";
+    const auto own = PathOf(options_.file).replace_filename(".sabxml-check");
+    option_files_ = {sab::project::TextOf(own.lexically_normal()),
+                     check::OptionFileFor(options_.file)};
+    AddConfiguredOptions(options);
+    option_files_.insert(option_files_.end(), options.host_ids.begin(), options.host_ids.end());
+    choices_ = ChoicesOf(options);
+  }
+
   preview::Page DrawProject(sab::project::Project& project, std::optional<unsigned> state) {
     const sab::project::FileIndex start = project.Read(options_.file);
     files_.clear();
@@ -166,11 +181,11 @@ class Previewer {
   }
 
   const PreviewOptions& options_;
-  CheckOptions check_options_;
   check::Choices choices_;
   preview::Options page_options_;
   sab::project::Source source_;
   std::vector<std::string> files_;
+  std::vector<std::string> option_files_;
   std::string summary_;
 };
 
@@ -254,6 +269,8 @@ class PreviewRun {
       Make();
     } catch (const Failure& failure) {
       ReportFailure(failure);
+    } catch (const Misunderstood& error) {
+      ReportFailure(Failure(error.what()));
     }
     watched_.Watch(previewer_.Files());
   }
