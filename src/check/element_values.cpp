@@ -41,7 +41,9 @@ void Elements::CheckValue(NodeIndex node, RuleId id, Frame& parent,
     }
   }
   if (is_empty) {
-    if (is_here) CheckEmpty(node, rule, facts, parent);
+    if (is_here && file_.PlacementOf(node) != Placement::kMisspelt) {
+      CheckEmpty(node, rule, facts, parent);
+    }
     return;
   }
   if (is_here) {
@@ -50,6 +52,8 @@ void Elements::CheckValue(NodeIndex node, RuleId id, Frame& parent,
   }
   if (facts.text == TextKind::kAny) return;
   const std::string_view text = file_.TextOf(node);
+  // What is wrong with a text that was damaged is said once.
+  if (text.find(kReplacement) != text.npos || HasElementInText(node)) return;
   if (facts.text == TextKind::kPath || facts.text == TextKind::kImage) {
     if (facts.text == TextKind::kPath || project::IsAbsolute(text)) CheckPath(node, text);
     const bool is_document = rule.role == formats::Role::kLeadsTo;
@@ -57,6 +61,15 @@ void Elements::CheckValue(NodeIndex node, RuleId id, Frame& parent,
     return;
   }
   CheckText(node, rule, facts, text);
+}
+
+bool Elements::HasElementInText(NodeIndex node) const {
+  if (xml_.HasOnlyText(node)) return false;
+  for (NodeIndex child = xml_.FirstChildElement(node); child != kNoNode;
+       child = xml_.NextElement(child)) {
+    if (file_.PlacementOf(child) == Placement::kInValue) return true;
+  }
+  return false;
 }
 
 void Elements::CheckText(NodeIndex node, const Rule& rule, const RuleFacts& facts,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 #include "text/ascii.h"
 
@@ -77,6 +78,7 @@ void Elements::Check(std::vector<Resource>& resources) {
 void Elements::CheckElement(NodeIndex node, std::vector<Resource>& resources) {
   const Placement placement = file_.PlacementOf(node);
   if (placement == Placement::kInside) return;
+  is_next_lost_ = false;
   Frame& parent = frames_.back();
   if (placement != Placement::kKnown) {
     CheckStrange(node, placement, parent);
@@ -95,7 +97,9 @@ void Elements::CheckElement(NodeIndex node, std::vector<Resource>& resources) {
     CheckValue(node, rule, parent, resources);
   } else if (xml_.HasOnlyText(node)) {
     // Of an element of any name it is said that it is stray.
-    if (schema_.At(rule).name != formats::kAnyName) CheckStray(node, file_.ValueSpan(node));
+    if (schema_.At(rule).name != formats::kAnyName && placement != Placement::kMisplaced) {
+      CheckStray(node, file_.ValueSpan(node));
+    }
     Open(node, file_.ContentOf(node), rule);
   } else {
     Open(node, file_.ContentOf(node), rule);
@@ -129,8 +133,11 @@ void Elements::CheckStrange(NodeIndex node, Placement placement, Frame& parent) 
       const NodeIndex outer = xml_.ParentOf(node);
       if (outer != kNoNode && file_.PlacementOf(outer) == Placement::kForeign) break;
       words.message = Tag(name) +
-                      " is in a namespace, in which the server does not look for it: remove its "
-                      "prefix or xmlns";
+                      (schema_.Form().kind == Kind::kUserInterface
+                           ? " is in a namespace, which a user interface has none of"
+                           : " is in a namespace, in which the server does not look "
+                             "for it") +
+                      ": remove its prefix or xmlns";
       Add(Mistake::kForeignNamespace, file_.TagSpan(node), std::move(words));
       break;
     }
@@ -163,6 +170,7 @@ void Elements::CheckRepetition(NodeIndex node, RuleId rule, Frame& parent) {
     case Repetition::kLost:
       mistake = Mistake::kDuplicateSection;
       which = "only the first is read, and this one is lost";
+      is_next_lost_ = true;
       break;
     case Repetition::kNamesOthers:
       if (parent.has_new_entries) return;
@@ -198,7 +206,7 @@ void Elements::CheckAttributes(NodeIndex node) {
 void Elements::CheckOther(NodeIndex node) {
   const xml::Node& at = xml_.At(node);
   const Placement placement = file_.PlacementOf(at.parent);
-  if (placement >= Placement::kUnknown) return;
+  if (placement >= Placement::kUnknown || placement == Placement::kMisplaced) return;
   const RuleId rule = file_.RuleIdOf(at.parent);
   const bool is_value = rule != project::kNoRule && facts_.OfRule(rule).is_value;
   if (is_value || at.type == NodeType::kComment) return;
@@ -239,6 +247,7 @@ void Elements::Open(NodeIndex node, project::ContentId content, RuleId rule) {
   frame.end = is_last && is_inside ? frames_.back().end : xml_.EndOf(node);
   frame.content = content;
   frame.rule = rule;
+  frame.is_lost = std::exchange(is_next_lost_, false) || (is_inside && frames_.back().is_lost);
   if (rule != project::kNoRule && facts_.OfRule(rule).is_joined) {
     frame.seen = joined_[{frames_.empty() ? kNoNode : frames_.back().node, rule}];
   }
@@ -252,15 +261,27 @@ void Elements::Close() {
   if (parent && frame.rule != project::kNoRule && facts_.OfRule(frame.rule).is_joined) {
     joined_[{parent->node, frame.rule}] |= frame.seen;
   }
-  CheckNeeds(frame);
-  CheckNames(frame);
+  if (!frame.is_lost) {
+    CheckNeeds(frame);
+    CheckNames(frame);
+  }
   if (parent && frame.rule != project::kNoRule) CheckEntry(frame, parent);
+}
+
+bool Elements::HasMore(NodeIndex node) const {
+  const RuleId rule = file_.RuleIdOf(node);
+  if (rule == project::kNoRule || !facts_.OfRule(rule).is_joined) return false;
+  for (NodeIndex next = xml_.NextElement(node); next != kNoNode; next = xml_.NextElement(next)) {
+    if (file_.RuleIdOf(next) == rule) return true;
+  }
+  return false;
 }
 
 void Elements::CheckNeeds(const Frame& frame) {
   const ContentFacts& content = facts_.OfContent(frame.content);
   RuleSet lacking = content.required & ~frame.seen;
   if (static_cast<unsigned>(std::popcount(lacking)) <= frame.unknown) lacking = 0;
+  if (lacking != 0 && HasMore(frame.node)) lacking = 0;
   for (; lacking != 0; lacking &= lacking - 1) {
     const RuleId id = FirstIn(frame.content, lacking);
     RuleId inner = project::kNoRule;

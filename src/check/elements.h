@@ -41,6 +41,7 @@ class Elements {
     xml::NodeIndex unnamed_entry = xml::kNoNode;  // the first one before any name
     xml::NodeIndex empty_command = xml::kNoNode;
     bool is_revision_dropped = false;
+    bool is_lost = false;  // in a section of which another one is read
   };
   // What an element lacks that it must have; told at the end, since it may be in another place.
   struct Missing {
@@ -49,6 +50,9 @@ class Elements {
     project::RuleId inner;  // what must be there in it
   };
 
+  // Whether another element of the same rule follows, which is read together with this one.
+  bool HasMore(xml::NodeIndex node) const;
+  bool HasElementInText(xml::NodeIndex node) const;
   void CheckElement(xml::NodeIndex node, std::vector<Resource>& resources);
   void CheckStrange(xml::NodeIndex node, project::Placement placement, Frame& parent);
   void CheckRepetition(xml::NodeIndex node, project::RuleId rule, Frame& parent);
@@ -88,6 +92,7 @@ class Elements {
   const SchemaFacts& facts_;
   const bool is_catalogue_;
   std::vector<Frame> frames_;
+  bool is_next_lost_ = false;
   std::vector<Missing> missing_;
   std::vector<xml::NodeIndex> misplaced_;
   // Of rules that an element has more than once.

@@ -60,6 +60,15 @@ bool HostIds::Has(Subject subject, std::string_view id) const {
   return false;
 }
 
+std::vector<std::string_view> HostIds::Known(Subject subject) const {
+  std::vector<std::string_view> known;
+  for (const Subject kind : {Subject::kNone, subject}) {
+    const auto found = ids_.find(kind);
+    if (found != ids_.end()) known.insert(known.end(), found->second.begin(), found->second.end());
+  }
+  return known;
+}
+
 std::vector<std::string> HostIds::Of(Subject subject) const {
   const auto found = ids_.find(subject);
   if (found == ids_.end()) return {};

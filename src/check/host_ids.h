@@ -18,6 +18,8 @@ class HostIds {
   void Add(std::string_view lines);
 
   bool Has(formats::Subject subject, std::string_view id) const;
+  /// Those that may be of a kind; valid as long as nothing is added.
+  std::vector<std::string_view> Known(formats::Subject subject) const;
   /// Those that are of a kind, not those that may be of any.
   std::vector<std::string> Of(formats::Subject subject) const;
 

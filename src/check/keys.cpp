@@ -73,7 +73,7 @@ class Keys {
             const std::string& modifier) {
     const std::string text(file_.TextOf(node));
     if (text.empty()) return;
-    const auto [known, is_new] = table.try_emplace(modifier + LowerAsciiOf(text), Key{node, owner});
+    const auto [known, is_new] = table.try_emplace(LowerAsciiOf(modifier + text), Key{node, owner});
     if (is_new || known->second.owner == owner) return;
     Words words{"the key " + Quoted(modifier + text) + " of " + owner + " is that of " +
                 known->second.owner + ", too"};
@@ -139,7 +139,14 @@ class Keys {
 
   // --- accelerators ---
 
-  static std::string ModifierOf(std::string_view ctrl) { return MeansCtrl(ctrl) ? "Ctrl+" : ""; }
+  // Of other keys than Ctrl the host writes which.
+  static std::string ModifierOf(std::string_view ctrl) {
+    if (!MeansCtrl(ctrl)) return "";
+    const bool is_yes = ctrl == "1" || ctrl == "-1" || EqualsIgnoringAsciiCase(ctrl, "true") ||
+                        EqualsIgnoringAsciiCase(ctrl, "yes") ||
+                        EqualsIgnoringAsciiCase(ctrl, "ctrl");
+    return (is_yes ? "Ctrl" : std::string(ctrl)) + "+";
+  }
 
   void TakeAccelerator(NodeIndex accelerator, const std::string& command, Table& keys) {
     const NodeIndex key = file_.ChildNamed(accelerator, "Key");
@@ -192,10 +199,10 @@ class Keys {
     const bool is_any_shared =
         std::ranges::any_of(ribbon_keys_, [](const auto& key) { return key.second.size() > 1; });
     if (is_any_shared) CollectPlaces();
-    for (const auto& [key, uses] : ribbon_keys_) CheckRibbonKey(key, uses);
+    for (const auto& [key, uses] : ribbon_keys_) CheckRibbonKey(uses);
   }
 
-  void CheckRibbonKey(const std::string& key, const std::vector<Key>& uses) {
+  void CheckRibbonKey(const std::vector<Key>& uses) {
     // By tab: the first use of the key, and the first by another command than that.
     struct First {
       std::size_t use = kNone;
@@ -214,8 +221,8 @@ class Keys {
         earlier = std::min(earlier, is_other ? first.use : first.other);
       }
       if (earlier >= i) continue;
-      Words words{"the ribbon key " + Quoted(key) + " of " + uses[i].owner + " is that of " +
-                  uses[earlier].owner + ", too"};
+      Words words{"the ribbon key " + Quoted(file_.TextOf(uses[i].node)) + " of " + uses[i].owner +
+                  " is that of " + uses[earlier].owner + ", too"};
       words.related.push_back(
           {reporter_.At(index_, file_.ValueSpan(uses[earlier].node)), "the other one"});
       reporter_.Add(Mistake::kRibbonKeyConflict, index_, file_.ValueSpan(uses[i].node),

@@ -64,6 +64,14 @@ std::string PlainName(std::string_view id) {
   return plain;
 }
 
+// Whether a text was damaged, which is said elsewhere.
+bool IsDamaged(const File& file, const Identifier& identifier) {
+  if (identifier.text.find("\xEF\xBF\xBD") != identifier.text.npos) return true;
+  const xml::Document& xml = file.Xml();
+  return !xml.HasOnlyText(identifier.node) &&
+         xml.FirstChildElement(identifier.node) != xml::kNoNode;
+}
+
 // What a suggestion may cost: names to look through for one, and comparisons for all.
 constexpr std::size_t kMost = 5000;
 constexpr std::size_t kMostComparisons = 5'000'000;
@@ -141,6 +149,7 @@ void Names::CheckDuplicates(const Files& files, std::initializer_list<Scope> sco
           file.Xml().ParentOf(first.identifier->node) == file.Xml().ParentOf(identifier.node)) {
         continue;
       }
+      if (IsInLostSection(index, identifier.node)) continue;
       const std::string what(formats::NameOf(rule.subject));
       Words words{"the " + what + " " + Quoted(identifier.text) + " is defined twice"};
       words.related.push_back(PlaceOf({first.file, *first.identifier}, "the first one"));
@@ -149,6 +158,21 @@ void Names::CheckDuplicates(const Files& files, std::initializer_list<Scope> sco
           index, file.ValueSpan(identifier.node), std::move(words));
     }
   }
+}
+
+// Whether an identifier is in a section of which the server reads another one.
+bool Names::IsInLostSection(FileIndex index, xml::NodeIndex node) const {
+  const File& file = project_.At(index);
+  for (; node != xml::kNoNode; node = file.Xml().ParentOf(node)) {
+    const std::size_t start = file.TagSpan(node).from;
+    for (const Finding& finding : reporter_.All()) {
+      if (finding.file == index && finding.offset == start &&
+          finding.mistake == Mistake::kDuplicateSection) {
+        return true;
+      }
+    }
+  }
+  return false;
 }
 
 // --- references ---
@@ -319,7 +343,9 @@ void Names::CheckCommands(FileIndex index, const References& references) {
 
 void Names::ReportUndefined(FileIndex index, const UsesByName& undefined, Subject subject,
                             Index& known, const std::string& broken) {
-  for (const References& uses : undefined.All()) {
+  for (const References& all : undefined.All()) {
+    const References uses = WithoutSuppressed(index, all, subject);
+    if (IsDamaged(project_.At(index), *uses.front())) continue;
     if (broken.empty()) {
       ReportUndefined(index, uses, subject, known);
     } else {
@@ -328,16 +354,38 @@ void Names::ReportUndefined(FileIndex index, const UsesByName& undefined, Subjec
   }
 }
 
+// A comment before one use of a name says nothing of the others.
+Names::References Names::WithoutSuppressed(FileIndex index, const References& uses,
+                                           Subject subject) {
+  if (uses.size() < 2) return uses;
+  const auto [known, is_new] = suppressed_.try_emplace(index);
+  if (is_new) known->second = SuppressedIn(project_.At(index), nullptr);
+  References left;
+  for (const Identifier* const use : uses) {
+    const std::size_t offset = project_.At(index).ValueSpan(use->node).from;
+    const bool is_suppressed = std::ranges::any_of(known->second, [&](const Suppressed& part) {
+      return part.Covers(offset, MistakeOf(subject)) || part.Covers(offset, Mistake::kNearMissId);
+    });
+    if (!is_suppressed) left.push_back(use);
+  }
+  return left.empty() ? uses : left;
+}
+
 void Names::ReportUndefined(FileIndex index, const References& uses, Subject subject,
                             Index& known) {
   const File& file = project_.At(index);
   const Identifier& reference = *uses.front();
   const project::Span span = file.ValueSpan(reference.node);
   const std::string what = "the " + std::string(formats::NameOf(subject)) + " ";
-  if (known.by_plain_name.empty()) {
+  if (!known.has_plain_names) {
+    known.has_plain_names = true;
     for (std::uint32_t i = 0; i < known.definitions.size(); ++i) {
       known.by_plain_name.emplace(PlainName(known.definitions[i].identifier.text), i);
       if (known.names.size() < kMost) known.names.push_back(known.definitions[i].identifier.text);
+    }
+    for (const std::string_view id : host_ids_.Known(subject)) {
+      known.of_host.emplace(PlainName(id), id);
+      known.names.push_back(id);
     }
   }
   Words words;
@@ -348,6 +396,14 @@ void Names::ReportUndefined(FileIndex index, const References& uses, Subject sub
                     Quoted(definition.identifier.text) + ": every letter counts";
     words.suggestion = definition.identifier.text;
     words.related.push_back(PlaceOf(definition, "the definition"));
+    reporter_.Add(Mistake::kNearMissId, index, span, std::move(words));
+    return;
+  }
+  if (const auto host = known.of_host.find(PlainName(reference.text));
+      host != known.of_host.end()) {
+    words.message = what + Quoted(reference.text) + " is " + Quoted(host->second) +
+                    " among those of the host: every letter counts";
+    words.suggestion = host->second;
     reporter_.Add(Mistake::kNearMissId, index, span, std::move(words));
     return;
   }

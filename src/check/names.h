@@ -10,6 +10,7 @@
 #include "check/host_ids.h"
 #include "check/name_table.h"
 #include "check/reporter.h"
+#include "check/suppression.h"
 
 namespace sab::check {
 
@@ -47,8 +48,10 @@ class Names {
     NameTable table;  // numbers of definitions
     std::vector<project::Occurrence> definitions;
     // Made when a name is not found.
+    bool has_plain_names = false;
     std::map<std::string, std::uint32_t> by_plain_name;
-    std::vector<std::string_view> names;  // to suggest, each once or more
+    std::map<std::string, std::string_view> of_host;  // likewise
+    std::vector<std::string_view> names;              // to suggest, each once or more
 
     bool Has(std::string_view text) const {
       return table.Find(NameTable::HashOf(text), [&](std::uint32_t number) {
@@ -65,6 +68,9 @@ class Names {
   void ReportUndefined(FileIndex file, const References& uses, formats::Subject subject,
                        Index& known);
 
+  bool IsInLostSection(FileIndex file, xml::NodeIndex node) const;
+  References WithoutSuppressed(FileIndex file, const References& uses, formats::Subject subject);
+
   Files FilesBetween(FileIndex index, formats::Subject subject) const;
   std::string BrokenOf(const Files& files);
   void NoteUnchecked(FileIndex file, formats::Subject subject, std::string_view id,
@@ -77,6 +83,7 @@ class Names {
   Reporter& reporter_;
   const project::Project& project_;
   const HostIds& host_ids_;
+  std::map<FileIndex, std::vector<Suppressed>> suppressed_;
   std::map<FileIndex, bool> broken_;
   std::size_t comparisons_ = 0;  // of names that are not defined with those that are
   std::map<std::pair<formats::Subject, Files>, std::unique_ptr<Index>> indexes_;

@@ -20,11 +20,11 @@ unsigned CountIf(std::string_view text, const Wanted& is_wanted) {
   return count;
 }
 
-// Where a text ends that begins at a place.
-xml::Place EndOf(std::string_view text, xml::Place place) {
-  const std::size_t last = text.rfind('\n');
+// Where a text ends that begins at a place; lines end with a character.
+xml::Place EndOf(std::string_view text, xml::Place place, char line_end) {
+  const std::size_t last = text.rfind(line_end);
   if (last != text.npos) {
-    place.line += CountIf(text, [](char c) { return c == '\n'; });
+    place.line += CountIf(text, [line_end](char c) { return c == line_end; });
     place.column = 1;
     text.remove_prefix(last + 1);
   }
@@ -33,12 +33,17 @@ xml::Place EndOf(std::string_view text, xml::Place place) {
   return place;
 }
 
+// The character that ends lines: CR where no line feed is.
+char LineEndOf(std::string_view text) {
+  return text.find('\n') == text.npos && text.find('\r') != text.npos ? '\r' : '\n';
+}
+
 }  // namespace
 
-Lines::Lines(std::string_view text) : text_(text), blocks_{{1, 1}} {
+Lines::Lines(std::string_view text) : text_(text), line_end_(LineEndOf(text)), blocks_{{1, 1}} {
   blocks_.reserve(text.size() / kBlockSize + 1);
   for (std::size_t end = kBlockSize; end <= text.size(); end += kBlockSize) {
-    blocks_.push_back(EndOf(text.substr(end - kBlockSize, kBlockSize), blocks_.back()));
+    blocks_.push_back(EndOf(text.substr(end - kBlockSize, kBlockSize), blocks_.back(), line_end_));
   }
 }
 
@@ -46,7 +51,7 @@ xml::Place Lines::PlaceOf(std::size_t offset) const {
   offset = std::min(offset, text_.size());
   const std::size_t block = offset / kBlockSize;
   const std::size_t start = block * kBlockSize;
-  return EndOf(text_.substr(start, offset - start), blocks_[block]);
+  return EndOf(text_.substr(start, offset - start), blocks_[block], line_end_);
 }
 
 }  // namespace sab::project

@@ -30,6 +30,7 @@ class Lines {
   static constexpr std::size_t kBlockSize = 512;
 
   std::string_view text_;
+  char line_end_ = '\n';
   std::vector<xml::Place> blocks_;  // where each begins
 };
 

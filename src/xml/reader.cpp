@@ -345,7 +345,7 @@ NodeArray Read(const char* text, std::size_t size) {
 Place PlaceOf(const char* text, std::size_t offset) {
   Place place{1, 1};
   for (std::size_t i = 0; i < offset; ++i) {
-    if (text[i] == '\n') {
+    if (text[i] == '\n' || (text[i] == '\r' && text[i + 1] != '\n')) {
       ++place.line;
       place.column = 1;
     } else if ((static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80) {

@@ -20,6 +20,8 @@ struct Place {
   unsigned line;
   unsigned column;
 };
+/// Lines end with LF, CR LF or CR.
+/// @param text NUL-terminated
 Place PlaceOf(const char* text, std::size_t offset);
 
 }  // namespace sab::xml

@@ -161,6 +161,16 @@ TEST(CheckTest, EveryMistakeIsFoundOnceInItsPlace) {
   }
 }
 
+TEST(CheckTest, LinesEndAsEditorsEndThem) {
+  for (const std::string end : {"\n", "\r\n", "\r"}) {
+    const std::string text = "<Cmd>" + end + std::string(600, ' ') + end + end + "é<Foo/>";
+    const xml::Place place = project::Lines(text).PlaceOf(text.find("<Foo"));
+    EXPECT_EQ(std::pair(4U, 2U), std::pair(place.line, place.column));
+    const xml::Place same = xml::PlaceOf(text.c_str(), text.find("<Foo"));
+    EXPECT_EQ(std::pair(4U, 2U), std::pair(same.line, same.column));
+  }
+}
+
 // Documents with one element each, whose name is damaged, for all rules of a kind.
 void DamageNames(const project::Schema& schema, project::ContentId content,
                  const std::string& start, const std::string& end,
