@@ -170,13 +170,27 @@ class Apartment {
   Apartment& operator=(const Apartment&) = delete;
 };
 
-/// Creates an object of a registered class.
+/// Creates an object of a registered class. Throws Error; for a thread without an Apartment and for
+/// a class that is not registered it says what to do.
 template <class Interface>
 ComPtr<Interface> Create(REFCLSID clsid = ClassId<Interface>::value) {
   SetErrorInfo(0, nullptr);  // the runtime sets none for a class that it does not know
   ComPtr<Interface> object;
-  Check(
-      CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IdOf<Interface>(), object.PutVoid()));
+  const HRESULT result =
+      CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IdOf<Interface>(), object.PutVoid());
+  if (result == CO_E_NOTINITIALIZED) {
+    throw Error(result, "", "This thread has no sabxml::Apartment, which must live while it works");
+  }
+  if (result == REGDB_E_CLASSNOTREG) {
+    OLECHAR text[39] = {};
+    StringFromGUID2(clsid, text, 39);
+    std::string id;
+    for (const OLECHAR* unit = text; *unit; ++unit) id += static_cast<char>(*unit);
+    throw Error(result, "",
+                "No library is registered for the class " + id +
+                    ": run \"sabxml register\", or use CreateFrom");
+  }
+  Check(result);
   return object;
 }
 
@@ -258,6 +272,9 @@ auto Get(const ComPtr<Interface>& object, HRESULT (STDMETHODCALLTYPE Owner::*mem
          const Argument&... arguments) {
   static_assert(sizeof...(Parameter) == sizeof...(Argument) + 1, "the member's last is its result");
   using Place = std::tuple_element_t<sizeof...(Parameter) - 1, std::tuple<Parameter...>>;
+  static_assert(std::is_pointer_v<Place> && !std::is_same_v<Place, BSTR> &&
+                    !std::is_same_v<Place, SAFEARRAY*>,
+                "the member takes its last argument and has no result: call it itself, in Check");
   detail::Result<std::remove_pointer_t<Place>> result;
   Check((object.Get()->*member)(arguments..., result.Place()));
   return result.Take();

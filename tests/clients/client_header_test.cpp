@@ -54,7 +54,10 @@ TEST(ClientHeader, TurnsResultsIntoValuesAndFailuresIntoExceptions) {
     sabxml::Create<IVeAppParser>(CLSID{1, 2, 3, {}});
     FAIL();
   } catch (const sabxml::Error& error) {
-    EXPECT_STREQ("the class is not registered (0x80040154)", error.what());
+    EXPECT_STREQ(
+        "No library is registered for the class {00000001-0002-0003-0000-000000000000}: run "
+        "\"sabxml register\", or use CreateFrom (0x80040154)",
+        error.what());
   }
   for (const char* bytes :
        {"\x80", "\xC0\x80", "\xE5\xAD", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xFF"})
