@@ -4,6 +4,7 @@
 #include <bit>
 #include <utility>
 
+#include "project/rule_words.h"
 #include "text/ascii.h"
 
 namespace sab::check {
@@ -299,7 +300,7 @@ void Elements::CheckNeeds(const Frame& frame) {
   if (needs_entry && frame.entries == 0 && !frame.has_dropped_entry && frame.unknown == 0) {
     const Rule& entry = rule.Content().front();
     Add(Mistake::kRequiredMissing, file_.TagSpan(frame.node),
-        {Tag(rule.name) + " has no entry: give it a " + Tag(entry.name) +
+        {Tag(rule.name) + " has no entry: give it " + project::WithArticle(Tag(entry.name)) +
          (rule.need == Need::kEntryIfPresent ? ", or leave it out" : "")});
   }
 }

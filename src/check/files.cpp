@@ -7,6 +7,7 @@
 #include <tuple>
 #include <unordered_map>
 
+#include "project/rule_words.h"
 #include "text/distance.h"
 
 namespace sab::check {
@@ -21,9 +22,7 @@ using xml::kNoNode;
 using xml::NodeIndex;
 
 std::string About(Kind kind) {
-  const std::string_view about = formats::DocumentOfKind(kind).about;
-  const bool has_vowel = about.find_first_of("aeiou") == 0;
-  return (has_vowel ? "an " : "a ") + std::string(about) + " file";
+  return project::WithArticle(formats::DocumentOfKind(kind).about) + " file";
 }
 
 // The path as on disk with the separators of the document.

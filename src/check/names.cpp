@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "project/rule_words.h"
 #include "text/ascii.h"
 #include "text/distance.h"
 #include "text/utf.h"
@@ -224,7 +225,8 @@ void Names::CheckFile(FileIndex index) {
     const std::string what(formats::NameOf(subject));
     if (files.empty()) {
       reporter_.Note(file.Path() + ": " + Counted(references.size(), what + " name") +
-                     " not checked, because no file that defines a " + what + " is known");
+                     " not checked, because no file that defines " + project::WithArticle(what) +
+                     " is known");
       continue;
     }
     Index& known = IndexOf(subject, files);

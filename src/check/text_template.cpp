@@ -86,8 +86,10 @@ void CheckTextTemplate(Reporter& reporter, project::FileIndex index) {
     const project::Span span{at, end};
     const std::size_t bad = line.find("\xEF\xBF\xBD");
     if (bad != line.npos) {
-      reporter.Add(Mistake::kTemplateBadBytes, index, {at + bad, at + bad + 3},
-                   {"bytes that the encoding of the file does not have: save it as UTF-8"});
+      reporter.Add(
+          Mistake::kTemplateBadBytes, index, {at + bad, at + bad + 3},
+          {"a character was lost here, or its bytes are none of the encoding of the file: write it "
+           "again, and save the file as UTF-8"});
     }
     const std::string_view name = NameInMarker(line);
     if (!name.empty()) {

@@ -50,7 +50,7 @@ constexpr char kFooter[] =
     "\n"
     "Exit codes:\n"
     "  0  done\n"
-    "  1  a file or the server said no; why stands on the standard error\n"
+    "  1  a file or the server said no; why is on the standard error\n"
     "  2  the command line is not understood\n";
 
 // What of the command line belongs nowhere, and what may be meant.

@@ -104,9 +104,9 @@ std::string DescriptionOf(const Rule& rule) {
   add("default", std::string(formats::DefaultOf(rule)));
   add("of several counts", project::WhichCounts(rule));
   if (rule.role == formats::Role::kDefines) {
-    add("defines", "a " + std::string(formats::NameOf(rule.subject)));
+    add("defines", project::WithArticle(formats::NameOf(rule.subject)));
   } else if (rule.role == formats::Role::kRefersTo) {
-    add("names", "a " + std::string(formats::NameOf(rule.subject)));
+    add("names", project::WithArticle(formats::NameOf(rule.subject)));
   } else if (rule.role == formats::Role::kLeadsTo) {
     add("leads to", std::string(formats::DocumentOfKind(rule.leads_to).about));
   }

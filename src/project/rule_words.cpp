@@ -35,4 +35,11 @@ std::string PlacesOf(const Schema& schema, ContentId content) {
   return places;
 }
 
+std::string WithArticle(std::string_view what) {
+  const std::size_t first = what.starts_with('<') ? 1 : 0;
+  // A user interface is the only u.
+  const bool has_vowel = what.find_first_of("aeioAEIO", first) == first;
+  return (has_vowel ? "an " : "a ") + std::string(what);
+}
+
 }  // namespace sab::project

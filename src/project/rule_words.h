@@ -15,4 +15,7 @@ std::string WhichCounts(const formats::Rule& rule);
 /// The elements that may have a content, outermost first.
 std::string PlacesOf(const Schema& schema, ContentId content);
 
+/// "a panel", "an environment", "a user interface", "an <Environment>".
+std::string WithArticle(std::string_view what);
+
 }  // namespace sab::project

@@ -41,12 +41,12 @@ void AttributeReader::FailUndeclared(std::string_view prefix) const {
 
 std::string_view AttributeReader::ReadValue() {
   const char quote = *p_;
-  if (quote != '"' && quote != '\'') Fail("an attribute's value must stand in quotes");
+  if (quote != '"' && quote != '\'') Fail("an attribute's value needs quotes");
   const char* const start = ++p_;
   for (;;) {
     while (Has(*p_, kPlainValue) && *p_ != quote) ++p_;
     if (*p_ == quote) break;
-    if (*p_ == '<') Fail("< stands in an attribute's value: write &lt;");
+    if (*p_ == '<') Fail("< in an attribute's value: write &lt;");
     if (*p_ == '&') {
       ReadReference();
     } else {
@@ -110,7 +110,7 @@ void AttributeReader::CheckUnique(std::vector<ExpandedName>& names) const {
 }
 
 void AttributeReader::FailRepeated(std::string_view name) const {
-  FailAt(name.data(), "the attribute " + std::string(name) + " stands twice");
+  FailAt(name.data(), "the attribute " + std::string(name) + " is there twice");
 }
 
 }  // namespace sab::xml

@@ -24,13 +24,12 @@ class Reader : private AttributeReader {
     ReadDeclaration();
     ReadMisc();
     if (p_ == end_) Fail("the document has no element");
-    if (*p_ != '<') Fail("text stands outside the document element");
+    if (*p_ != '<') Fail("text outside the document element");
     if (!Has(p_[1], kNameStart)) Fail("the document element is expected here");
     ReadElements();
     ReadMisc();
     if (p_ != end_) {
-      Fail(*p_ == '<' ? "there is a second document element"
-                      : "text stands behind the document element");
+      Fail(*p_ == '<' ? "there is a second document element" : "text after the document element");
     }
     nodes_[0].end = Offset(end_);
     return std::move(nodes_);
@@ -70,7 +69,7 @@ class Reader : private AttributeReader {
     for (;;) {
       while (Has(*p_, kPlainText) && *p_ != '-') ++p_;
       if (p_[0] == '-' && p_[1] == '-') {
-        if (p_[2] != '>') Fail("-- stands inside a comment");
+        if (p_[2] != '>') Fail("-- inside a comment");
         Append(NodeType::kComment, start + 4, p_);
         p_ += 3;
         return;
@@ -295,7 +294,7 @@ class Reader : private AttributeReader {
         flags |= kNeedsDecoding;
         ReadReference();
       } else if (*p_ == ']') {
-        if (StartsWith("]]>")) Fail("]]> stands in text: write ]]&gt;");
+        if (StartsWith("]]>")) Fail("]]> in a text: write ]]&gt;");
         ++p_;
       } else if (p_ >= end_) {
         const std::string name(text_ + nodes_[open_].start + 1, nodes_[open_].name_length);

@@ -2,7 +2,7 @@
 // is not well-formed (this one), of a property that is not there.
 // expect: F1 F2 F3, second F2
 // expect: The position does not name an element of this collection: the element was removed or belongs to another collection.
-// expect: 1:1: text stands outside the document element
+// expect: 1:1: text outside the document element
 // expect: an application has no ReadOnly
 
 var accels = new ActiveXObject("SabXmlParser.VePrsAccelColl");
