@@ -30,13 +30,12 @@ for page in app.GetConfigurations():
 
 with tempfile.TemporaryDirectory() as folder:
     copy = shutil.copy(workshop / "settings.xml", folder)
-    # Saving leaves what a node has already, so the change goes to another one.
-    name, node, other = "VeDisplayCfgParser", "/Settings/Display", "/Settings/Apprentice"
-    with sabxml.settings(name, copy, node, save_to=other) as display:
+    name, node = "VeDisplayCfgParser", "/Settings/Display"
+    with sabxml.settings(name, copy, node) as display:  # changes what the block changes, and no more
         before = display.CursorSize
         display.CursorSize = 9
     display = sabxml.create(name)
-    display.Load(copy, other)
+    display.Load(copy, node)
     print(f"cursor size {before}, then {display.CursorSize}")
 
     update = sabxml.create("VeAutoUpdateAdminCfgParser")

@@ -170,26 +170,6 @@ class Members(unittest.TestCase):
                     # An error is gone after it was told.
                     self.assertEqual("missing" in text, "missing" in error.description)
 
-    def test_settings_as_a_context(self):
-        file = shutil.copy(SAMPLES / "settings.xml", self.enterContext(tempfile.TemporaryDirectory()))
-        before, group, node = Path(file).read_bytes(), "VeDisplayCfgParser", "/Settings/Apprentice"
-        # The file has that key; the block fails.
-        for target, failure in [(None, sabxml.Error), (node, KeyError)]:
-            with self.assertRaises(failure):
-                with sabxml.settings(group, file, "/Settings/Display", target) as display:
-                    self.assertEqual(5, display.CursorSize)
-                    display.CursorSize = 9
-                    if failure is KeyError:
-                        raise KeyError
-            self.assertEqual(before, Path(file).read_bytes())
-        with sabxml.settings(group, file, "/Settings/Display", node) as display:
-            display.CursorSize = 9
-        with sabxml.settings(group, file, node) as display:
-            self.assertEqual(9, display.CursorSize)
-        with sabxml.settings("VeSysParameterCfgParser", file, node) as system:
-            system.TempPrefix = "tmp"  # a key that is saved and never loaded
-        self.assertIn(b"<TempPrefix>tmp<", Path(file).read_bytes())
-
 
 class Stubs(unittest.TestCase):
     USES = """

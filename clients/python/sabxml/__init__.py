@@ -37,17 +37,19 @@ def classes(library=None):
 
 
 def settings(name, file, node, save_to=None, library=None):
-    """A context with a settings group, which is loaded on entry and saved if the block succeeds.
+    """A context with a settings group, which is loaded on entry; what has changed is saved if the
+    block succeeds.
 
         with settings("VeDisplayCfgParser", "settings.xml", "/Settings/Display") as display:
             display.CursorSize = 9
 
-    name and library are those of create(), file and node those of Load and Save; save_to is another
-    node to save to. Saving adds keys and replaces none, so Error is raised, and the file left as it
-    was, where a property would not be loaded as it is: its key is there already.
+    name and library are those of create(). file must exist, and node must lead to an element: the one
+    whose children are the keys. save_to is another such node to save the group to. Changed keys are
+    replaced, new ones are added, and all other bytes stay; without a change the file is left alone.
+    Error says what is wrong with the file, or which change the file cannot take.
     """
     from ._settings import Settings  # what it needs would take most of an import
-    return Settings(lambda: create(name, library), file, node, save_to)
+    return Settings(lambda name: create(name, library), name, file, node, save_to)
 
 
 def _server_at(library=None):
