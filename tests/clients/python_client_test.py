@@ -19,6 +19,7 @@ import sys
 import tempfile
 import threading
 import unittest
+from collections.abc import Sequence
 from pathlib import Path
 
 PACKAGE, SAMPLES, LIBRARY, SABXML = (Path(path).absolute() for path in sys.argv[1:5])
@@ -98,6 +99,10 @@ FACTS = [
     ("c = accels('AB'); seen = [(c.RemoveAll(), accel.Key)[1] for accel in c]", "seen", ["A", "B"]),
     ("c = accels('AB'); a, b = c", "a == c.GetHead(), a == b, a == 'A', b in c, len({a, c[0]})",
      (True, False, False, True, 1)),
+    ("c = accels('AB'); u = sabxml.Collection(c._reference)",
+     "isinstance(c, Sequence), c.index(c[1]), c.index(c[1], 1, 2), c.count(c[0]), c.count(), c.COUNT(), u.count()",
+     (True, 1, 1, 1, 2, 2, 2)),
+    ("t = sabxml.interfaces.IVeAppParser", "t.__doc__", "IVeAppParser Interface"),
 ]
 
 # what fails; its code; what it says; where it comes from
@@ -128,7 +133,9 @@ FAILURES = [
     (lambda: pickle.dumps(new("VeAppParser")), TypeError, "neither copied nor pickled", None),
     (lambda: copy.deepcopy([accels("").GetAt]), TypeError, "neither copied nor pickled", None),
     (lambda: iter(new("VeAppParser")), TypeError, "not iterable", None),
-    (lambda: accels("A")["A"], TypeError, "indices must be integers", None),
+    (lambda: accels("A")["A"], TypeError, "indices of a collection are integers or slices", None),
+    (lambda: accels("A").__setitem__(slice(1), []), TypeError, "a slice of a collection", None),
+    (lambda: accels("A").index("A"), ValueError, "'A' is not in the collection", None),
     (lambda: accels("A")[1], IndexError, "no element 1 among 1", None),
     (lambda: accels("A")[-2], IndexError, "no element -2 among 1", None),
     (lambda: accels("").AddTail(item=None), TypeError, "item; it has i_pItem, o_lpPosition", None),
@@ -174,6 +181,7 @@ class Members(unittest.TestCase):
 class Stubs(unittest.TestCase):
     USES = """
 import sabxml
+from collections.abc import Sequence
 from pathlib import Path
 from sabxml.interfaces import IVeAppParser, IVePrsAccel
 def use(app: IVeAppParser) -> list[str]:
@@ -183,6 +191,8 @@ accels = sabxml.create("VePrsAccelColl")
 accels.AddTail(i_pItem=accels[0], o_lpPosition=sabxml.Ref())
 first: list[IVePrsAccel] = accels[:1]
 keys: list[str] = [accel.Key for accel in accels]
+place: int = list(accels[1:]).count(first[0]) + accels.index(first[0])
+items: Sequence[IVePrsAccel] = accels
 product = sabxml.create("SabXmlParser.VeProductCfgParser")
 product.Value["Paper"] = product.ValueName(0) + product.Value["A"]
 pair: tuple[str, str] = sabxml.create("VeSysParameterCfgParser").get_MatchRuleAt(0, 0)

@@ -1,5 +1,6 @@
 """Objects of a component server as Python objects."""
 
+from collections.abc import Sequence
 from ctypes import byref, c_char_p, c_int32, c_uint32
 
 from . import _abi
@@ -7,7 +8,7 @@ from ._abi import IID_NULL, VARIANT
 from ._call import invoke
 from ._errors import Error, MemberError
 from ._runtime import runtime
-from ._type_info import Member, guid_of, members_of, name_of, type_info_of
+from ._type_info import Member, guid_of, help_of, members_of, name_of, type_info_of
 from ._variant import Missing, Ref, taken
 
 _READ = _abi.DISPATCH_METHOD | _abi.DISPATCH_PROPERTYGET
@@ -117,6 +118,9 @@ class Collection(Object):
         return self.GetAt(self._position(index))
 
     def __setitem__(self, index, item):
+        if isinstance(index, slice):
+            raise TypeError("a slice of a collection cannot be replaced: remove it with del, and use "
+                            "AddTail or InsertBefore")
         self.SetAt(self._position(index), item)
 
     def __delitem__(self, index):
@@ -124,7 +128,23 @@ class Collection(Object):
                 if isinstance(index, slice) else [self._position(index)]:
             self.RemoveAt(position)
 
+    def index(self, value, *bounds):
+        """The index of the first element that equals a value; bounds are those of list.index()."""
+        if not self._members and (member := self._find("index")):
+            return BoundMember(self, member)(value, *bounds)
+        try:
+            return list(self).index(value, *bounds)
+        except ValueError:
+            raise ValueError(f"{value!r} is not in the collection") from None
+
+    def count(self, *value):
+        """How many elements equal a value; without one it is the member Count."""
+        return list(self).count(*value) if value else invoke(self, self._member("count"), _READ, (), wrap)
+
     def _position(self, index):
+        if not hasattr(index, "__index__"):
+            raise TypeError("indices of a collection are integers or slices, not "
+                            f"{type(index).__name__}")
         count = len(self)
         try:
             return self.FindIndex(range(count)[index])
@@ -135,6 +155,9 @@ class Collection(Object):
         position = Ref(self.GetHeadPosition())
         while position.value:
             yield self.GetNext(position)
+
+
+Sequence.register(Collection)
 
 
 class Method:
@@ -221,17 +244,19 @@ def interface_class(info, known={}):  # the same dictionary at every call
     """The class of the objects that are used through an interface."""
     guid = bytes(guid_of(info))
     if guid not in known:
-        known[guid] = _new_class(name_of(info), members_of(info))
+        known[guid] = _new_class(name_of(info), help_of(info), members_of(info))
     return known[guid]
 
 
-def _new_class(name, members):
+def _new_class(name, help, members):
     known = {}
     for member in members:
         known[member.name] = known[member.name.lower()] = member
     base = Collection if {"getheadposition", "_newenum"} & known.keys() else Object
-    attributes = {member.name: _attribute(member) for member in members}
-    return type(name, (base,), {"__slots__": (), "__module__": "sabxml.interfaces",
+    # Members go before the methods of sequences, in any letter case.
+    attributes = {python: _attribute(known[python]) for python in ("count", "index") if python in known}
+    attributes |= {member.name: _attribute(member) for member in members}
+    return type(name, (base,), {"__slots__": (), "__module__": "sabxml.interfaces", "__doc__": help,
                                 "_members": known, **attributes})
 
 

@@ -65,6 +65,10 @@ def name_of(info):
     return _texts(info, -1, False)
 
 
+def help_of(info):
+    return _texts(info, -1, True)
+
+
 def members_of(info):
     """The members of an interface in their order, without those of IUnknown and IDispatch."""
     members = {}
