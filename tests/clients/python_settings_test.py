@@ -32,6 +32,7 @@ class Settings(unittest.TestCase):
     <AllMatchRule/>\r
   </System>\r
   <Update><Interval>30</Interval></Update><Empty/>\r
+  <Bales><Zip><K>1</K></Zip><Zip><K>2</K></Zip></Bales>\r
   <Bare>a <!-- b -->\r
   </Bare>\r
 </Settings>\r
@@ -56,6 +57,9 @@ class Settings(unittest.TestCase):
          f"<AllMatchRule>\r\n      {RULE}\r\n    </AllMatchRule>"),
         ("VeSysParameterCfgParser", "System", "g.TempPrefix = 'tmp'", "<AllMatchRule/>",  # never loaded
          "<AllMatchRule/>\r\n    <TempPrefix>tmp</TempPrefix>"),
+        ("VeFileBaleCfgParser", "Bales", "g.GetFileBales()[1].Value['K'] = '3'", "<K>2", "<K>3"),
+        ("VeFileBaleCfgParser", "Bales", "sets = g.GetFileBales(); del sets[0]", "<Zip><K>1</K></Zip><Zip>",
+         "<Zip>"),
         ("VeAutoUpdateAdminCfgParser", "Update", "self.assertEqual(30, g.Interval)", "", ""),
     ]
     # group, file, path of the node; what the block does; whether it begins; what the error says
