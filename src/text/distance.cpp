@@ -58,8 +58,16 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
   return last[b.size()];
 }
 
+namespace {
+
+std::size_t MostDifferences(std::string_view word) {
+  return std::min<std::size_t>((word.size() + 2) / 3, 4);
+}
+
+}  // namespace
+
 Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words) {
-  return FindNearest(word, words, std::min<std::size_t>((word.size() + 2) / 3, 4));
+  return FindNearest(word, words, MostDifferences(word));
 }
 
 Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words,
@@ -87,7 +95,12 @@ Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& 
 
 std::string DidYouMean(std::string_view word, const std::vector<std::string>& words,
                        const std::string& otherwise) {
-  const std::string_view nearest = FindNearest(word, {words.begin(), words.end()}).word;
+  return DidYouMean(word, words, otherwise, MostDifferences(word));
+}
+
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& words,
+                       const std::string& otherwise, std::size_t most) {
+  const std::string_view nearest = FindNearest(word, {words.begin(), words.end()}, most).word;
   if (!nearest.empty()) return "; did you mean " + std::string(nearest) + "?";
   return otherwise.empty() ? std::string() : "; " + otherwise;
 }

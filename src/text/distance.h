@@ -29,5 +29,8 @@ Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& 
 /// case does not matter.
 std::string DidYouMean(std::string_view word, const std::vector<std::string>& words,
                        const std::string& otherwise = {});
+/// The same with another limit on how much may differ.
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& words,
+                       const std::string& otherwise, std::size_t most);
 
 }  // namespace sab::text

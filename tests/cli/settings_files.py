@@ -201,12 +201,16 @@ class SettingsFiles(unittest.TestCase):
         self.assertEqual(0, run("settings", "load", "new.xml", "dump.json", "--backup")[0])
         self.assertEqual(content(before), content(dump("new.xml")))
         self.assertIn("<Mine/>", (scratch / "new.xml").read_text(encoding="utf-8"))
-        for wrong in ('{"class": "VeTxtParser"}', "[", '{"class": "VeTxtParser", "node": "/Settings/Text",'
+        for wrong in ('{"class": "VeTxtParser"}', '{"class": "VeTxtParser", "node": "/Settings/Text",'
+                      ' "values": {"InCodePage": [1]}}', '{"class": "VeTxtParser", "node": "/Settings/Text",'
                       ' "values": {"InCodePage": 1, "OutCodePage": "x"}}'):
             (scratch / "wrong.json").write_text(wrong)
             before = (scratch / "new.xml").read_bytes()
             self.assertEqual(1, run("settings", "load", "new.xml", "wrong.json")[0], wrong)
             self.assertEqual(before, (scratch / "new.xml").read_bytes())
+        (scratch / "wrong.json").write_text("[\n1")
+        self.assertIn("wrong.json: this is no JSON: line 2, column 2: ",
+                      run("settings", "load", "new.xml", "wrong.json")[2])
 
     def test_several_blocks_are_one_save(self):
         self.write((HEAD + TAIL).encode())
@@ -225,9 +229,10 @@ class SettingsFiles(unittest.TestCase):
         editor.write_text('#!/bin/sh\nsed -i -e "$EDITS" "$2"\n')
         editor.chmod(0o755)
         for edits, code, after, texts in [
-            ("", 0, SAVED, ["Nothing was to be changed"]),
+            ("1d", 0, SAVED, ["Nothing was to be changed"]),
             ("s/^PtSize=1/PtSize=x/; /^PtMode/d", 1, SAVED, ["PtSize=x is refused", "what you wrote is in "]),
             ("s/^PtMode=5/PtMode/", 1, SAVED, ["write KEY=VALUE"]),
+            ("d", 1, SAVED, ["is empty, so nothing was changed"]),
             ("s/^#BigCursor=false/BigCursor=true/; /^PtSize/d", 0,
              "\r\n\t\t<PtMode>5</PtMode>\r\n\t\t<Mine>1</Mine>\r\n\t\t<PtMode>5</PtMode>"
              "\r\n\t\t<Mine>2</Mine>\r\n\t\t<BigCursor>-1</BigCursor>", ["BigCursor  false (default)"]),
@@ -241,21 +246,23 @@ class SettingsFiles(unittest.TestCase):
                 for text in texts:
                     self.assertIn(text, output + errors)
                 kept = list(scratch.glob("sabxml-*.txt"))
-                self.assertEqual(code, len(kept))
+                self.assertEqual(code if edits != "d" else 0, len(kept))
                 for file in kept:
                     file.unlink()
 
     def test_watch(self):
         self.write((HEAD + SAVED + TAIL).encode())
         with subprocess.Popen([*COMMAND, "settings", "watch", "VeDisplayCfgParser", "settings.xml",
-                               "/S/G", "PtSize", "--changes", "2", "--json"], cwd=scratch,
-                              env=environment(), stdout=subprocess.PIPE) as watch:
+                               "/S/G", "PtSize", "VeTxtParser:/S/H", "--changes", "2", "--json"],
+                              cwd=scratch, env=environment(), stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE) as watch:
             # When it has begun to watch cannot be seen, so the file goes on changing.
             size = 1
             while watch.poll() is None and size < 200:
                 size += 1
                 self.change("set", "VeDisplayCfgParser", f"PtSize={size}", "PtMode=9")
             lines = [json.loads(line) for line in watch.stdout]
+            self.assertIn(b"/S/H leads to no element", watch.stderr.read())
         self.assertEqual((0, ["PtSize"] * 2), (watch.returncode, [line["key"] for line in lines]))
         self.assertTrue(all(line["before"] < line["after"] <= size for line in lines), lines)
 
@@ -283,4 +290,6 @@ class SettingsFiles(unittest.TestCase):
             result, output, errors = run("settings", "set", *arguments, *option)
             self.assertEqual((1, ""), (result, output))
             self.assertIn("cannot write locked/t.xml", errors)
+        result, output, errors = run("settings", "edit", *arguments[:3], VISUAL="true")
+        self.assertEqual((0, "Nothing was to be changed.\n", ""), (result, output, errors))
         folder.chmod(0o755)

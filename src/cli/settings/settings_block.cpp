@@ -39,6 +39,17 @@ void CheckName(const std::string& key) {
   sab::CheckElementName(key);  // raises ComError
 }
 
+// What is common to the names of all groups does not tell them apart.
+std::size_t MostMisspeltLetters(std::string_view class_name) {
+  for (const std::string_view end : {"CfgParser", "Parser"}) {
+    if (!class_name.ends_with(end)) continue;
+    class_name.remove_suffix(end.size());
+    break;
+  }
+  if (class_name.starts_with("Ve")) class_name.remove_prefix(2);
+  return std::min<std::size_t>((class_name.size() + 2) / 3, 4);
+}
+
 }  // namespace
 
 SettingsChoice SettingsChoiceNamed(const std::string& class_name) {
@@ -48,7 +59,8 @@ SettingsChoice SettingsChoiceNamed(const std::string& class_name) {
     names.push_back(std::move(choice.class_name));
   }
   throw Failure("there is no settings group " + class_name +
-                DidYouMean(class_name, names, "\"sabxml settings list\" lists all of them"));
+                DidYouMean(class_name, names, "\"sabxml settings list\" lists all of them",
+                           MostMisspeltLetters(class_name)));
 }
 
 std::vector<SettingsChoice> SettingsChoices() {
@@ -107,6 +119,8 @@ std::string SettingsEntry::ShownCopy(std::size_t index) const {
 SettingsBlock::SettingsBlock(SettingsChoice group, std::shared_ptr<SettingsFile> file,
                              std::string node_path, bool may_be_created)
     : group_(std::move(group)), file_(std::move(file)), node_path_(std::move(node_path)) {
+  if (node_path_.size() > 1 && node_path_.ends_with('/'))
+    throw Failure("the node path " + node_path_ + " ends with a slash; leave it out");
   if (!may_be_created) file_->Require(node_path_);
   if (group_.table) values_ = group_.table->make_fields();
 }

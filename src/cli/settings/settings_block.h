@@ -36,6 +36,8 @@ struct SettingsEntry {
   /// a load takes none. Empty for structures.
   sab::Text value;
 
+  /// False for a structure that the file does not have: what a load makes of it is not known here.
+  bool HasValue() const { return !is_structure || !copies.empty(); }
   std::string Shown() const;
   Json AsJson() const;
   /// One copy as it is in the file, for people.

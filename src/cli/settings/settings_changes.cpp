@@ -50,12 +50,16 @@ std::string CopyWithLine(const SettingsEntry& entry, std::size_t index) {
 
 }  // namespace
 
-SettingsChanges::SettingsChanges(const SettingsOptions& options) : options_(options) {
+SettingsChanges::SettingsChanges(const SettingsOptions& options, SettingsPurpose purpose)
+    : options_(options) {
+  RequireFile(options);
+  file_ = std::make_shared<SettingsFile>(
+      options.file, options.is_dry ? SettingsPurpose::kRead : purpose, options.may_create);
+}
+
+void SettingsChanges::RequireFile(const SettingsOptions& options) {
   if (options.file == kStandardInput)
     throw CLI::ValidationError("settings", "the standard input cannot be changed; name a file");
-  file_ = std::make_shared<SettingsFile>(
-      options.file, options.is_dry ? SettingsPurpose::kRead : SettingsPurpose::kChange,
-      options.may_create);
 }
 
 SettingsBlock& SettingsChanges::Block(const SettingsChoice& group, const std::string& node_path) {

@@ -14,7 +14,12 @@ namespace sabxml::cli {
 class SettingsChanges {
  public:
   /// Opens the file that the options name, to change it unless this is a dry run. Raises Failure.
-  explicit SettingsChanges(const SettingsOptions& options);
+  /// @param purpose to read where no change will be added
+  explicit SettingsChanges(const SettingsOptions& options,
+                           SettingsPurpose purpose = SettingsPurpose::kChange);
+
+  /// Refuses the standard input, which cannot be changed. Raises CLI::ValidationError.
+  static void RequireFile(const SettingsOptions& options);
 
   /// A block of the file, which lives as long as the changes. Raises Failure.
   SettingsBlock& Block(const SettingsChoice& group, const std::string& node_path);

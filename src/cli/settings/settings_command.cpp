@@ -1,3 +1,4 @@
+#include <charconv>
 #include <memory>
 
 #include "base/com_error.h"
@@ -39,7 +40,7 @@ constexpr char kGetValuesHelp[] =
     "  sabxml settings get VeTxtParser settings.xml /Settings/Text DefTxtHei \\\n"
     "      VeDisplayCfgParser:/Settings/Display PtSize\n"
     "\n"
-    "Exit codes: 0 done; with --is-set, 1 a key is not in the file, 2 the file cannot be read.\n";
+    "Exit codes: 0 done; with --is-set, 1 a key is not in the file, 2 that cannot be told.\n";
 
 constexpr char kSetHelp[] =
     "All values are checked before the file is touched: true or false for a flag, numbers that "
@@ -95,7 +96,7 @@ constexpr char kDiffHelp[] =
     "Example:\n"
     "  sabxml settings diff VeDisplayCfgParser old.xml new.xml /Settings/Display\n"
     "\n"
-    "Exit codes: 0 done; with --exit-code, 1 there are differences.\n";
+    "Exit codes: 0 done; with --exit-code, 1 there are differences, 2 they cannot be told.\n";
 
 constexpr char kCompactHelp[] =
     "Keeps the first copy of each key, which is the one that a load takes; with --newest the one\n"
@@ -115,6 +116,18 @@ void Run(Action action, const SettingsOptions& options) {
   }
 }
 
+// Where 1 is an answer, a failure ends with another code.
+void RunWithAnswer(Action action, const SettingsOptions& options) {
+  const bool is_answer = options.only_tells_whether_set || options.tells_by_exit_code;
+  try {
+    Run(action, options);
+  } catch (const Failure& failure) {
+    if (!is_answer) throw;
+    ReportFailure(failure);
+    throw CLI::RuntimeError(2);
+  }
+}
+
 class SettingsCommand {
  public:
   SettingsCommand(CLI::App& parent, const char* name, const char* about, const char* help,
@@ -122,7 +135,7 @@ class SettingsCommand {
       : options_(std::make_shared<SettingsOptions>()),
         command_(*parent.add_subcommand(name, about)) {
     command_.footer(help);
-    command_.callback([options = options_, action] { Run(action, *options); });
+    command_.callback([options = options_, action] { RunWithAnswer(action, *options); });
   }
 
   SettingsOptions& Options() { return *options_; }
@@ -165,6 +178,14 @@ class SettingsCommand {
   std::shared_ptr<SettingsOptions> options_;
   CLI::App& command_;
 };
+
+unsigned NumberOfChanges(const std::string& value) {
+  unsigned number = 0;
+  const char* const end = value.data() + value.size();
+  const auto [stop, error] = std::from_chars(value.data(), end, number);
+  if (error == std::errc() && stop == end && number > 0) return number;
+  throw CLI::ValidationError("--changes", value + " is refused: a whole number from 1 is wanted");
+}
 
 void AddReading(CLI::App& settings) {
   SettingsCommand(settings, "list", "List the groups, or the keys of some", kListHelp, ListSettings)
@@ -211,7 +232,12 @@ void AddReading(CLI::App& settings) {
   SettingsCommand watch(settings, "watch", "Print values that change", kWatchHelp, WatchSettings);
   watch.WithBlock().WithNames("KEY", "Keys; all of them if none is given", false).WithJson();
   watch.App()
-      .add_option("--changes", watch.Options().changes, "End after this NUMBER of changed values")
+      .add_option_function<std::string>(
+          "--changes",
+          [&options = watch.Options()](const std::string& value) {
+            options.changes = NumberOfChanges(value);
+          },
+          "End after this NUMBER of changed values")
       ->type_name("NUMBER");
 }
 

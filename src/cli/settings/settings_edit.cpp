@@ -119,6 +119,7 @@ bool WantsToEditAgain(const Failure& failure) {
 }  // namespace
 
 void EditSettings(const SettingsOptions& options) {
+  SettingsChanges::RequireFile(options);
   const NamedBlock named = BlocksOf(options).front();
   Values shown;
   std::string text;
@@ -143,9 +144,18 @@ void EditSettings(const SettingsOptions& options) {
     std::string reason;
     const auto edited = sab::ReadFileBytes(FromUtf8(scratch), reason);
     if (!edited) throw Failure(scratch + ": " + reason);
+    if (edited->find_first_not_of(" \t\r\n") == std::string::npos) {
+      remove();
+      throw Failure(
+          "what the editor left is empty, so nothing was changed; \"sabxml settings unset\" "
+          "removes "
+          "keys");
+    }
     try {
-      SettingsChanges changes(options);
-      AddChanges(changes, changes.Block(named.group, named.node_path), shown, ValuesOf(*edited));
+      const Values wanted = ValuesOf(*edited);
+      SettingsChanges changes(options,
+                              wanted == shown ? SettingsPurpose::kRead : SettingsPurpose::kChange);
+      AddChanges(changes, changes.Block(named.group, named.node_path), shown, wanted);
       changes.Finish();
       return remove();
     } catch (const Failure& failure) {

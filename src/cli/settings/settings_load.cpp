@@ -23,16 +23,31 @@ Json DumpOf(const SettingsOptions& options) {
   try {
     return Json::parse(*bytes);
   } catch (const Json::exception& error) {
-    RefuseDump(options, std::string("this is no JSON: ") + error.what());
+    std::string what = error.what();
+    for (const std::string_view head : {"] ", "parse error at "}) {
+      if (const std::size_t at = what.find(head); at != what.npos) what.erase(0, at + head.size());
+    }
+    RefuseDump(options, "this is no JSON: " + what);
   }
 }
 
-// A value of JSON as a person would give it on the command line.
-std::string AsGiven(const Json& value) {
-  if (value.is_string()) return value.get<std::string>();
-  if (!value.is_array()) return value.dump();
+std::string PlainAsGiven(const Json& value) {
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+// A value of JSON as a person would give it on the command line. Raises Failure for one of another
+// form than the key has.
+std::string AsGiven(const SettingsEntry& entry, const Json& value) {
+  const bool is_list = sab::formats::ElementOf(entry.Type()) != sab::Type::kNone;
+  const Json elements = value.is_array() && is_list ? value : Json::array({value});
   std::string list;
-  for (const Json& element : value) list += (list.empty() ? "" : ";") + AsGiven(element);
+  for (const Json& element : elements) {
+    if (element.is_structured()) {
+      throw Failure(entry.key + ": a single value" + (is_list ? " or a list of them" : "") +
+                    " is wanted, not " + value.dump() + ". Nothing was changed.");
+    }
+    list += (list.empty() ? "" : ";") + PlainAsGiven(element);
+  }
   return list;
 }
 
@@ -86,7 +101,7 @@ void LoadValue(SettingsChanges& changes, SettingsBlock& block, const std::string
     if (auto text = TextOfFirstCopy(block, entry, dumped))
       return changes.SetText(block, std::move(entry), *std::move(text));
   }
-  changes.Set(block, key, AsGiven(*value));
+  changes.Set(block, key, AsGiven(entry, *value));
 }
 
 void LoadBlock(const SettingsOptions& options, SettingsChanges& changes, const Json& dump) {

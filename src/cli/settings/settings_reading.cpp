@@ -201,22 +201,18 @@ std::vector<SettingsEntry> EntriesOf(SettingsBlock& block, const NamedBlock& nam
   return named.names.empty() ? block.Entries() : entries;
 }
 
-// Says nothing: 1 where a key is missing, 2 where nobody can know.
+// Says nothing: the exit code is 1 where a key is missing.
 void TellWhetherSet(const SettingsOptions& options, const std::vector<NamedBlock>& blocks) {
-  std::shared_ptr<SettingsFile> file;
-  try {
-    file = std::make_shared<SettingsFile>(options.file, SettingsPurpose::kRead);
-  } catch (const Failure& failure) {
-    ReportFailure(failure);
-    throw CLI::RuntimeError(2);
-  }
+  const auto file = std::make_shared<SettingsFile>(options.file, SettingsPurpose::kRead);
+  bool has_all = true;
   for (const NamedBlock& named : blocks) {
     if (named.names.empty()) throw CLI::ValidationError("settings get", "name a KEY for --is-set");
     SettingsBlock block(named.group, file, named.node_path, true);
     for (const std::string& key : named.names) {
-      if (block.EntryNamed(key).copies.empty()) throw CLI::RuntimeError(1);
+      has_all = !block.EntryNamed(key).copies.empty() && has_all;
     }
   }
+  if (!has_all) throw CLI::RuntimeError(1);
 }
 
 }  // namespace
@@ -233,8 +229,8 @@ void GetSettings(const SettingsOptions& options) {
     Json values = Json::object();
     Columns columns;
     for (const SettingsEntry& entry : EntriesOf(block, named, options)) {
-      values[entry.key] = entry.AsJson();
-      columns.Add({entry.key, entry.Shown()});
+      if (entry.HasValue()) values[entry.key] = entry.AsJson();
+      columns.Add({entry.key, entry.HasValue() ? entry.Shown() : "(not there)"});
     }
     if (options.as_json) {
       all.push_back({{"class", named.group.class_name},

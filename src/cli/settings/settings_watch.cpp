@@ -40,6 +40,18 @@ std::vector<WatchedValue> ReadValues(const std::string& name,
   return values;
 }
 
+// The file may get the block later; a misspelt path would be waited for without end.
+void WarnOfMissingBlocks(const std::string& name, const std::vector<NamedBlock>& blocks) {
+  SettingsFile file(name, SettingsPurpose::kRead);
+  for (const NamedBlock& named : blocks) {
+    try {
+      file.Require(named.node_path);
+    } catch (const Failure& failure) {
+      Warn(failure.Explanation() + "\nWaiting until it does.");
+    }
+  }
+}
+
 std::string TimeNow() {
   const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
   std::ostringstream text;
@@ -115,6 +127,7 @@ void WatchSettings(const SettingsOptions& options) {
   WatchedFiles watched;
   watched.Watch({options.file});
   std::vector<WatchedValue> values = ReadValues(options.file, blocks);
+  WarnOfMissingBlocks(options.file, blocks);
   if (ErrorsAreOnTerminal())
     std::cerr << "Watching " << options.file << "; Ctrl+C ends it." << std::endl;
   const ChangePrinter printer(options, blocks.size() > 1);

@@ -17,14 +17,19 @@ Assignment AssignmentOf(const std::string& argument) {
   return {argument.substr(0, sign), argument.substr(sign + 1)};
 }
 
+// Every block needs something that is done to it; a misspelt block would else be passed over.
+void RequireNames(const NamedBlock& named, const char* command, const char* what) {
+  if (!named.names.empty()) return;
+  throw CLI::ValidationError(command, std::string("name a ") + what + " for " + named.Title());
+}
+
 }  // namespace
 
 void SetSettings(const SettingsOptions& options) {
   const std::vector<NamedBlock> blocks = BlocksOf(options);
   for (const NamedBlock& named : blocks) {
     for (const std::string& name : named.names) AssignmentOf(name);
-    if (named.names.empty())
-      throw CLI::ValidationError("settings set", "name a KEY=VALUE for " + named.Title());
+    RequireNames(named, "settings set", "KEY=VALUE");
   }
   SettingsChanges changes(options);
   for (const NamedBlock& named : blocks) {
@@ -38,8 +43,10 @@ void SetSettings(const SettingsOptions& options) {
 }
 
 void UnsetSettings(const SettingsOptions& options) {
+  const std::vector<NamedBlock> blocks = BlocksOf(options);
+  for (const NamedBlock& named : blocks) RequireNames(named, "settings unset", "KEY");
   SettingsChanges changes(options);
-  for (const NamedBlock& named : BlocksOf(options)) {
+  for (const NamedBlock& named : blocks) {
     SettingsBlock& block = changes.Block(named.group, named.node_path);
     for (const std::string& key : named.names) changes.Unset(block, key);
   }
@@ -47,8 +54,15 @@ void UnsetSettings(const SettingsOptions& options) {
 }
 
 void CompactSettings(const SettingsOptions& options) {
+  const std::vector<NamedBlock> blocks = BlocksOf(options);
+  for (const NamedBlock& named : blocks) {
+    if (named.names.empty()) continue;
+    throw CLI::ValidationError(
+        "settings compact", "all keys of a block are compacted; BLOCK is CLASS:NODEPATH, and \"" +
+                                named.names.front() + "\" is not");
+  }
   SettingsChanges changes(options);
-  for (const NamedBlock& named : BlocksOf(options)) {
+  for (const NamedBlock& named : blocks) {
     SettingsBlock& block = changes.Block(named.group, named.node_path);
     for (SettingsEntry& entry : block.Entries()) {
       if (entry.copies.size() < 2) continue;
