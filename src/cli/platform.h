@@ -55,11 +55,20 @@ struct RegistryChange {
 /// where the system offers no such thing.
 RegistryChange TryOnScratchRegistry(const std::function<void()>& change);
 
-/// When a key was changed last, as local time "2026-11-22 02:30"; where the registry is a file, the
-/// whole of it. Empty where the system does not tell.
+/// When a key was changed last, as local time "2026-11-22T02:30:00"; where the registry is a file,
+/// the whole of it. Empty where the system does not tell.
 std::string LastChangeOf(HKEY key);
-/// Which registry is used: a file, or that of the system.
-std::string RegistryName();
+/// The file that is the registry; empty where it is that of the system.
+std::string RegistryFile();
+
+/// A key that holds those of classes.
+struct ClassesKey {
+  HKEY root;
+  std::string path;  ///< with a backslash at its end, or empty
+};
+
+/// Where the system looks for a class: what the first has counts.
+std::vector<ClassesKey> ClassesKeys();
 
 /// The file that is the registry, from the command line.
 void UseRegistryFile(const std::string& path);

@@ -247,10 +247,14 @@ std::string LastChangeOf(HKEY) {
   char text[32];
   std::tm local{};
   localtime_r(&status.st_mtime, &local);
-  return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &local)};
+  return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local)};
 }
 
-std::string RegistryName() { return "the file " + RegistryPath(); }
+std::string RegistryFile() { return RegistryPath(); }
+
+std::vector<ClassesKey> ClassesKeys() {
+  return {{HKEY_CURRENT_USER, "Software\\Classes\\"}, {HKEY_CLASSES_ROOT, ""}};
+}
 
 void UseRegistryFile(const std::string& path) { setenv("SABCOM_REGISTRY", path.c_str(), 1); }
 

@@ -205,13 +205,16 @@ std::string LastChangeOf(HKEY key) {
       !FileTimeToLocalFileTime(&changed, &local) || !FileTimeToSystemTime(&local, &time)) {
     return {};
   }
-  char text[32];
-  return {text, static_cast<std::size_t>(snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d",
-                                                  time.wYear, time.wMonth, time.wDay, time.wHour,
-                                                  time.wMinute))};
+  char text[64];
+  const int size = snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", time.wYear,
+                            time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond);
+  return {text, static_cast<std::size_t>(size)};
 }
 
-std::string RegistryName() { return "that of the system"; }
+std::string RegistryFile() { return {}; }
+
+// The system shows the classes of the user and of the machine as one.
+std::vector<ClassesKey> ClassesKeys() { return {{HKEY_CLASSES_ROOT, ""}}; }
 
 void UseRegistryFile(const std::string&) {
   throw Failure("--registry is for systems whose registry is a file");

@@ -45,6 +45,32 @@ class Registration(unittest.TestCase):
         self.assertRegex(output, "VeAppParser +another library .*SabXmlParser")
         run("unregister", "--server", LIBRARY)
 
+    def test_a_missing_library_is_told_and_unregistered(self):
+        (scratch / "gone").mkdir()
+        gone = Path(shutil.copy(LIBRARY, scratch / "gone"))
+        run("register", "--server", str(gone))
+        gone.unlink()
+        result, output, _ = run("register", "--status", "--json")
+        known = {row["class"]: row for row in json.loads(output)["classes"]}["VeAppParser"]
+        self.assertEqual((1, True, False), (result, known["is_missing"], known["is_this_library"]))
+        self.assertIn("is missing. To unregister it: ", run("register", "--status")[1])
+        self.assertEqual(1, run("register", "--server", known["library"])[0])
+        self.assertEqual((0, known["library"] + " is no longer registered\n"),
+                         run("unregister", "--server", known["library"])[:2])
+        self.assertNotIn("missing", run("register", "--status")[1])
+
+    @native_only
+    def test_status_is_what_a_host_finds(self):
+        option = ["--registry", str(scratch / "both.reg")]
+        other = shutil.copy(LIBRARY, scratch / "alone")
+        for scope, library in ([], LIBRARY), (["--user"], other):
+            run("register", *scope, *option, "--server", library)
+            output = run("register", "--status", "--json", *option, "--server", library)[1]
+            self.assertEqual({library}, {row["library"] for row in json.loads(output)["classes"]} - {None})
+            self.assertEqual(option[1], json.loads(output)["registry"])
+            self.assertIn(f"the server is {library}: it is registered for the classes, in HKEY_",
+                          run("classes", "--verbose", *option)[2])
+
     @native_only
     def test_dry_run_changes_nothing(self):
         registry = scratch / "dry.reg"
@@ -72,7 +98,7 @@ class Registration(unittest.TestCase):
         self.assertEqual(f"{copy} is not registered", first[0])
         self.assertIn(" stays registered", first[1])
         self.assertIn("no longer", run("unregister", "--server", LIBRARY, *option)[1])
-        for command in ["register"], ["register", "--dry-run"], ["unregister"]:
+        for command in ["register"], ["register", "--dry-run"], ["unregister"], ["register", "--status"]:
             result, _, errors = run(*command, "--registry", str(scratch))
             self.assertEqual(1, result)
             self.assertIn(f"{scratch}: cannot ", errors)

@@ -46,7 +46,8 @@ std::vector<ClassDescription> InterfacesOf(Server& server) {
   return DescribeInterfaces(*library.Get());
 }
 
-ClassDescription DescriptionOf(Server& server, const std::string& name) {
+ClassDescription DescriptionOf(Server& server, const std::string& named) {
+  const std::string name = WithBraces(named);
   const std::vector<ClassDescription> classes = ClassesOf(server);
   if (const ClassDescription* const known = Find(classes, name)) return *known;
   const std::vector<ClassDescription> interfaces = InterfacesOf(server);

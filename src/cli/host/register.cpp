@@ -20,23 +20,32 @@
 namespace sabxml::cli {
 namespace {
 
+constexpr char kDryRunHelp[] =
+    "\n"
+    "A dry run needs a registry that is a file, as everywhere but on Windows: the one that "
+    "--registry\n"
+    "or SABCOM_REGISTRY names, else sabcom/registry.reg in $XDG_DATA_HOME or ~/.local/share.\n";
+
 constexpr char kRegisterHelp[] =
     "The library is the one that --server or SABXML_SERVER names, else the one beside this "
     "program.\n"
-    "Unregistering removes what registering this very library wrote and nothing else; another "
-    "copy\n"
-    "stays registered.\n"
     "\n"
     "Examples:\n"
     "  sabxml register --dry-run                 + is what would be added, - what would go\n"
     "  sabxml register --registry /tmp/test.reg  where the registry is a file\n"
     "  sabxml register --user                    without administrator rights\n"
-    "  sabxml register --status                  which library serves each class\n"
-    "  sabxml unregister\n"
+    "  sabxml register --status                  which library serves each class\n";
+
+constexpr char kUnregisterHelp[] =
+    "Removes what registering this very library wrote and nothing else; another copy stays\n"
+    "registered. The library is the one that --server or SABXML_SERVER names, else the one beside\n"
+    "this program. A registered library whose file is missing may be named, too.\n"
     "\n"
-    "A dry run needs a registry that is a file, as everywhere but on Windows: the one that "
-    "--registry\n"
-    "or SABCOM_REGISTRY names, else sabcom/registry.reg in $XDG_DATA_HOME or ~/.local/share.\n";
+    "Examples:\n"
+    "  sabxml unregister\n"
+    "  sabxml unregister --user                  what register --user wrote\n"
+    "  sabxml unregister --dry-run               - is what would go\n"
+    "  sabxml --server /opt/old/server.so unregister\n";
 
 void PrintDifference(std::vector<std::string> before, std::vector<std::string> after,
                      bool as_json) {
@@ -90,14 +99,24 @@ struct RegisteredClass {
   std::string library;  // empty for a class that is not registered
   std::string since;
   bool is_this_one = false;
+  bool is_of_user = false;
 };
 
+std::filesystem::path LibraryFile(const std::string& utf8) {
+  return {std::u8string(utf8.begin(), utf8.end())};
+}
+
 bool IsSameFile(const std::string& a, const std::string& b) {
-  const auto path = [](const std::string& text) {
-    return std::filesystem::path(std::u8string(text.begin(), text.end()));
-  };
   std::error_code error;
-  return a == b || std::filesystem::equivalent(path(a), path(b), error);
+  return a == b || std::filesystem::equivalent(LibraryFile(a), LibraryFile(b), error);
+}
+
+// A name without a folder is looked for by the system.
+bool IsMissing(const std::string& library) {
+  std::error_code error;
+  return LibraryFile(library).is_absolute() &&
+         std::filesystem::status(LibraryFile(library), error).type() ==
+             std::filesystem::file_type::not_found;
 }
 
 std::vector<RegisteredClass> RegisteredClassesOf(Server& server, bool for_user) {
@@ -108,13 +127,11 @@ std::vector<RegisteredClass> RegisteredClassesOf(Server& server, bool for_user) 
     found.name = known.name;
     const std::string& clsid =
         known.registered_identifier.empty() ? known.identifier : known.registered_identifier;
-    const sab::OpenKey entry(
-        for_user ? HKEY_CURRENT_USER : HKEY_CLASSES_ROOT,
-        FromUtf8((for_user ? "Software\\Classes\\CLSID\\" : "CLSID\\") + clsid), KEY_READ);
-    if (!entry) continue;
-    found.library = DefaultTextOf(entry.Get(), "InprocServer32");
-    if (found.library.empty()) continue;
-    found.since = LastChangeOf(entry.Get());
+    const RegisteredLibrary registered = RegisteredLibraryOf(clsid, for_user);
+    if (registered.path.empty()) continue;
+    found.library = registered.path;
+    found.since = registered.since;
+    found.is_of_user = registered.key.starts_with("HKEY_CURRENT_USER");
     found.is_this_one = IsSameFile(found.library, server.LibraryPath());
   }
   return classes;
@@ -137,10 +154,12 @@ int PrintStatus(const Settings& settings, bool for_user, bool as_json) {
       all.push_back({{"class", known.name},
                      {"library", is_registered ? Json(known.library) : Json()},
                      {"since", known.since.empty() ? Json() : Json(known.since)},
-                     {"is_this_library", known.is_this_one}});
+                     {"is_this_library", known.is_this_one},
+                     {"is_missing", IsMissing(known.library)}});
     }
+    const std::string file = RegistryFile();
     PrintJson({{"this_library", server.LibraryPath()},
-               {"registry", RegistryName()},
+               {"registry", file.empty() ? RegistryName() : file},
                {"classes", std::move(all)}});
     return code;
   }
@@ -149,8 +168,10 @@ int PrintStatus(const Settings& settings, bool for_user, bool as_json) {
     if (known.library.empty()) {
       columns.Add({known.name, "not registered"});
     } else {
-      columns.Add({known.name, known.is_this_one ? "this library" : "another library", known.since,
-                   OnOneLine(known.library)});
+      const char* const which = known.is_this_one          ? "this library"
+                                : IsMissing(known.library) ? "missing library"
+                                                           : "another library";
+      columns.Add({known.name, which, known.since, OnOneLine(known.library)});
     }
   }
   columns.Print(std::cout);
@@ -163,6 +184,13 @@ int PrintStatus(const Settings& settings, bool for_user, bool as_json) {
   }
   if (counts[""] > 0) std::cout << "; " << counts[""] << " are not registered";
   std::cout << ".\n";
+  std::set<std::string> told;
+  for (const RegisteredClass& known : classes) {
+    if (!IsMissing(known.library) || !told.insert(known.library).second) continue;
+    const std::string library = OnOneLine(known.library);
+    std::cout << library << " is missing. To unregister it: sabxml --server \"" << library
+              << "\" unregister" << (known.is_of_user ? " --user\n" : "\n");
+  }
   return code;
 }
 
@@ -175,6 +203,31 @@ struct Options {
 
 using Step = void (Server::*)(bool for_user);
 
+// The registered library that is meant, where its file is missing; empty for any other.
+std::string MissingLibrary(const std::set<std::string>& registered, const std::string& named) {
+  std::error_code error;
+  const std::filesystem::path full = std::filesystem::absolute(LibraryFile(named), error);
+  for (const std::string& library : registered) {
+    const bool is_named = library == named || LibraryFile(library) == full;
+    if (is_named && IsMissing(library)) return library;
+  }
+  return {};
+}
+
+// A library that is missing cannot remove its entries. They are those that this program's own one
+// writes, but for its path.
+void UnregisterMissing(const std::string& library, const std::set<std::string>& registered,
+                       bool for_user) {
+  if (registered.size() > 1) {
+    throw Failure(library +
+                  " is missing, and other libraries serve some of the classes: unregister "
+                  "these first");
+  }
+  Server own(OwnServer());
+  own.Register(for_user);
+  own.Unregister(for_user);
+}
+
 void Run(const Settings& settings, Step step, const Options& options) {
   if (options.tells_status) {
     if (options.is_dry)
@@ -184,16 +237,24 @@ void Run(const Settings& settings, Step step, const Options& options) {
     return;
   }
   if (options.as_json && !options.is_dry)
-    throw CLI::ValidationError("register", "--json is for --status and --dry-run");
+    throw step == &Server::Register
+        ? CLI::ValidationError("register", "--json is for --status and --dry-run")
+        : CLI::ValidationError("unregister", "--json is for --dry-run");
   Server server(settings.server);
   Trace("the registry is " + RegistryName());
+  const std::set<std::string> before = RegisteredLibraries(options.for_user);
+  const std::string missing =
+      step == &Server::Unregister ? MissingLibrary(before, server.LibraryPath()) : std::string();
+  const auto take_step = [&] {
+    if (missing.empty()) return (server.*step)(options.for_user);
+    UnregisterMissing(missing, before, options.for_user);
+  };
   if (options.is_dry) {
-    const RegistryChange change = TryOnScratchRegistry([&] { (server.*step)(options.for_user); });
+    const RegistryChange change = TryOnScratchRegistry(take_step);
     PrintDifference(change.before, change.after, options.as_json);
     return;
   }
-  const std::set<std::string> before = RegisteredLibraries(options.for_user);
-  (server.*step)(options.for_user);
+  take_step();
   if (step == &Server::Register) {
     std::cout << server.LibraryPath() << " is registered\n";
     return;
@@ -215,17 +276,19 @@ void AddOne(CLI::App& program, const Settings& settings, const char* name, const
             Step step) {
   auto options = std::make_shared<Options>();
   CLI::App* const command = program.add_subcommand(name, help);
-  command->footer(kRegisterHelp);
+  const bool registers = step == &Server::Register;
+  command->footer(std::string(registers ? kRegisterHelp : kUnregisterHelp) + kDryRunHelp);
   command->add_flag("--dry-run", options->is_dry, "Print what would change and change nothing");
   command->add_flag("--user", options->for_user,
                     "For the current user alone; needs no administrator rights");
-  if (step == &Server::Register) {
+  if (registers) {
     command->add_flag("--status", options->tells_status,
                       "Change nothing: tell which library serves each class, since when, and "
                       "whether it is this one; the exit code is 1 where none is registered or "
                       "another library serves some");
   }
-  command->add_flag("--json", options->as_json, "Print a status or a dry run as JSON");
+  command->add_flag("--json", options->as_json,
+                    registers ? "Print a status or a dry run as JSON" : "Print a dry run as JSON");
   command->callback([&settings, options, step] { Run(settings, step, *options); });
 }
 

@@ -32,6 +32,39 @@ std::string DefaultTextOf(HKEY parent, const std::string& path) {
   return ToUtf8(sab::TextView(text));
 }
 
+RegisteredLibrary RegisteredLibraryOf(const std::string& clsid, bool only_for_user) {
+  std::vector<ClassesKey> keys = {{HKEY_CURRENT_USER, "Software\\Classes\\"}};
+  if (!only_for_user) keys = ClassesKeys();
+  for (const ClassesKey& key : keys) {
+    const std::string path = key.path + "CLSID\\" + clsid;
+    const sab::OpenKey entry(key.root, FromUtf8(path), KEY_READ);
+    if (entry && sab::OpenKey(entry.Get(), FromUtf8("InprocServer32"), KEY_READ)) {
+      const bool is_of_user = key.root == HKEY_CURRENT_USER;
+      return {(is_of_user ? "HKEY_CURRENT_USER\\" : "HKEY_CLASSES_ROOT\\") + path,
+              DefaultTextOf(entry.Get(), "InprocServer32"), LastChangeOf(entry.Get())};
+    }
+    const LSTATUS status = entry.Status();
+    if (status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND)
+      continue;
+    Fail(HRESULT_FROM_WIN32(static_cast<DWORD>(status)), "reading " + RegistryName());
+  }
+  return {};
+}
+
+std::string RegistryName() {
+  const std::string file = RegistryFile();
+  return file.empty() ? "that of the system" : "the file " + file;
+}
+
+std::string WithBraces(const std::string& name) {
+  constexpr std::string_view kForm = "00000000-0000-0000-0000-000000000000";
+  if (name.size() != kForm.size()) return name;
+  for (std::size_t i = 0; i < kForm.size(); ++i) {
+    if ((kForm[i] == '-') != (name[i] == '-')) return name;
+  }
+  return "{" + name + "}";
+}
+
 Server::Server(const std::string& library) : named_library_(library) {
   if (!named_library_.empty()) {
     Trace("the server is " + named_library_ + ": --server names it");
@@ -77,9 +110,8 @@ void Server::TraceChoice(REFCLSID clsid, HRESULT registered) {
   }
   OLECHAR text[40];
   StringFromGUID2(clsid, text, 40);
-  const std::string key = "CLSID\\" + ToUtf8(sab::TextView(text));
-  Trace("the server is " + DefaultTextOf(HKEY_CLASSES_ROOT, key + "\\InprocServer32") +
-        ": it is registered for the classes, in " + key);
+  const RegisteredLibrary library = RegisteredLibraryOf(ToUtf8(sab::TextView(text)));
+  Trace("the server is " + library.path + ": it is registered for the classes, in " + library.key);
 }
 
 ComPtr<IDispatch> Server::CreateClass(REFCLSID clsid) {
@@ -118,6 +150,7 @@ CLSID Server::ClassNamed(const std::string& class_name) {
   const bool is_prog_id = class_name.starts_with(prefix);
   std::string name = is_prog_id ? class_name.substr(prefix.size()) : class_name;
   if (name.ends_with(".1")) name.resize(name.size() - 2);
+  name = WithBraces(name);
   CLSID clsid;
   if (name.starts_with('{') && SUCCEEDED(CLSIDFromString(FromUtf8(name).c_str(), &clsid))) {
     return clsid;

@@ -48,4 +48,22 @@ class Server {
 /// @param path of the key, its parts with backslashes between them
 std::string DefaultTextOf(HKEY parent, const std::string& path);
 
+/// What the registry has of a class.
+struct RegisteredLibrary {
+  std::string key;    ///< of the class, with its root
+  std::string path;   ///< empty for a class that is not registered
+  std::string since;  ///< as LastChangeOf has it
+};
+
+/// The library that the system loads for a class, or the one that is registered for the user alone.
+/// Raises Failure for a registry that cannot be read.
+/// @param clsid in braces
+RegisteredLibrary RegisteredLibraryOf(const std::string& clsid, bool only_for_user = false);
+
+/// Which registry is used, for a message: a file, or that of the system.
+std::string RegistryName();
+
+/// A name with braces around it where it is an identifier without them.
+std::string WithBraces(const std::string& name);
+
 }  // namespace sabxml::cli
