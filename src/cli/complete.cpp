@@ -27,6 +27,14 @@ Candidates GroupsToOffer() {
   return names;
 }
 
+// What begins a further block among the keys of one.
+Candidates BlocksToOffer() {
+  Candidates beginnings;
+  for (const SettingsChoice& group : SettingsChoices())
+    beginnings.push_back(group.class_name + ":");
+  return beginnings;
+}
+
 // The keys of a group; of one that takes any key none.
 Candidates KeysToOffer(const std::string& class_name) {
   Candidates keys;
@@ -62,18 +70,28 @@ Candidates ElementsToOffer() {
   return names;
 }
 
+// With the interfaces, which are described like classes.
 Candidates ClassesToOffer(const Settings& settings) {
   Candidates names;
   Server server(settings.server);
   const ComPtr<ITypeLib> library = server.TypeLibrary();
-  for (const ClassDescription& known : DescribeClasses(*library.Get())) names.push_back(known.name);
+  for (const auto& all : {DescribeClasses(*library.Get()), DescribeInterfaces(*library.Get())}) {
+    for (const ClassDescription& known : all) names.push_back(known.name);
+  }
   return names;
+}
+
+Candidates KeysAndBlocksToOffer(const std::string& class_name) {
+  Candidates candidates = KeysToOffer(class_name);
+  for (std::string& block : BlocksToOffer()) candidates.push_back(std::move(block));
+  return candidates;
 }
 
 Candidates CandidatesFor(const Settings& settings, const std::string& kind,
                          const std::string& subject) {
   if (kind == "group") return GroupsToOffer();
   if (kind == "key") return KeysToOffer(subject);
+  if (kind == "key-or-block") return KeysAndBlocksToOffer(subject);
   if (kind == "node") return NodePathsOf(subject);
   if (kind == "rule") return RulesToOffer();
   if (kind == "kind") return KindsToOffer();
@@ -95,7 +113,7 @@ void AddCompletion(CLI::App& program, const Settings& settings) {
   command->footer("");
   command
       ->add_option("KIND", options->kind,
-                   "What is wanted: class, element, group, key, kind, node or rule")
+                   "What is wanted: class, element, group, key, key-or-block, kind, node or rule")
       ->required();
   command->add_option("OF", options->subject, "The class of the keys, or the file of the nodes");
   command->callback([&settings, options] {

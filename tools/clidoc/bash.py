@@ -14,13 +14,14 @@ _{name}_describe() {{
   esac
 }}
 
-# Candidates of a kind: key@0= are keys of the first argument, each with = after it.
+# Candidates of a kind: key@0= are keys of the first argument, each with = after it. What ends with a
+# colon stays as it is.
 _{name}_offer() {{
   local kind=$1 subject=() suffix=
   case $kind in *[=:]) suffix=${{kind: -1}}; kind=${{kind%?}}; compopt -o nospace 2>/dev/null ;; esac
   case $kind in *@*) subject=("${{arguments[${{kind#*@}}]}}"); kind=${{kind%@*}} ;; esac
   offered=$("${{COMP_WORDS[0]}}" complete "$kind" "${{subject[@]}}" 2>/dev/null |
-    sed "s/\$/$suffix/")
+    sed "s/[^:]\$/&$suffix/")
 }}
 
 _{name}() {{
@@ -73,6 +74,8 @@ _{name}() {{
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
   elif [ -n "$offered" ]; then
     mapfile -t COMPREPLY < <(compgen -W "$offered" -- "$current")
+    # The class of a block goes on with its path.
+    [[ ${{#COMPREPLY[@]}} -eq 1 && ${{COMPREPLY[0]}} == *: ]] && compopt -o nospace 2>/dev/null
   fi
 }}
 complete -F _{name} {name}

@@ -80,7 +80,7 @@ def write(program):
 
 def _offer(command, kind):
     path = _quoted(" ".join(command.path))
-    suffix = f" | string replace -r '$' '{kind.suffix}'" if kind.suffix else ""
+    suffix = f" | string replace -r '([^:])$' '$1{kind.suffix}'" if kind.suffix else ""
     return f"(__{command.name}_offer {path} {kind.name} {kind.of + 1 or ''}{suffix})"
 
 

@@ -67,6 +67,8 @@ class Command:
         if positional.name not in SUBJECTS:
             return KINDS.get(positional.name, NOTHING)
         kind, subject, suffix = SUBJECTS[positional.name]
+        if kind == "key" and self.path[0] == "settings" and "NODEPATH" in names:
+            kind = "key-or-block"
         return Kind(kind, names.index(subject if subject in names else "A"), suffix)
 
     def all(self):

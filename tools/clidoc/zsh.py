@@ -9,7 +9,9 @@ def write(program):
              "# Candidates of a kind, for the argument of a place, with what each ends with.",
              f"_{program.name}_offer() {{",
              f"  local -a words=(${{(f)\"$({program.name} complete $1 $line[$2] 2>/dev/null)\"}})",
-             "  [[ -n $3 ]] && compadd -S '' -- ${^words}$3 || compadd -- $words",
+             "  local -a blocks=(${(M)words:#*:}) others=(${words:#*:})",
+             "  compadd -S '' -- $blocks",
+             "  [[ -n $3 ]] && compadd -S '' -- ${^others}$3 || compadd -- $others",
              "}", ""]
     for command in reversed(list(program.all())):
         lines += _function(program, command) + [""]
