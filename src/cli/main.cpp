@@ -40,6 +40,7 @@ constexpr char kFooter[] =
     "  sabxml describe VeAppParser               the members of a class\n"
     "  sabxml register --dry-run                 what registering would write\n"
     "  sabxml COMMAND --help                     more about one command\n"
+    "  sabxml help COMMAND                       the same\n"
     "\n"
     "A file named - is the standard input.\n"
     "\n"
@@ -97,10 +98,26 @@ void AddSettings(CLI::App& program, Settings& settings) {
                    "Tell on the standard error which server, registry and files are used, and why");
 }
 
+// "help show" is "show --help".
+void TakeHelpAsOption(const CLI::App& program, std::vector<std::string>& arguments) {
+  arguments.erase(arguments.begin() + 1);
+  const CLI::App* command = &program;
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    if (arguments[i].starts_with('-')) continue;
+    try {
+      command = command->get_subcommand(arguments[i]);
+    } catch (const CLI::OptionNotFound&) {
+      throw CLI::ValidationError(UnknownWord(*command, arguments[i]));
+    }
+  }
+  arguments.emplace_back("--help");
+}
+
 // What a command says to the command line is its own business; what it does can fail.
 int RunCommand(CLI::App& program, int argc, char** argv) {
   try {
-    const std::vector<std::string> arguments = Arguments(argc, argv);
+    std::vector<std::string> arguments = Arguments(argc, argv);
+    if (arguments.size() > 1 && arguments[1] == "help") TakeHelpAsOption(program, arguments);
     program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend() - 1));
     return 0;
   } catch (const CLI::RuntimeError& error) {

@@ -1,5 +1,6 @@
 #include "cli/standard_input.h"
 
+#include "cli/host/automation.h"
 #include "cli/platform.h"
 
 namespace sabxml::cli {
@@ -13,6 +14,7 @@ std::string& CopyPath() {
 }  // namespace
 
 std::string PathToRead(const std::string& file) {
+  if (file.empty()) throw Failure("the name of a file is empty");
   if (file != kStandardInput) return file;
   if (CopyPath().empty()) CopyPath() = CopyStandardInput();
   return CopyPath();
