@@ -91,6 +91,7 @@ CASES = [
     (f"get SabXmlParser.VeTxtPaser {SETTINGS} /x", 1, [],
      "the server has no class named SabXmlParser.VeTxtPaser; did you mean VeTxtParser?"),
     (f"get {DISPLAY_FILE} /Settings/display", 1, [], "the node path /Settings/display leads to no"),
+    (f"get {DISPLAY}/", 1, [], "ends with a slash"),
     (f"get VeStandardCfgParser {SETTINGS} /x", 1, [], "VeStandardCfgParser is no class for settings"),
 
     (f"get {DISPLAY} displaybylinewidth IsDisplayByLineWidth", 0,

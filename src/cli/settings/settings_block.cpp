@@ -119,8 +119,7 @@ std::string SettingsEntry::ShownCopy(std::size_t index) const {
 SettingsBlock::SettingsBlock(SettingsChoice group, std::shared_ptr<SettingsFile> file,
                              std::string node_path, bool may_be_created)
     : group_(std::move(group)), file_(std::move(file)), node_path_(std::move(node_path)) {
-  if (node_path_.size() > 1 && node_path_.ends_with('/'))
-    throw Failure("the node path " + node_path_ + " ends with a slash; leave it out");
+  RefuseLastSlash(node_path_);
   if (!may_be_created) file_->Require(node_path_);
   if (group_.table) values_ = group_.table->make_fields();
 }

@@ -130,6 +130,11 @@ void SettingsFile::Save(bool keeps_backup) {
   document_.Save(sab::FromUtf8(name_));
 }
 
+void RefuseLastSlash(const std::string& node_path) {
+  if (node_path.size() > 1 && node_path.ends_with('/'))
+    throw Failure("the node path " + node_path + " ends with a slash; leave it out");
+}
+
 std::vector<std::string> NodePathsOf(const std::string& file) {
   sab::ConfigDocument document;
   document.Load(sab::FromUtf8(file));

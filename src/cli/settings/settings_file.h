@@ -50,6 +50,9 @@ class SettingsFile {
   std::map<std::string, sab::AppendedElement, std::less<>> made_;  // by their paths
 };
 
+/// Raises Failure for a path that ends with a slash.
+void RefuseLastSlash(const std::string& node_path);
+
 /// The node paths of a file that hold values: elements with elements without elements of their own.
 /// Empty for a file that cannot be read.
 std::vector<std::string> NodePathsOf(const std::string& file);

@@ -147,6 +147,7 @@ std::string KeyOfMember(const SettingsChoice& group, const std::string& member) 
 }
 
 void Get(const Settings& settings, const GetOptions& options) {
+  RefuseLastSlash(options.node_path);
   Server server(settings.server);
   const ComPtr<IDispatch> object = server.Create(options.class_name);
   try {
