@@ -19,7 +19,7 @@ TextKind TextKindOf(const Rule& rule) {
     case Type::kGuid:
       return rule.is_any_text ? TextKind::kAny : TextKind::kGuid;
     case Type::kPath:
-      return TextKind::kPath;
+      return rule.is_any_text ? TextKind::kAny : TextKind::kPath;
     case Type::kImage:
       return TextKind::kImage;
     default:

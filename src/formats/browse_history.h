@@ -5,7 +5,10 @@
 namespace sab::formats {
 
 inline constexpr Rule kBrowseEntries[] = {
-    Path("History", "A place that was visited, the oldest first").Each().MatchingWholeName(),
+    Path("History", "A place that was visited, the oldest first")
+        .Each()
+        .MatchingWholeName()
+        .OrAnyText(),
 };
 inline constexpr Rule kBrowseHistory[] = {
     Group("DCHistory", kBrowseEntries, "Places visited in the design centre"),
