@@ -104,6 +104,10 @@ class Authoring(unittest.TestCase):
                                                   for side in ("definitions", "references")])
         self.assertEqual(1, run("find", "NOTHING", APP)[0])
         self.assertIn("ContextRibbonElement (user", run("explain", "RibbonPanel", "UI")[1])
+        for name, place in (("ZoomFactor", "VeDisplayCfgParser"), ("StyleID", "VisualStyle"),
+                            ("TitleBlock", "text template")):
+            self.assertIn(place, run("explain", name)[1])
+        self.assertIn("VeTxtParser", run("explain", "DefChsFont", "settings")[1])
         self.assertIn("did you mean RibbonPanel?", run("explain", "RibonPanel")[2])
         for kind in ("Application", "standards"):
             self.assertIn("xs:documentation", run("schema", kind)[1])

@@ -25,6 +25,9 @@ namespace {
 namespace formats = sab::formats;
 namespace project = sab::project;
 
+// Settings are no kind of document; their keys are explained like elements.
+constexpr std::string_view kSettingsKind = "settings";
+
 const formats::Document& CheckedKind(const std::string& name) {
   if (const formats::Document* const document = project::DocumentNamed(name)) return *document;
   std::vector<std::string> names;
@@ -98,10 +101,40 @@ class Explanations {
   Json all_ = Json::array();
 };
 
+void ExplainRule(const formats::Rule& rule, const std::string& places, std::string_view about,
+                 Explanations& found) {
+  found.Begin(std::string(rule.name), rule.help);
+  found.Add("in", places + " (" + std::string(about) + ")");
+  found.Add("type", formats::WordsFor(rule.type));
+  found.Add("need", project::NeedOf(rule));
+  found.Add("default", DefaultOf(rule));
+  found.Add("counts", project::WhichCounts(rule));
+  std::string content;
+  for (const formats::Rule& inner : rule.Content()) {
+    if (inner.name == formats::kAnyName) continue;
+    content += (content.empty() ? "" : ", ") + std::string(inner.name);
+  }
+  found.Add("holds", content);
+}
+
+// Keys of settings, and what is in those that are structures.
+void ExplainKeys(const std::string& element, std::span<const formats::Rule> keys,
+                 std::string_view place, Explanations& found, std::vector<std::string>& names) {
+  for (const formats::Rule& rule : keys) {
+    names.emplace_back(rule.name);
+    if (rule.name == element) ExplainRule(rule, std::string(place), "settings", found);
+    ExplainKeys(element, rule.Content(), rule.name, found, names);
+  }
+}
+
 void ExplainElement(const std::string& element, const std::string& kind, bool as_json) {
   std::vector<std::string> names;
   Explanations found;
+  const formats::Document& sections = formats::DocumentOfKind(formats::Kind::kTextTemplate);
+  const bool is_settings = kind == kSettingsKind;
+  const bool is_sections = kind == project::ShortNameOf(sections);
   for (const formats::Document* const document : project::DocumentsWithElements()) {
+    if (is_settings || is_sections) break;
     if (!kind.empty() && document != &CheckedKind(kind)) continue;
     const project::Schema& schema = project::Schema::Of(document->kind);
     if (element == document->root) {
@@ -113,22 +146,23 @@ void ExplainElement(const std::string& element, const std::string& kind, bool as
       const formats::Rule& rule = schema.At(id);
       names.emplace_back(rule.name);
       if (rule.name != element) continue;
-      found.Begin(element, rule.help);
-      found.Add("in", project::PlacesOf(schema, schema.HomeOf(id)) + " (" +
-                          std::string(document->about) + ")");
-      found.Add("type", formats::WordsFor(rule.type));
-      found.Add("need", project::NeedOf(rule));
-      found.Add("default", DefaultOf(rule));
-      found.Add("counts", project::WhichCounts(rule));
-      std::string content;
-      for (const std::string_view name : schema.NamesIn(schema.ContentOf(id))) {
-        content += (content.empty() ? "" : ", ") + std::string(name);
-      }
-      found.Add("holds", content);
+      ExplainRule(rule, project::PlacesOf(schema, schema.HomeOf(id)), document->about, found);
     }
   }
+  for (const formats::SettingsGroup* const group : formats::SettingsGroups()) {
+    if (!kind.empty() && !is_settings) break;
+    ExplainKeys(element, group->keys, group->class_name, found, names);
+  }
+  for (const formats::Rule& section : sections.content) {
+    if (!kind.empty() && !is_sections) break;
+    names.emplace_back(section.name);
+    if (section.name != element) continue;
+    found.Begin(element, section.help);
+    found.Add("is", "a section of a " + std::string(sections.about));
+  }
   if (found.IsEmpty()) {
-    throw Misunderstood("there is no element " + element + DidYouMean(element, names));
+    throw Misunderstood("there is no element, key or section " + element +
+                        DidYouMean(element, names));
   }
   found.Print(as_json);
 }
@@ -220,11 +254,14 @@ void AddReferenceCommands(CLI::App& program) {
 
   CLI::App* const explain =
       program.add_subcommand("explain", "Tell what an element of a document means");
-  explain->add_option("ELEMENT", options->name, "Name of an element, as files spell it")
+  explain
+      ->add_option("ELEMENT", options->name,
+                   "Name of an element, of a key of settings or of a section of a text template, "
+                   "as files spell it")
       ->required();
   explain->add_option("KIND", options->kind,
                       "Kind of document: application, template, module, environment, commands, "
-                      "user-interface, standards, browse-history");
+                      "user-interface, standards, browse-history, settings, text-template");
   explain->add_flag("--json", options->as_json, "Print JSON");
   explain->footer("Example:\n  sabxml explain RibbonButton user-interface\n");
   explain->callback([options] {
