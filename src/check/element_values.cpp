@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "check/elements.h"
+#include "check/markup.h"
 #include "check/text_rules.h"
 #include "project/path_finder.h"
 
@@ -14,9 +15,6 @@ using project::Placement;
 using project::RuleId;
 using xml::kNoNode;
 using xml::NodeIndex;
-using xml::NodeType;
-
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 }  // namespace
 
@@ -53,7 +51,7 @@ void Elements::CheckValue(NodeIndex node, RuleId id, Frame& parent,
   if (facts.text == TextKind::kAny) return;
   const std::string_view text = file_.TextOf(node);
   // What is wrong with a text that was damaged is said once.
-  if (text.find(kReplacement) != text.npos || HasElementInText(node)) return;
+  if (text.find(kReplacementCharacter) != text.npos || HasElementInText(node)) return;
   if (facts.text == TextKind::kPath || facts.text == TextKind::kImage) {
     if (facts.text == TextKind::kPath || project::IsAbsolute(text)) CheckPath(node, text);
     const bool is_document = rule.role == formats::Role::kLeadsTo;
@@ -141,21 +139,9 @@ void Elements::CheckPath(NodeIndex node, std::string_view text) {
 void Elements::CheckReplacementCharacters() {
   const std::string_view text = xml_.TextBytes();
   const bool has_reference = text.find("&#") != text.npos;
-  if (!has_reference && text.find(kReplacement) == text.npos) return;
+  if (!has_reference && text.find(kReplacementCharacter) == text.npos) return;
   for (NodeIndex node = 1; node < xml_.NodeCount(); ++node) {
-    const xml::Node& at = xml_.At(node);
-    const bool has_text = at.type == NodeType::kText || at.type == NodeType::kCData ||
-                          (at.type == NodeType::kElement && xml_.HasOnlyText(node));
-    if (!has_text) continue;
-    const std::string_view content = text.substr(at.start, at.end - at.start);
-    std::size_t found = content.find(kReplacement);
-    for (const char* const reference : {"&#xFFFD;", "&#xfffd;", "&#65533;"}) {
-      found = std::min(found, content.find(reference));
-    }
-    if (found == content.npos) continue;
-    const std::size_t from = at.start + found;
-    Add(Mistake::kReplacementCharacter, {from, from + kReplacement.size()},
-        {"the character U+FFFD stands for one that was lost: write it again"});
+    CheckReplacementCharacter(reporter_, index_, node);
   }
 }
 

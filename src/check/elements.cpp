@@ -4,6 +4,7 @@
 #include <bit>
 #include <utility>
 
+#include "check/markup.h"
 #include "project/rule_words.h"
 #include "text/ascii.h"
 
@@ -57,7 +58,7 @@ void Elements::Check(std::vector<Resource>& resources) {
         {"the document element is in a namespace, in which the server does not look for it: "
          "remove its prefix or xmlns"});
   }
-  CheckAttributes(root);
+  CheckAttributes(reporter_, index_, root);
   Open(root, schema_.RootContent(), project::kNoRule);
   const NodeIndex count = xml_.NodeCount();
   for (NodeIndex node = root + 1; node < count; ++node) {
@@ -85,7 +86,7 @@ void Elements::CheckElement(NodeIndex node, std::vector<Resource>& resources) {
     CheckStrange(node, placement, parent);
     if (placement >= Placement::kUnknown) return;
   }
-  if (!xml_.HasOnlyText(node)) CheckAttributes(node);
+  if (!xml_.HasOnlyText(node)) CheckAttributes(reporter_, index_, node);
   const RuleId rule = file_.RuleIdOf(node);
   const RuleFacts& facts = facts_.OfRule(rule);
   if (placement != Placement::kMisplaced) {
@@ -182,25 +183,6 @@ void Elements::CheckRepetition(NodeIndex node, RuleId rule, Frame& parent) {
   const NodeIndex first = FirstOf(xml_.ParentOf(node), rule);
   if (first != kNoNode && first != node) words.related.push_back(AlsoAt(first, "the first one"));
   Add(mistake, file_.TagSpan(node), std::move(words));
-}
-
-void Elements::CheckAttributes(NodeIndex node) {
-  const std::string_view text = xml_.TextBytes();
-  std::size_t at = xml_.At(node).start + std::size_t{1} + xml_.At(node).name_length;
-  for (;;) {
-    while (xml::Has(text[at], xml::kSpace)) ++at;
-    if (text[at] == '>' || text[at] == '/') return;
-    const std::size_t name = at;
-    while (!xml::Has(text[at], xml::kSpace) && text[at] != '=') ++at;
-    const std::string_view found = text.substr(name, at - name);
-    at = text.find_first_of("\"'", at);
-    at = text.find(text[at], at + 1) + 1;
-    // Those with a prefix, xml:space and xsi:schemaLocation among them, are not for the server.
-    if (found == "xmlns" || found.find(':') != found.npos) continue;
-    Add(Mistake::kUnexpectedAttribute, {name, name + found.size()},
-        {"the attribute " + std::string(found) + " of " + Tag(xml_.LocalNameOf(node)) +
-         " is never read: values are texts of elements"});
-  }
 }
 
 // A text or a comment.

@@ -63,7 +63,6 @@ class Elements {
   void CheckEmpty(xml::NodeIndex node, const formats::Rule& rule, const RuleFacts& facts,
                   Frame& parent);
   void CheckPath(xml::NodeIndex node, std::string_view text);
-  void CheckAttributes(xml::NodeIndex node);
   void CheckOther(xml::NodeIndex node);
   void CheckStray(xml::NodeIndex parent, project::Span span);
   void CheckEachNode(xml::NodeIndex node);
