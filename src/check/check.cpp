@@ -72,15 +72,14 @@ Findings Check(const project::Project& project, const Choices& choices,
     const project::File& file = project.At(index);
     if (file.GetKind() == Kind::kTextTemplate && !file.Failure()) {
       CheckTextTemplate(reporter, index);
-    } else if (file.GetKind() == Kind::kSettings && file.HasElements()) {
-      for (std::string& failure : CheckSettings(reporter, index, choices.settings)) {
-        failures.push_back(std::move(failure));
-      }
     } else if (file.HasSchema()) {
       checks.Check(index);
     }
   }
   checks.Finish();
+  for (std::string& failure : CheckSettings(reporter, choices.settings)) {
+    failures.push_back(std::move(failure));
+  }
   CheckLinks(reporter);
   Names names(reporter, choices.host_ids);
   names.CheckDefinitions();

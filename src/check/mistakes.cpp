@@ -148,7 +148,8 @@ constexpr RuleText kRules[] = {
      "A number of the settings does not fit its property", "The message names the range."},
     {Mistake::kSettingsBadList, "settings-bad-list", "settings", kError,
      "A list of the settings is not written as one",
-     "A list has a semicolon after each element and no empty element."},
+     "Semicolons separate the elements, none of which is empty. One after the last may be left "
+     "out."},
     {Mistake::kSettingsBadStructure, "settings-bad-structure", "settings", kError,
      "A key of the settings has not the elements that it should have",
      "Values have no elements, and structures only those of their own."},

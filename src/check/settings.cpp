@@ -4,11 +4,10 @@
 #include <map>
 #include <set>
 
+#include "check/markup.h"
 #include "check/text_rules.h"
 #include "text/ascii.h"
 #include "text/distance.h"
-#include "xml/error.h"
-#include "xml/path.h"
 
 namespace sab::check {
 namespace {
@@ -46,7 +45,7 @@ class Block {
                  const std::set<NodeIndex>& other_blocks) {
     std::map<const Rule*, NodeIndex> first;
     for (const NodeIndex node : nodes) {
-      CheckStray(node);
+      CheckContainer(node, group.keys);
       for (const NodeIndex child : Children(xml_, node)) {
         if (other_blocks.contains(child)) continue;
         const Rule* const rule = RuleNamed(group.keys, xml_.NameOf(child));
@@ -68,10 +67,11 @@ class Block {
   void CheckAnyKeys(const std::vector<NodeIndex>& nodes, const std::set<NodeIndex>& other_blocks) {
     std::map<std::string_view, NodeIndex> first;
     for (const NodeIndex node : nodes) {
-      CheckStray(node);
+      CheckContainer(node, {});
       for (const NodeIndex child : Children(xml_, node)) {
         if (other_blocks.contains(child) || !Children(xml_, child).empty()) continue;
-        IsCopy(child, first.try_emplace(xml_.NameOf(child), child).first->second);
+        if (IsCopy(child, first.try_emplace(xml_.NameOf(child), child).first->second)) continue;
+        CheckValueMarkup(child);
       }
     }
   }
@@ -112,8 +112,10 @@ class Block {
 
   void CheckKey(NodeIndex node, const Rule& rule) {
     if (rule.content_size > 0) return CheckStructure(node, rule);
+    CheckValueMarkup(node);
     if (HasElements(node, rule)) return;
     const std::string_view text = file_.TextOf(node);
+    if (text.find(kReplacementCharacter) != text.npos) return;
     const project::Span span = file_.ValueSpan(node);
     if (ElementOf(rule.type) != Type::kNone) return CheckList(rule, text, span);
     if (IsText(rule.type)) return;
@@ -161,9 +163,34 @@ class Block {
       }
       if (wrong.empty()) continue;
       Add(Mistake::kSettingsBadList, span,
-          {Tag(rule.name) + ": " + wrong + "; a list has a semicolon after each element"});
+          {Tag(rule.name) + ": " + wrong + "; semicolons separate the elements of a list"});
       return;
     }
+  }
+
+  void CheckValueMarkup(NodeIndex node) {
+    if (xml_.HasOnlyText(node)) return CheckReplacementCharacter(reporter_, index_, node);
+    CheckAttributes(reporter_, index_, node);
+    for (NodeIndex child = xml_.FirstChild(node); child != kNoNode;
+         child = xml_.NextSibling(child)) {
+      CheckReplacementCharacter(reporter_, index_, child);
+    }
+  }
+
+  // @param node of a block or a structure; kNoNode for the document
+  // @return names of elements in it that are in a namespace
+  std::set<std::string_view> CheckContainer(NodeIndex node, std::span<const Rule> rules) {
+    CheckStray(node);
+    if (node != kNoNode) CheckAttributes(reporter_, index_, node);
+    std::set<std::string_view> foreign;
+    for (NodeIndex child = xml_.FirstChildElement(node); child != kNoNode;
+         child = xml_.NextElement(child)) {
+      const std::string_view name = xml_.LocalNameOf(child);
+      if (!xml_.IsInNamespace(child) || !RuleNamed(rules, name)) continue;
+      ReportForeign(reporter_, index_, child);
+      foreign.insert(name);
+    }
+    return foreign;
   }
 
   void CheckStray(NodeIndex node) {
@@ -186,7 +213,7 @@ class Block {
           {Tag(rule.name) + " has elements and no text"});
       return;
     }
-    CheckStray(node);
+    const std::set<std::string_view> foreign = CheckContainer(node, rule.Content());
     std::map<const Rule*, NodeIndex> first;
     for (const NodeIndex child : Children(xml_, node)) {
       const Rule* const inner = RuleNamed(rule.Content(), xml_.NameOf(child));
@@ -210,7 +237,7 @@ class Block {
     }
     for (const Rule& part : rule.Content()) {
       const bool is_needed = part.is_expected || part.need == formats::Need::kCompletesItem;
-      if (!is_needed || first.contains(&part)) continue;
+      if (!is_needed || first.contains(&part) || foreign.contains(part.name)) continue;
       Add(Mistake::kSettingsBadStructure, file_.TagSpan(node),
           {Tag(rule.name) + " has no " + Tag(part.name) + ": it is of no use without"});
     }
@@ -218,8 +245,10 @@ class Block {
 
   void CheckPart(NodeIndex node, const Rule& rule) {
     if (rule.content_size > 0) return CheckStructure(node, rule);
+    CheckValueMarkup(node);
     if (HasElements(node, rule)) return;
     const std::string_view text = file_.TextOf(node);
+    if (text.find(kReplacementCharacter) != text.npos) return;
     const bool is_needed = rule.is_expected || rule.need == formats::Need::kCompletesItem;
     if (text.empty() && is_needed) {
       Add(Mistake::kSettingsBadStructure, file_.TagSpan(node),
@@ -235,39 +264,6 @@ class Block {
   const File& file_;
   const xml::Document& xml_;
 };
-
-// A block that is not there: at the element that may be meant, or at the last that its path finds.
-void ReportNoBlock(Reporter& reporter, project::FileIndex index, const SettingsChoice& choice) {
-  const File& file = reporter.GetProject().At(index);
-  const xml::Document& xml = file.Xml();
-  NodeIndex found = kNoNode;
-  Words words{"the path " + choice.node_path + " of " + choice.class_name +
-              " leads to no element: its values are not read"};
-  std::string_view rest = choice.node_path;
-  while (!rest.empty()) {
-    if (rest.front() == '/') rest.remove_prefix(1);
-    const std::string_view step = rest.substr(0, rest.find('/'));
-    rest.remove_prefix(step.size());
-    NodeIndex next = kNoNode;
-    NodeIndex near = kNoNode;
-    for (NodeIndex child = xml.FirstChildElement(found); child != kNoNode;
-         child = xml.NextElement(child)) {
-      if (next == kNoNode && xml.NameOf(child) == step) next = child;
-      const bool is_near = !text::FindNearest(xml.NameOf(child), {step}).word.empty();
-      if (near == kNoNode && is_near) near = child;
-    }
-    if (next == kNoNode) {
-      if (near != kNoNode) {
-        found = near;
-        words.suggestion = Tag(step);
-      }
-      break;
-    }
-    found = next;
-  }
-  reporter.Add(Mistake::kSettingsBadStructure, index,
-               file.TagSpan(found == kNoNode ? xml.Root() : found), std::move(words));
-}
 
 }  // namespace
 
@@ -293,32 +289,21 @@ std::string_view NearestSettingsGroup(std::string_view class_name) {
   return text::FindNearest(class_name, names).word;
 }
 
-std::vector<std::string> CheckSettings(Reporter& reporter, project::FileIndex index,
+std::vector<std::string> CheckSettings(Reporter& reporter,
                                        const std::vector<SettingsChoice>& choices) {
-  const File& file = reporter.GetProject().At(index);
-  xml::Paths paths(file.Xml());
   std::vector<std::string> failures;
-  std::vector<std::vector<NodeIndex>> blocks;
-  std::set<NodeIndex> all;
-  for (const SettingsChoice& choice : choices) {
-    std::vector<NodeIndex>& nodes = blocks.emplace_back();
-    try {
-      nodes = choice.node_path.empty() ? std::vector<NodeIndex>{kNoNode}
-                                       : paths.SelectAll(choice.node_path);
-    } catch (const xml::Error& error) {
-      failures.push_back(file.Path() + ": the node path " + choice.node_path + ": " + error.what());
-      continue;
-    }
-    if (nodes.empty()) ReportNoBlock(reporter, index, choice);
-    all.insert(nodes.begin(), nodes.end());
-  }
-  Block block(reporter, index);
-  for (std::size_t i = 0; i < choices.size(); ++i) {
-    const formats::SettingsGroup* const group = SettingsGroupNamed(choices[i].class_name);
-    if (group) {
-      block.CheckKeys(blocks[i], *group, all);
-    } else {
-      block.CheckAnyKeys(blocks[i], all);
+  const std::vector<SettingsBlocks> files =
+      FindSettingsBlocks(reporter.GetProject(), choices, failures);
+  if (failures.empty()) ReportMissingBlocks(reporter, files, choices);
+  for (const SettingsBlocks& file : files) {
+    Block block(reporter, file.file);
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+      const formats::SettingsGroup* const group = SettingsGroupNamed(choices[i].class_name);
+      if (group) {
+        block.CheckKeys(file.by_choice[i], *group, file.all);
+      } else {
+        block.CheckAnyKeys(file.by_choice[i], file.all);
+      }
     }
   }
   return failures;

@@ -26,11 +26,10 @@ void Application::ReadOptions() {
   }
 }
 
-// A file of no known kind holds settings where blocks of them are named.
 Kind Application::KindOfRoot() {
   if (choices_.settings.empty()) return Kind::kNone;
-  const auto file = files_.Get(root_, Kind::kNone, project::Reading::kTolerant);
-  return file->HasElements() && file->KindOfRoot() == Kind::kNone ? Kind::kSettings : Kind::kNone;
+  return KindToRead(*files_.Get(root_, Kind::kNone, project::Reading::kTolerant),
+                    choices_.settings);
 }
 
 const Project& Application::Tolerant() { return Current(tolerant_); }

@@ -33,7 +33,7 @@ constexpr char kTypes[] =
     "| int or INT_MAX | the same; `INT_MAX` means 2147483647 |\n"
     "| unsigned | 32 bits, written as if there were a sign: 0xFF000000 is -16777216 |\n"
     "| float, double | six decimals |\n"
-    "| list of … | a semicolon after each element |\n"
+    "| list of … | semicolons between the elements; a save writes one after the last as well |\n"
     "| structure | elements of its own |\n";
 
 void PrintGroup(const SettingsGroup& group, std::string& out) {

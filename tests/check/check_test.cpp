@@ -210,6 +210,67 @@ TEST(CheckTest, EveryMisspeltNameIsFound) {
   }
 }
 
+// Files that are named on their own, and blocks of settings that may be in any of them.
+TEST(CheckTest, BlocksOfSettingsAreLookedForInAllFiles) {
+  struct Case {
+    std::vector<SettingsChoice> settings;
+    std::vector<std::string> texts;  // of 0.xml, 1.xml and so on
+    std::string found;  // rule, file, column, what is suggested, ! where that is certain
+  };
+  const SettingsChoice kDisplay{"VeDisplayCfgParser", "/S/Display"};
+  const SettingsChoice kText{"VeTxtParser", "/S/Text"};
+  const std::string kWhole = "<S><Display/><Text/></S>";
+  const Case kCases[] = {
+      {{kDisplay, kText},
+       {"<Cmds><Identify>C</Identify></Cmds>"},
+       "wrong-document-element 0:1 <Cmd>!"},
+      {{{"VeTxtParser", "/Cmds/Text"}}, {"<Cmds><Text/></Cmds>"}, ""},
+      {{kDisplay, kText}, {"<S><Text/></S>", "<S><Display/></S>"}, ""},
+      {{kDisplay, kText}, {"<S/>", kWhole}, ""},
+      {{kDisplay, kText},
+       {"<S><Text/></S>", "<S><Text/><Displai/></S>"},
+       "settings-bad-structure 1:11 <Display>"},
+      {{{"VeTxtParser", "/Prefs/Text"}, {"VeDisplayCfgParser", "/Prefs/Display"}},
+       {"<Pref><Text/><Display/></Pref>"},
+       "wrong-document-element 0:1 <Prefs>!"},
+      {{kDisplay, kText}, {kWhole, "<Other/>"}, "wrong-document-element 1:1 "},
+      {{kDisplay, {"VeTxtParser", "/S/Displai"}},
+       {"<S><Display/></S>"},
+       "settings-bad-structure 0:1 "},
+      {{{"VeDisplayCfgParser", "/S/Screens"}, {"VeTxtParser", "/S/Screen/Text"}},
+       {"<S><Screen><Text/></Screen></S>"},
+       "settings-bad-structure 0:4 /S/Screen"},
+      {{kDisplay},
+       {"<S><Displai/></S>", "<S><Displai/></S>"},
+       "settings-bad-structure 0:4 /S/Displai"},
+      {{},
+       {"<BrowseFileHistorys><DCHistory><History>C:\\bench</History></DCHistory>"
+        "</BrowseFileHistorys>"},
+       ""},
+  };
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(row.texts.back());
+    project::Source source;
+    project::Project project(source);
+    for (std::size_t i = 0; i < row.texts.size(); ++i) {
+      const std::string name = std::to_string(i) + ".xml";
+      source.Open(name, row.texts[i]);
+      project.Read(name,
+                   KindToRead(project::File(name, formats::Kind::kNone, source), row.settings));
+    }
+    Choices choices;
+    choices.settings = row.settings;
+    std::vector<std::string> failures;
+    std::string found;
+    for (const Finding& finding : Check(project, choices, failures).list) {
+      found += (found.empty() ? "" : "; ") + std::string(RuleFor(finding.mistake).id) + " " +
+               std::to_string(finding.file) + ":" + std::to_string(finding.where.start.column) +
+               " " + finding.suggestion + (finding.fix ? "!" : "");
+    }
+    EXPECT_EQ(row.found, found);
+  }
+}
+
 }  // namespace
 // Short lines, and one that is longer than any block of them, with characters of each length.
 TEST(LinesTest, PlacesAreThoseOfWalkingThroughTheText) {

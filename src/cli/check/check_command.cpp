@@ -49,20 +49,14 @@ sab::project::Source SourceWithInput(const CheckOptions& options) {
   return source;
 }
 
-// A file of no known kind holds settings where blocks of them are named.
-sab::formats::Kind KindOfFile(const std::string& file, const sab::project::Source& source,
-                              const check::Choices& choices) {
-  if (choices.settings.empty()) return sab::formats::Kind::kNone;
-  const sab::project::File probe(file, sab::formats::Kind::kNone, source);
-  return probe.HasElements() && probe.KindOfRoot() == sab::formats::Kind::kNone
-             ? sab::formats::Kind::kSettings
-             : sab::formats::Kind::kNone;
-}
-
 void ReadDocuments(sab::project::Project& project, const CheckOptions& options,
                    const sab::project::Source& source, const check::Choices& choices) {
   for (const std::string& file : options.files) {
-    const sab::project::FileIndex index = project.Read(file, KindOfFile(file, source, choices));
+    auto kind = sab::formats::Kind::kNone;
+    if (!choices.settings.empty()) {
+      kind = KindToRead(sab::project::File(file, kind, source), choices.settings);
+    }
+    const sab::project::FileIndex index = project.Read(file, kind);
     const auto& failure = project.At(index).Failure();
     if (failure && failure->reason == sab::project::ReadFailure::Reason::kUnreadable) {
       throw Misunderstood(file + ": " + failure->message);
