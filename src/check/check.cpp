@@ -77,7 +77,8 @@ Findings Check(const project::Project& project, const Choices& choices,
     }
   }
   checks.Finish();
-  for (std::string& failure : CheckSettings(reporter, choices.settings)) {
+  for (std::string& failure :
+       CheckSettings(reporter, choices.settings, choices.has_all_settings_files)) {
     failures.push_back(std::move(failure));
   }
   CheckLinks(reporter);

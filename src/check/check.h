@@ -16,6 +16,8 @@ struct Choices {
   std::map<Mistake, Severity> severities;  ///< kNone for a rule that is not to be looked at
   HostIds host_ids;
   std::vector<SettingsChoice> settings;  ///< blocks of the settings files
+  /// Whether a block is missing that no file of the project has; else it may be in another file.
+  bool has_all_settings_files = true;
 };
 
 /// What was found in single files, so that of a project that is checked again only those are looked

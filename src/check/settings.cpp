@@ -290,11 +290,11 @@ std::string_view NearestSettingsGroup(std::string_view class_name) {
 }
 
 std::vector<std::string> CheckSettings(Reporter& reporter,
-                                       const std::vector<SettingsChoice>& choices) {
+                                       const std::vector<SettingsChoice>& choices, bool are_all) {
   std::vector<std::string> failures;
   const std::vector<SettingsBlocks> files =
       FindSettingsBlocks(reporter.GetProject(), choices, failures);
-  if (failures.empty()) ReportMissingBlocks(reporter, files, choices);
+  if (failures.empty()) ReportMissingBlocks(reporter, files, choices, are_all);
   for (const SettingsBlocks& file : files) {
     Block block(reporter, file.file);
     for (std::size_t i = 0; i < choices.size(); ++i) {

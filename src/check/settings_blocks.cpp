@@ -98,8 +98,9 @@ PathEnd EndOf(const xml::Document& xml, const std::set<NodeIndex>& blocks, std::
 class MissingBlocks {
  public:
   MissingBlocks(Reporter& reporter, std::span<const SettingsBlocks> files,
-                const std::vector<SettingsChoice>& choices)
-      : reporter_(reporter),
+                const std::vector<SettingsChoice>& choices, bool are_all)
+      : are_all_(are_all),
+        reporter_(reporter),
         files_(files),
         choices_(choices),
         first_steps_(FirstStepsOf(choices)) {}
@@ -179,6 +180,7 @@ class MissingBlocks {
       if (foreign_.emplace(best->file, place).second) ReportForeign(reporter_, best->file, place);
       return;
     }
+    if (end.near == kNoNode && !are_all_) return;
     const auto [known, is_new] = missing_.try_emplace({best->file, {place, end.step}});
     Missing& missing = known->second;
     if (!is_new) {
@@ -209,6 +211,7 @@ class MissingBlocks {
     });
   }
 
+  const bool are_all_;
   Reporter& reporter_;
   const std::span<const SettingsBlocks> files_;
   const std::vector<SettingsChoice>& choices_;
@@ -259,8 +262,8 @@ std::vector<SettingsBlocks> FindSettingsBlocks(const project::Project& project,
 }
 
 void ReportMissingBlocks(Reporter& reporter, std::span<const SettingsBlocks> files,
-                         const std::vector<SettingsChoice>& choices) {
-  MissingBlocks(reporter, files, choices).Report();
+                         const std::vector<SettingsChoice>& choices, bool are_all) {
+  MissingBlocks(reporter, files, choices, are_all).Report();
 }
 
 }  // namespace sab::check

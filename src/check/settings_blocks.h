@@ -35,7 +35,9 @@ std::vector<SettingsBlocks> FindSettingsBlocks(const project::Project& project,
 
 /// Reports document elements to which no path leads, and blocks that no file has.
 /// @param choices which are all understood
+/// @param are_all whether no other file can have a block; if one can, only an element that seems to
+///                be meant is reported
 void ReportMissingBlocks(Reporter& reporter, std::span<const SettingsBlocks> files,
-                         const std::vector<SettingsChoice>& choices);
+                         const std::vector<SettingsChoice>& choices, bool are_all);
 
 }  // namespace sab::check

@@ -21,6 +21,7 @@ void Application::ReadOptions() {
     const std::string file = check::OptionFileFor(root_);
     if (!file.empty()) AddOptionFile(options, file);
     choices_ = ChoicesOf(options);
+    choices_.has_all_settings_files = false;  // an editor looks at one
   } catch (const check::OptionError& error) {
     option_failure_ = error.what();
   }

@@ -216,6 +216,7 @@ TEST(CheckTest, BlocksOfSettingsAreLookedForInAllFiles) {
     std::vector<SettingsChoice> settings;
     std::vector<std::string> texts;  // of 0.xml, 1.xml and so on
     std::string found;  // rule, file, column, what is suggested, ! where that is certain
+    bool are_all = true;
   };
   const SettingsChoice kDisplay{"VeDisplayCfgParser", "/S/Display"};
   const SettingsChoice kText{"VeTxtParser", "/S/Text"};
@@ -227,6 +228,8 @@ TEST(CheckTest, BlocksOfSettingsAreLookedForInAllFiles) {
       {{{"VeTxtParser", "/Cmds/Text"}}, {"<Cmds><Text/></Cmds>"}, ""},
       {{kDisplay, kText}, {"<S><Text/></S>", "<S><Display/></S>"}, ""},
       {{kDisplay, kText}, {"<S/>", kWhole}, ""},
+      {{kDisplay, kText}, {"<S><Text/></S>"}, "settings-bad-structure 0:1 "},
+      {{kDisplay, kText}, {"<S><Text/></S>"}, "", false},
       {{kDisplay, kText},
        {"<S><Text/></S>", "<S><Text/><Displai/></S>"},
        "settings-bad-structure 1:11 <Display>"},
@@ -260,6 +263,7 @@ TEST(CheckTest, BlocksOfSettingsAreLookedForInAllFiles) {
     }
     Choices choices;
     choices.settings = row.settings;
+    choices.has_all_settings_files = row.are_all;
     std::vector<std::string> failures;
     std::string found;
     for (const Finding& finding : Check(project, choices, failures).list) {
