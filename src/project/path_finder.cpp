@@ -35,6 +35,13 @@ bool HasOnlyNames(std::string_view path) {
 
 }  // namespace
 
+std::string FullPathOf(const std::string& path) {
+  if (path.starts_with('/') && HasOnlyNames(path) && PathOf(path).is_absolute()) return path;
+  std::error_code error;
+  const std::filesystem::path full = std::filesystem::absolute(PathOf(path), error);
+  return TextOf((error ? PathOf(path) : full).lexically_normal());
+}
+
 const PathFinder::Listing& PathFinder::ListingOf(const std::string& folder) {
   const auto [place, is_new] = listings_.try_emplace(folder);
   if (!is_new) return place->second;

@@ -16,6 +16,10 @@ std::string TextOf(const std::filesystem::path& path);
 /// drive.
 bool IsAbsolute(std::string_view path);
 
+/// A path from its root on, without "." and "..", by which two spellings are the same file.
+/// Symbolic links are not followed.
+std::string FullPathOf(const std::string& path);
+
 /// Finds the files that descriptors name. Their paths are relative to the file that names them, and
 /// were written on a system that takes backslashes and does not mind letter case.
 class PathFinder {

@@ -26,14 +26,18 @@ Project::Project(const Source& source, ReadFile read) : source_(source), read_(s
 FileIndex Project::Read(const std::string& path, Kind kind) { return ReadOnce(path, kind); }
 
 FileIndex Project::ReadOnce(const std::string& path, Kind kind) {
-  const std::string normal = project::TextOf(PathOf(path).lexically_normal());
-  const auto known = known_.find({kind, normal});
-  if (known != known_.end()) return known->second;
+  const std::string full = FullPathOf(path);
+  for (auto known = known_.lower_bound({full, Kind::kNone});
+       known != known_.end() && known->first.first == full; ++known) {
+    // A file that is to be recognised is known as whatever it was read as.
+    const bool is_recognised = kind == Kind::kNone && !files_[known->second]->IsOfOtherKind();
+    if (known->first.second == kind || is_recognised) return known->second;
+  }
   const FileIndex index = files_.size();
   const File& file = *files_.emplace_back(read_(path, kind));
   children_.emplace_back();
-  known_[{kind, normal}] = index;
-  known_.try_emplace({file.GetKind(), normal}, index);
+  known_[{full, kind}] = index;
+  known_.try_emplace({full, file.GetKind()}, index);
   for (const Identifier& identifier : file.Identifiers()) {
     const formats::Rule& rule = file.GetSchema().At(identifier.rule);
     if (rule.role != Role::kLeadsTo || identifier.text.empty()) continue;
@@ -52,11 +56,9 @@ FileIndex Project::ReadOnce(const std::string& path, Kind kind) {
 }
 
 FileIndex Project::Find(const std::string& path) const {
-  const std::string normal = project::TextOf(PathOf(path).lexically_normal());
-  for (const auto& [key, index] : known_) {
-    if (key.second == normal) return index;
-  }
-  return kNoFile;
+  const std::string full = FullPathOf(path);
+  const auto known = known_.lower_bound({full, Kind::kNone});
+  return known != known_.end() && known->first.first == full ? known->second : kNoFile;
 }
 
 bool Project::Replace(FileIndex index, std::shared_ptr<const File> other) {

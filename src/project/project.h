@@ -52,7 +52,7 @@ class Project {
   Project& operator=(const Project&) = delete;
 
   /// Reads a document and all that it leads to, each once, in the order in which a host reads them.
-  /// @param path as the file is to be named
+  /// @param path as the file is to be named, unless it is in the project under another spelling
   /// @param kind kNone to recognise it
   FileIndex Read(const std::string& path, formats::Kind kind = formats::Kind::kNone);
 
@@ -96,8 +96,8 @@ class Project {
   ReadFile read_;
   std::vector<std::shared_ptr<const File>> files_;
   std::deque<Link> links_;
-  std::vector<std::vector<FileIndex>> children_;  // of files; each once
-  std::map<std::pair<formats::Kind, std::string>, FileIndex> known_;
+  std::vector<std::vector<FileIndex>> children_;                      // of files; each once
+  std::map<std::pair<std::string, formats::Kind>, FileIndex> known_;  // by full path
 };
 
 }  // namespace sab::project

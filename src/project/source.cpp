@@ -9,22 +9,17 @@
 #include "xml/document.h"
 
 namespace sab::project {
-namespace {
-
-std::string Normal(const std::string& path) { return TextOf(PathOf(path).lexically_normal()); }
-
-}  // namespace
 
 void Source::Open(const std::string& path, std::string bytes) {
-  open_[Normal(path)] = std::move(bytes);
+  open_[FullPathOf(path)] = std::move(bytes);
 }
 
-void Source::Close(const std::string& path) { open_.erase(Normal(path)); }
+void Source::Close(const std::string& path) { open_.erase(FullPathOf(path)); }
 
-bool Source::IsOpen(const std::string& path) const { return open_.contains(Normal(path)); }
+bool Source::IsOpen(const std::string& path) const { return open_.contains(FullPathOf(path)); }
 
 std::optional<std::string> Source::Read(const std::string& path, std::string& reason) const {
-  const auto open = open_.empty() ? open_.end() : open_.find(Normal(path));
+  const auto open = open_.empty() ? open_.end() : open_.find(FullPathOf(path));
   if (open != open_.end()) return open->second;
   std::error_code error;
   if (std::filesystem::is_directory(PathOf(path), error)) {

@@ -11,7 +11,7 @@ namespace sab::project {
 class Source {
  public:
   /// Takes a text instead of a file, which need not exist.
-  /// @param path with slashes, absolute or as all other paths of the project begin
+  /// @param path with slashes
   void Open(const std::string& path, std::string bytes);
   void Close(const std::string& path);
 
@@ -21,7 +21,7 @@ class Source {
   bool IsOpen(const std::string& path) const;
 
  private:
-  std::map<std::string, std::string> open_;  // by path without "." and ".."
+  std::map<std::string, std::string> open_;  // by full path
 };
 
 }  // namespace sab::project
