@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "text/ascii.h"
+#include "text/distance.h"
 
 namespace sab::check {
 namespace {
@@ -23,13 +24,25 @@ std::optional<Subject> SubjectNamed(std::string_view word) {
   return std::nullopt;
 }
 
+std::vector<std::string> NamesOfKinds() {
+  std::vector<std::string> names;
+  for (auto i = static_cast<int>(Subject::kApplication); i <= static_cast<int>(Subject::kStandard);
+       ++i) {
+    names.emplace_back(formats::NameOf(static_cast<Subject>(i)));
+  }
+  return names;
+}
+
 }  // namespace
 
-void HostIds::Add(std::string_view lines) {
+std::string HostIds::Add(std::string_view lines) {
+  std::string failure;
+  unsigned number = 0;
   if (lines.starts_with("\xEF\xBB\xBF")) lines.remove_prefix(3);
   while (!lines.empty()) {
     std::string_view line = lines.substr(0, lines.find('\n'));
     lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+    ++number;
     line = line.substr(0, line.find('#'));
     std::vector<std::string_view> words;
     for (std::size_t at = 0; (at = line.find_first_not_of(" \t\r:=,;", at)) != line.npos;) {
@@ -38,18 +51,22 @@ void HostIds::Add(std::string_view lines) {
       at = end;
     }
     if (words.empty()) continue;
-    Subject subject = Subject::kNone;
-    std::string_view id = words.front();
-    if (words.size() > 1) {
-      if (const auto kind = SubjectNamed(words.front())) {
-        subject = *kind;
-        id = words[1];
-      } else if (const auto last = SubjectNamed(words[1])) {
-        subject = *last;
-      }
+    if (words.size() == 1) {
+      ids_[Subject::kNone].emplace(words[0]);
+      continue;
     }
-    ids_[subject].emplace(id);
+    const auto kind = SubjectNamed(words[0]);
+    const auto kind_after = SubjectNamed(words[1]);
+    if (words.size() == 2 && (kind || kind_after)) {
+      ids_[kind ? *kind : *kind_after].emplace(kind ? words[1] : words[0]);
+    } else if (failure.empty()) {
+      failure = std::to_string(number) + ": " +
+                (kind || kind_after ? "an identifier and a kind are two words"
+                                    : "there is no kind " + std::string(words[0]) +
+                                          text::DidYouMean(words[0], NamesOfKinds()));
+    }
   }
+  return failure;
 }
 
 bool HostIds::Has(Subject subject, std::string_view id) const {

@@ -14,8 +14,10 @@ namespace sab::check {
 class HostIds {
  public:
   /// Takes the lines of a file: an identifier each, before or after it the kind that it is of
-  /// ("command WK_HELP", "WK_HELP"); what follows # is a comment.
-  void Add(std::string_view lines);
+  /// ("command WK_HELP", "WK_HELP"); what follows # is a comment. A line of one word is an
+  /// identifier, even if it is the name of a kind.
+  /// @return what is not understood, "LINE: why"; empty for nothing. The other lines are taken
+  std::string Add(std::string_view lines);
 
   bool Has(formats::Subject subject, std::string_view id) const;
   /// Those that may be of a kind; valid as long as nothing is added.

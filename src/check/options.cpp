@@ -35,15 +35,17 @@ SettingsChoice SettingsOf(const std::string& text) {
                     (nearest.empty() ? "" : "; did you mean " + std::string(nearest) + "?"));
 }
 
-void AddOptionLine(Options& options, std::string line, const std::filesystem::path& folder) {
+void AddOptionLine(Options& options, std::string line, const std::filesystem::path& folder,
+                   const std::string& place) {
   line.erase(0, line.find_first_not_of("- \t"));
+  line.erase(line.find_last_not_of(" \t\r") + 1);
   const std::size_t end = line.find_first_of(" \t=");
   const std::string name = line.substr(0, end);
   std::string value = end == line.npos ? "" : line.substr(end);
   value.erase(0, std::min(value.find_first_not_of(" \t="), value.size()));
-  value.erase(value.find_last_not_of(" \t\r") + 1);
   if (value.empty()) throw OptionError(name + " has no value");
   const std::string path = TextOf((folder / PathOf(value)).lexically_normal());
+  options.places[value] = options.places[path] = place;
   if (name == "disable") {
     options.disabled.push_back(value);
   } else if (name == "severity") {
@@ -61,6 +63,16 @@ void AddOptionLine(Options& options, std::string line, const std::filesystem::pa
         "there is no option " + name +
         DidYouMean(name, {"disable", "severity", "host-ids", "settings", "fail-on", "baseline"}));
   }
+}
+
+void AddSeverity(Choices& choices, const std::string& text) {
+  const std::size_t equals = text.find('=');
+  const auto severity = equals == text.npos ? std::nullopt : SeverityNamed(text.substr(equals + 1));
+  if (!severity) {
+    throw OptionError("--severity " + text +
+                      ": write RULE=LEVEL with error, warning, info or none");
+  }
+  choices.severities[CheckedRule(text.substr(0, equals)).mistake] = *severity;
 }
 
 }  // namespace
@@ -95,35 +107,39 @@ void AddOptionFile(Options& options, const std::string& path) {
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t end = std::min(text.find('\n', at), text.size());
     const std::string line = text.substr(at, end - at);
+    const std::string place = path + ":" + std::to_string(++number);
     at = end + 1;
-    ++number;
     const std::size_t first = line.find_first_not_of(" \t\r");
     if (first == line.npos || line[first] == '#') continue;
     try {
-      AddOptionLine(options, line.substr(first), PathOf(path).parent_path());
+      AddOptionLine(options, line.substr(first), PathOf(path).parent_path(), place);
     } catch (const OptionError& error) {
-      throw OptionError(path + ":" + std::to_string(number) + ": " + error.what());
+      throw OptionError(place + ": " + error.what());
     }
   }
 }
 
 Choices ChoicesOf(const Options& options) {
   Choices choices;
-  for (const std::string& rule : options.disabled) {
-    choices.severities[CheckedRule(rule).mistake] = Severity::kNone;
-  }
-  for (const std::string& text : options.severities) {
-    const std::size_t equals = text.find('=');
-    const auto severity =
-        equals == text.npos ? std::nullopt : SeverityNamed(text.substr(equals + 1));
-    if (!severity) {
-      throw OptionError("--severity " + text +
-                        ": write RULE=LEVEL with error, warning, info or none");
+  const auto add = [&options](const std::vector<std::string>& values, const auto& add_one) {
+    for (const std::string& value : values) {
+      WithPlace(options, value, [&] { add_one(value); });
     }
-    choices.severities[CheckedRule(text.substr(0, equals)).mistake] = *severity;
+  };
+  add(options.disabled, [&choices](const std::string& rule) {
+    choices.severities[CheckedRule(rule).mistake] = Severity::kNone;
+  });
+  add(options.severities, [&choices](const std::string& text) { AddSeverity(choices, text); });
+  for (const std::string& file : options.host_ids) {
+    const std::string lines = WithPlace(options, file, [&] { return BytesOfOptionFile(file); });
+    const std::string failure = choices.host_ids.Add(lines);
+    if (!failure.empty()) throw OptionError(file + ":" + failure);
   }
-  for (const std::string& file : options.host_ids) choices.host_ids.Add(BytesOfOptionFile(file));
-  for (const std::string& text : options.settings) choices.settings.push_back(SettingsOf(text));
+  add(options.settings, [&](const std::string& text) {
+    choices.settings.push_back(SettingsOf(text));
+    const auto place = options.places.find(text);
+    if (place != options.places.end()) choices.settings.back().place = place->second;
+  });
   return choices;
 }
 

@@ -252,8 +252,8 @@ std::vector<SettingsBlocks> FindSettingsBlocks(const project::Project& project,
         nodes = choice.node_path.empty() ? std::vector<NodeIndex>{kNoNode}
                                          : paths.SelectAll(choice.node_path);
       } catch (const xml::Error& error) {
-        failures.push_back(file.Path() + ": the node path " + choice.node_path + ": " +
-                           error.what());
+        const std::string& place = choice.place.empty() ? file.Path() : choice.place;
+        failures.push_back(place + ": the node path " + choice.node_path + ": " + error.what());
       }
       blocks.all.insert(nodes.begin(), nodes.end());
     }

@@ -13,6 +13,7 @@ namespace sab::check {
 struct SettingsChoice {
   std::string class_name;
   std::string node_path;
+  std::string place = {};  ///< "FILE:LINE" of the option, where it is that of a file
 };
 
 /// What a file that is named on its own is to be read as where blocks of settings are named: as

@@ -3,7 +3,6 @@
 #include <set>
 #include <utility>
 
-#include "cli/standard_input.h"
 #include "cli/trace.h"
 
 namespace sabxml::cli {
@@ -12,7 +11,6 @@ void AddConfiguredOptions(CheckOptions& options) {
   std::set<std::string> known;
   const std::string fail_on = std::exchange(options.fail_on, "");
   for (const std::string& file : options.files) {
-    if (file == kStandardInput) continue;
     const std::string configuration = sab::check::OptionFileFor(file);
     if (configuration.empty() || !known.insert(configuration).second) continue;
     Trace("opens " + configuration + ": options for " + file);
@@ -20,9 +18,12 @@ void AddConfiguredOptions(CheckOptions& options) {
   }
   if (!fail_on.empty()) options.fail_on = fail_on;
   if (options.fail_on.empty()) options.fail_on = "error";
-  if (options.fail_on != "error" && options.fail_on != "warning" && options.fail_on != "never") {
+  WithPlace(options, options.fail_on, [&options] {
+    if (options.fail_on == "error" || options.fail_on == "warning" || options.fail_on == "never") {
+      return;
+    }
     throw Misunderstood("--fail-on takes error, warning or never, not " + options.fail_on);
-  }
+  });
 }
 
 }  // namespace sabxml::cli
