@@ -25,9 +25,9 @@ std::string About(Kind kind) {
   return project::WithArticle(formats::DocumentOfKind(kind).about) + " file";
 }
 
-// The path as on disk with the separators of the document.
-std::string InStyleOf(std::string_view written, const std::string& found, const File& file) {
-  const std::filesystem::path folder = project::PathOf(file.Path()).parent_path();
+// The path as on disk, relative to a folder, with the separators of the document.
+std::string InStyleOf(std::string_view written, const std::string& found,
+                      const std::filesystem::path& folder) {
   std::string path = project::TextOf(project::PathOf(found).lexically_relative(folder));
   if (path.empty()) return {};
   if (written.find('\\') != written.npos) std::ranges::replace(path, '/', '\\');
@@ -36,17 +36,18 @@ std::string InStyleOf(std::string_view written, const std::string& found, const 
 }
 
 void ReportCase(Reporter& reporter, FileIndex index, NodeIndex node, std::string_view written,
-                const std::string& found) {
+                const std::string& found, const std::filesystem::path& folder) {
   const File& file = reporter.GetProject().At(index);
   Words words{"the path " + Quoted(written) + " is not written as the file on disk, " + found};
-  words.suggestion = InStyleOf(written, found, file);
+  words.paths = {found};
+  words.suggestion = InStyleOf(written, found, folder);
   if (!words.suggestion.empty()) words.fix = Fix{node, {}, words.suggestion};
   reporter.Add(Mistake::kFileNameCase, index, file.ValueSpan(node), std::move(words));
 }
 
-// A file of the folder that the path may mean.
-std::string NearFile(const std::string& path) {
-  const std::filesystem::path wanted = project::PathOf(path);
+// The path to a file of the same folder that a path may mean, as the document would have it.
+std::string NearPath(const Link& link, const std::filesystem::path& file_folder) {
+  const std::filesystem::path wanted = project::PathOf(link.found.path);
   std::error_code unreadable;
   std::vector<std::string> names;
   const std::filesystem::path folder = wanted.parent_path();
@@ -57,7 +58,11 @@ std::string NearFile(const std::string& path) {
   }
   std::ranges::sort(names);
   const std::string name = project::TextOf(wanted.filename());
-  return std::string(text::FindNearest(name, {names.begin(), names.end()}).word);
+  const std::string_view nearest = text::FindNearest(name, {names.begin(), names.end()}).word;
+  if (nearest.empty()) return {};
+  const std::string on_disk = InStyleOf(link.path.text, link.found.path, file_folder);
+  const std::string_view path = on_disk.empty() ? link.path.text : std::string_view(on_disk);
+  return std::string(path.substr(0, path.find_last_of("/\\") + 1)) + std::string(nearest);
 }
 
 NodeIndex SectionOf(const xml::Document& xml, NodeIndex node) {
@@ -123,13 +128,15 @@ void CheckLinks(Reporter& reporter) {
     const File& file = project.At(link.from);
     const NodeIndex node = link.path.node;
     const project::Span span = file.ValueSpan(node);
+    const std::filesystem::path folder = project::PathOf(file.Path()).parent_path();
     const bool is_absolute = project::IsAbsolute(link.path.text);
     if (link.to == kNoFile) {
       if (is_absolute || link.path.text.find("://") != link.path.text.npos) {
         continue;  // which is reported as such
       }
       Words words{"there is no file " + link.found.path};
-      words.suggestion = NearFile(link.found.path);
+      words.paths = {link.found.path};
+      words.suggestion = NearPath(link, folder);
       reporter.Add(Mistake::kFileNotFound, link.from, span, std::move(words));
       continue;
     }
@@ -137,6 +144,7 @@ void CheckLinks(Reporter& reporter) {
         known.try_emplace({link.from, SectionOf(file.Xml(), node), link.to}, &link);
     if (!is_new) {
       Words words{"the file " + link.found.path + " is named twice"};
+      words.paths = {link.found.path};
       words.related.push_back(
           {reporter.At(link.from, file.ValueSpan(first->second->path.node)), "the first time"});
       reporter.Add(Mistake::kSameFileTwice, link.from, span, std::move(words));
@@ -146,17 +154,18 @@ void CheckLinks(Reporter& reporter) {
     const bool is_unreadable =
         target.Failure() && target.Failure()->reason == project::ReadFailure::Reason::kUnreadable;
     if (is_unreadable) {
-      reporter.Add(
-          Mistake::kFileNotFound, link.from, span,
-          {"the file " + link.found.path + " cannot be read: " + target.Failure()->message});
+      Words words{"the file " + link.found.path + " cannot be read: " + target.Failure()->message};
+      words.paths = {link.found.path};
+      reporter.Add(Mistake::kFileNotFound, link.from, span, std::move(words));
     } else if (target.IsOfOtherKind()) {
       Words words{link.found.path + " is " + About(target.KindOfRoot()) + ", and " +
                   About(link.kind) + " is expected"};
+      words.paths = {link.found.path};
       words.related.push_back(
           {reporter.At(link.to, target.TagSpan(target.Xml().Root())), "its document element"});
       reporter.Add(Mistake::kWrongDocumentElement, link.from, span, std::move(words));
     } else if (link.found.differs_in_case && !is_absolute) {
-      ReportCase(reporter, link.from, node, link.path.text, link.found.path);
+      ReportCase(reporter, link.from, node, link.path.text, link.found.path, folder);
     }
   }
 }
@@ -205,16 +214,25 @@ void CheckResources(Reporter& reporter, FileIndex index, project::PathFinder& fi
     if (!folder.text.empty() && !folder.is_folder) continue;
     if (!told.emplace(folder.text, text).second) continue;
     const std::string wanted(text);
-    project::PathFinder::Found found = finder.Find(file.Path(), wanted);
+    std::string named_by = file.Path();
+    project::PathFinder::Found found = finder.Find(named_by, wanted);
     if (!folder.text.empty()) {
-      const project::PathFinder::Found in_folder = finder.Find(folder.path + "/x", wanted);
-      if (in_folder.exists || !found.exists) found = in_folder;
+      const std::string in_folder = folder.path + "/x";
+      const project::PathFinder::Found other = finder.Find(in_folder, wanted);
+      if (other.exists || !found.exists) {
+        found = other;
+        named_by = in_folder;
+      }
     }
     if (found.exists) {
-      if (found.differs_in_case) ReportCase(reporter, index, resource.node, text, found.path);
+      if (found.differs_in_case) {
+        ReportCase(reporter, index, resource.node, text, found.path,
+                   project::PathOf(named_by).parent_path());
+      }
       continue;
     }
     Words words{"there is no file " + found.path};
+    words.paths = {found.path};
     const project::Span span = file.ValueSpan(resource.node);
     if (!is_picture) {
       reporter.Add(Mistake::kResourceNotFound, index, span, std::move(words));

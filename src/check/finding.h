@@ -27,6 +27,7 @@ struct Fix {
   xml::NodeIndex element = xml::kNoNode;
   std::string name;  ///< of the element instead of its own; empty to change its text
   std::string text;  ///< of the element instead of its own
+  std::vector<xml::NodeIndex> others = {};  ///< further elements whose text is to be the same
 };
 
 /// One mistake.
@@ -38,8 +39,9 @@ struct Finding {
   std::string suggestion;  ///< what to write instead, "<RibbonBar>"; empty where none is near
   std::vector<Related> related;
   std::optional<Fix> fix;
-  project::FileIndex file = 0;  ///< in the project
-  std::size_t offset = 0;       ///< of the place in the file
+  std::vector<std::string> paths;  ///< of files that the message names
+  project::FileIndex file = 0;     ///< in the project
+  std::size_t offset = 0;          ///< of the place in the file
 };
 
 /// What is wrong with a project.

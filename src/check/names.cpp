@@ -252,9 +252,13 @@ void Names::CheckCommands(FileIndex index, const References& references) {
       }
       if (lacking.empty() || host_ids_.Has(Subject::kCommand, reference.text)) continue;
       if (!told.insert(reference.text).second) continue;
-      reporter_.Add(
-          Mistake::kCommandNotInEnvironment, index, file.ValueSpan(reference.node),
-          {"the command " + Quoted(reference.text) + " is not among those of " + ListOf(lacking)});
+      Words words{"the command " + Quoted(reference.text) + " is not among those of " +
+                  ListOf(lacking)};
+      for (const FileIndex environment : lacking) {
+        words.paths.push_back(project_.At(environment).Path());
+      }
+      reporter_.Add(Mistake::kCommandNotInEnvironment, index, file.ValueSpan(reference.node),
+                    std::move(words));
       continue;
     }
     if (!host_ids_.Has(Subject::kCommand, reference.text)) undefined.Add(at);
@@ -301,8 +305,13 @@ void Names::ReportUndefined(FileIndex index, const References& uses, Subject sub
   if (!known.has_plain_names) {
     known.has_plain_names = true;
     for (std::uint32_t i = 0; i < known.definitions.size(); ++i) {
-      known.by_plain_name.emplace(PlainName(known.definitions[i].identifier.text), i);
-      if (known.names.size() < kMost) known.names.push_back(known.definitions[i].identifier.text);
+      const std::string_view text = known.definitions[i].identifier.text;
+      const auto [name, is_new] =
+          known.by_plain_name.emplace(PlainName(text), Index::NearName{i, true});
+      if (!is_new && known.definitions[name->second.definition].identifier.text != text) {
+        name->second.is_only = false;
+      }
+      if (known.names.size() < kMost) known.names.push_back(text);
     }
     for (const std::string_view id : host_ids_.Known(subject)) {
       known.of_host.emplace(PlainName(id), id);
@@ -312,11 +321,17 @@ void Names::ReportUndefined(FileIndex index, const References& uses, Subject sub
   Words words;
   const auto near = known.by_plain_name.find(PlainName(reference.text));
   if (near != known.by_plain_name.end()) {
-    const Occurrence& definition = known.definitions[near->second];
+    const Occurrence& definition = known.definitions[near->second.definition];
     words.message = what + Quoted(reference.text) + " is defined as " +
                     Quoted(definition.identifier.text) + ": every letter counts";
     words.suggestion = definition.identifier.text;
     words.related.push_back(PlaceOf(definition, "the definition"));
+    if (near->second.is_only && !known.of_host.contains(near->first) &&
+        EqualsIgnoringAsciiCase(reference.text, definition.identifier.text)) {
+      words.fix = Fix{reference.node, {}, words.suggestion};
+      for (const Identifier* const use : std::span(uses).subspan(1))
+        words.fix->others.push_back(use->node);
+    }
     reporter_.Add(Mistake::kNearMissId, index, span, std::move(words));
     return;
   }

@@ -49,7 +49,11 @@ class Names {
     std::vector<project::Occurrence> definitions;
     // Made when a name is not found.
     bool has_plain_names = false;
-    std::map<std::string, std::uint32_t> by_plain_name;
+    struct NearName {
+      std::uint32_t definition;
+      bool is_only;  // no other spelling has the same plain name
+    };
+    std::map<std::string, NearName> by_plain_name;
     std::map<std::string, std::string_view> of_host;  // likewise
     std::vector<std::string_view> names;              // to suggest, each once or more
 

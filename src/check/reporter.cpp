@@ -20,7 +20,7 @@ void Reporter::Add(Mistake mistake, Severity severity, project::FileIndex file, 
                    Words words) {
   findings_.list.push_back({mistake, severity, At(file, span), std::move(words.message),
                             std::move(words.suggestion), std::move(words.related),
-                            std::move(words.fix), file, span.from});
+                            std::move(words.fix), std::move(words.paths), file, span.from});
 }
 
 void Reporter::AddAt(Mistake mistake, project::FileIndex file, xml::Place place, Words words) {
@@ -32,6 +32,7 @@ void Reporter::AddAt(Mistake mistake, project::FileIndex file, xml::Place place,
                             std::move(words.suggestion),
                             std::move(words.related),
                             std::move(words.fix),
+                            std::move(words.paths),
                             file,
                             0});
 }

@@ -19,6 +19,7 @@ struct Words {
   std::string suggestion = {};
   std::vector<Related> related = {};
   std::optional<Fix> fix = std::nullopt;
+  std::vector<std::string> paths = {};
 };
 
 /// Collects findings while a project is looked at, with their lines and columns.

@@ -32,9 +32,13 @@ Action Renaming(const Finding& finding, const File& file, NodeIndex element,
   return action;
 }
 
-Action Rewriting(const Finding& finding, const File& file, NodeIndex element,
+Action Rewriting(const Finding& finding, const File& file, const std::vector<NodeIndex>& elements,
                  const std::string& text) {
-  return {"Change to " + text, finding.file, {{file.ValueSpan(element), Escaped(text)}}};
+  Action action{"Change to " + text, finding.file, {}};
+  for (const NodeIndex element : elements) {
+    action.edits.push_back({file.ValueSpan(element), Escaped(text)});
+  }
+  return action;
 }
 
 // What is certain, or else what may be meant.
@@ -42,8 +46,13 @@ void AddChanges(const Finding& finding, const File& file, NodeIndex element,
                 std::vector<Action>& actions) {
   if (finding.fix) {
     const check::Fix& fix = *finding.fix;
-    actions.push_back(fix.name.empty() ? Rewriting(finding, file, fix.element, fix.text)
-                                       : Renaming(finding, file, fix.element, fix.name));
+    if (fix.name.empty()) {
+      std::vector<NodeIndex> elements{fix.element};
+      elements.insert(elements.end(), fix.others.begin(), fix.others.end());
+      actions.push_back(Rewriting(finding, file, elements, fix.text));
+    } else {
+      actions.push_back(Renaming(finding, file, fix.element, fix.name));
+    }
     actions.back().is_certain = true;
     return;
   }
@@ -57,13 +66,7 @@ void AddChanges(const Finding& finding, const File& file, NodeIndex element,
           Renaming(finding, file, element, suggestion.substr(1, suggestion.size() - 2)));
     }
   } else if (finding.offset == file.ValueSpan(element).from && file.HasText(element)) {
-    std::string text = suggestion;
-    if (finding.mistake == Mistake::kFileNotFound) {
-      const std::string_view path = file.TextOf(element);
-      const std::size_t end = path.find_last_of("/\\");
-      text.insert(0, path.substr(0, end == path.npos ? 0 : end + 1));
-    }
-    actions.push_back(Rewriting(finding, file, element, text));
+    actions.push_back(Rewriting(finding, file, {element}, suggestion));
   }
 }
 

@@ -25,6 +25,16 @@ class Authoring(unittest.TestCase):
     def test_the_sample_is_clean(self):
         self.assertEqual(0, run("check", APP, "--fail-on", "warning")[0])
 
+    def test_a_file_has_many_spellings(self):
+        copy = scratch / "a/workshop"
+        shutil.copytree(scratch / "samples/workshop", copy, dirs_exist_ok=True)
+        (copy / "application.xml").write_bytes((copy / "application.xml").read_bytes().replace(
+            b">templates", b">..\\workshop\\templates", 1))
+        app = "a/workshop/application.xml"
+        for other in (copy / "application.xml", "a/../" + app, "a/workshop/templates/part.xml",
+                      "a/workshop/commands/../commands/file.xml"):
+            self.assertIn("\n18 files: 0 errors", run("check", app, str(other))[1], other)
+
     def test_json(self):
         code, found = self.check()
         self.assertEqual((1, 1, 2, 0),
@@ -67,9 +77,50 @@ class Authoring(unittest.TestCase):
                                           .replace(b"</Identify>", b"</Identify><Other/>"))
         self.assertEqual(1, len(self.check("--baseline", "a/old")[1]["findings"]))
         for arguments in (["a/none.xml"], ["a/c.xml", "--host-ids", "no"], [], ["a/c.xml", "--dry-run"],
+                          ["a/c.xml", "--json", "--format", "sarif"],
                           ["a/c.xml", "--severity", "bad-flag"], ["--explain", "bad"],
                           ["a/c.xml", "--settings", "VeTxtParser"]):
             self.assertEqual(2, run("check", *arguments)[0], arguments)
+
+    def test_options_name_their_place(self):
+        for text, message in (
+                ("disable unknown-elements\n", "1: there is no rule unknown-elements"),
+                ("# ours\r\nsettings\r\n", "2: settings has no value"),
+                ("\nseverity bad-flag=loud", "2: --severity bad-flag=loud: write"),
+                ("settings VeTxtPaser:/S", "1: there is no settings group VeTxtPaser"),
+                ("disable bad-guid\nhost-ids no.ids", "2: a/no.ids: "),
+                ("fail-on pigs", "1: --fail-on takes"), ("baseline no.txt", "1: a/no.txt: ")):
+            (scratch / "a/.sabxml-check").write_bytes(text.encode())
+            code, _, err = run("check", "a/c.xml")
+            self.assertEqual(2, code, text)
+            self.assertIn("a/.sabxml-check:" + message, err)
+        (scratch / "a/.sabxml-check").write_text("host-ids host.ids")
+        for line, message in (("menuz X", "2: there is no kind menuz; did you mean menu?"),
+                              ("command X Y", "2: an identifier and a kind are two words"),
+                              ("X Y", "2: there is no kind X"), ("command", ""), ("X menus", "")):
+            (scratch / "a/host.ids").write_text("OTHER # comment\n" + line)
+            self.assertIn(message and "a/host.ids:" + message, run("check", "a/c.xml")[2])
+            self.assertEqual(2 if message else 1, run("check", "a/c.xml")[0], line)
+        (scratch / "a/.sabxml-check").unlink()
+        (scratch / ".sabxml-check").write_text("disable nothing")
+        self.assertIn(" .sabxml-check:1: ", run("check", "-")[2])
+        (scratch / ".sabxml-check").unlink()
+
+    def test_a_baseline_is_the_same_from_every_folder(self):
+        (scratch / "a/b").mkdir()
+        (scratch / "a/b/d.xml").write_text(
+            "<Application><Templates><Template><Path>missing.xml</Path>"
+            "</Template></Templates></Application>")
+        spellings = ("a/b/d.xml", "a/../a/b/d.xml", str(scratch / "a/b/d.xml"))
+        for file in spellings:
+            self.assertEqual(0, run("check", file, "--baseline", "a/old", "--write-baseline")[0])
+            self.assertIn("b/d.xml: there is no file b/missing.xml [", (scratch / "a/old").read_text())
+            for other in spellings:
+                self.assertEqual(0, run("check", other, "--baseline", str(scratch / "a/old"))[0])
+        (scratch / "a/older").write_text("\n".join(  # as printed
+            line.split(": ", 1)[0].split(":")[0] + ": " + line.split(": ", 2)[2]
+            for line in run("check", "a/b/d.xml")[1].splitlines()[:-1]))
+        self.assertEqual(0, run("check", "a/b/d.xml", "--baseline", "a/older")[0])
 
     def test_fix(self):
         before = (scratch / "a/c.xml").read_bytes()
@@ -79,6 +130,17 @@ class Authoring(unittest.TestCase):
         self.assertEqual(0, run("check", "a/c.xml", "--fix")[0])
         self.assertEqual(before.replace(b"Comands", b"Commands").replace(b"group>", b"Group>"),
                          (scratch / "a/c.xml").read_bytes())
+        self.assertIn(", 0 places fixed", run("check", "a/c.xml", "--fix")[1])
+
+    def test_letter_case_is_fixed(self):
+        app, ui = "a/case/application.xml", scratch / "a/case/ui/drawing.xml"
+        shutil.copytree(scratch / "samples/workshop", scratch / "a/case")
+        right = ui.read_bytes()
+        ui.write_bytes(right.replace(b"WK_LINE<", b"wk_line<").replace(b"button32", b"Button32"))
+        self.assertIn(", 5 places fixed", run("check", app, "--fix")[1])
+        self.assertEqual(right, ui.read_bytes())
+        (scratch / app).write_bytes((scratch / app).read_bytes().replace(b"part.xml", b"parts.xml"))
+        self.assertIn("did you mean templates\\part.xml? [file-not-found]", run("check", app)[1])
 
     @unittest.skipUnless(shutil.which("xmllint"), "xmllint is not installed")
     def test_schemas(self):
@@ -103,6 +165,7 @@ class Authoring(unittest.TestCase):
         self.assertEqual([["panel"], ["panel"]], [[use["kind"] for use in found[side]]
                                                   for side in ("definitions", "references")])
         self.assertEqual(1, run("find", "NOTHING", APP)[0])
+        self.assertIn("; did you mean PANEL_DRAW?", run("find", "panel_draw", APP)[2])
         self.assertIn("ContextRibbonElement (user", run("explain", "RibbonPanel", "UI")[1])
         for name, place in (("ZoomFactor", "VeDisplayCfgParser"), ("StyleID", "VisualStyle"),
                             ("TitleBlock", "text template")):

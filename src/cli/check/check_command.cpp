@@ -25,8 +25,8 @@ constexpr char kCheckHelp[] =
     "\n"
     "A file .sabxml-check beside the first file, or in a folder around it, holds options, one a\n"
     "line: disable RULE, severity RULE=LEVEL, host-ids FILE, settings CLASS:NODEPATH, baseline\n"
-    "FILE, fail-on LEVEL. A comment <!-- sabxml-ignore RULE --> keeps a rule from the element\n"
-    "after it.\n"
+    "FILE, fail-on LEVEL. For the standard input it is that of the current folder. A comment\n"
+    "<!-- sabxml-ignore RULE --> keeps a rule from the element after it.\n"
     "\n"
     "Examples:\n"
     "  sabxml check application.xml\n"
@@ -118,6 +118,9 @@ void PrintResult(const CheckOptions& options, const CheckResult& result, bool us
 }
 
 int RunCheck(const Settings& settings, CheckOptions options) {
+  if (options.has_two_formats) {
+    throw Misunderstood("--json and --format " + options.format + " contradict each other");
+  }
   if (options.lists_rules) {
     PrintRules(options.as_json, std::cout);
     return 0;
@@ -132,11 +135,11 @@ int RunCheck(const Settings& settings, CheckOptions options) {
   CheckResult result = ResultOf(options);
   if (options.writes_baseline) {
     if (options.baseline.empty()) throw Misunderstood("name the file with --baseline FILE");
-    sab::ReplaceFileBytes(FromUtf8(options.baseline), BaselineOf(result));
+    sab::ReplaceFileBytes(FromUtf8(options.baseline), BaselineOf(result, options.baseline));
     result.old = result.findings.list.size();
     result.findings.list.clear();
   } else if (!options.baseline.empty()) {
-    RemoveKnown(result, options.baseline);
+    WithPlace(options, options.baseline, [&] { RemoveKnown(result, options.baseline); });
   }
   PrintResult(options, result, settings.UsesColour());
   const bool has_errors = result.Count(check::Severity::kError) > 0;
@@ -208,8 +211,10 @@ void AddCheck(CLI::App& program, const Settings& settings) {
   command->add_flag("--list-rules", options->lists_rules, "List the rules");
   command->add_option("--explain", options->explained_rule, "Tell about one RULE")
       ->type_name("RULE");
-  command->callback([&settings, options] {
+  command->callback([&settings, options, command] {
     CheckOptions chosen = *options;
+    chosen.has_two_formats =
+        chosen.as_json && command->count("--format") > 0 && chosen.format != "json";
     chosen.as_json = chosen.as_json || chosen.format == "json";
     RunCheckAndReport(settings, chosen);
   });

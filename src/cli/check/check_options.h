@@ -13,6 +13,7 @@ struct CheckOptions : sab::check::Options {
   std::string format = "text";
   std::string explained_rule;
   bool as_json = false;
+  bool has_two_formats = false;
   bool writes_baseline = false;
   bool fixes = false;
   bool is_dry_run = false;

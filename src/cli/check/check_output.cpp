@@ -53,7 +53,7 @@ void PrintText(const CheckResult& result, bool uses_colour, std::ostream& out) {
   }
   for (const std::string& note : result.findings.notes) out << OnOneLine(note) << '\n';
   out << CountedThings(result.files, "file");
-  if (result.fixed > 0) out << ", " << CountedThings(result.fixed, "place") << " fixed";
+  if (result.fixed) out << ", " << CountedThings(*result.fixed, "place") << " fixed";
   out << ": " << CountedThings(result.Count(Severity::kError), "error") << ", "
       << CountedThings(result.Count(Severity::kWarning), "warning");
   if (const std::size_t infos = result.Count(Severity::kInfo); infos > 0) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -12,8 +13,8 @@ namespace sabxml::cli {
 struct CheckResult {
   sab::check::Findings findings;
   std::size_t files = 0;
-  std::size_t old = 0;    ///< findings that the baseline knows, which are not in the list
-  std::size_t fixed = 0;  ///< places that were changed
+  std::size_t old = 0;  ///< findings that the baseline knows, which are not in the list
+  std::optional<std::size_t> fixed;  ///< places that were changed, where that was wanted
 
   std::size_t Count(sab::check::Severity severity) const;
 };

@@ -74,8 +74,10 @@ std::map<std::string, std::string> FixedFiles(const sab::project::Project& proje
     const sab::project::File& file = project.At(finding.file);
     sab::xml::Editor& editor = editors.try_emplace(finding.file, file.Xml()).first->second;
     if (finding.fix->name.empty()) {
-      editor.SetText(finding.fix->element,
-                     sab::text::FromUtf8<char16_t>(std::string_view(finding.fix->text)));
+      const auto text = sab::text::FromUtf8<char16_t>(std::string_view(finding.fix->text));
+      editor.SetText(finding.fix->element, text);
+      for (const sab::xml::NodeIndex other : finding.fix->others) editor.SetText(other, text);
+      count += finding.fix->others.size();
     } else {
       editor.Rename(finding.fix->element, finding.fix->name);
     }

@@ -197,11 +197,16 @@ void FindIdentifier(const std::string& id, const std::string& file, bool as_json
   TraceFiles(all);
   std::vector<IdentifierUse> definitions;
   std::vector<IdentifierUse> references;
+  std::vector<std::string> others;
   for (project::FileIndex index = 0; index < all.FileCount(); ++index) {
     const project::File& at = all.At(index);
     for (const project::Identifier& identifier : at.Identifiers()) {
       const formats::Rule& rule = at.GetSchema().At(identifier.rule);
-      if (identifier.text != id || rule.role == formats::Role::kLeadsTo) continue;
+      if (rule.role == formats::Role::kLeadsTo) continue;
+      if (identifier.text != id) {
+        others.emplace_back(identifier.text);
+        continue;
+      }
       (rule.role == formats::Role::kDefines ? definitions : references)
           .push_back({at.Path(), at.PlaceOf(at.ValueSpan(identifier.node).from),
                       std::string(formats::NameOf(rule.subject))});
@@ -223,7 +228,7 @@ void FindIdentifier(const std::string& id, const std::string& file, bool as_json
     print(references, "uses");
   }
   if (definitions.empty() && references.empty()) {
-    throw Failure(file + ": nothing defines or uses " + id);
+    throw Failure(file + ": nothing defines or uses " + id + DidYouMean(id, others));
   }
 }
 
