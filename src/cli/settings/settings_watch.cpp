@@ -21,10 +21,13 @@ struct WatchedValue {
   Json value;  // null where the file does not have it and there is no default
 };
 
-std::vector<WatchedValue> ReadValues(const std::string& name,
-                                     const std::vector<NamedBlock>& blocks) {
+std::shared_ptr<SettingsFile> Read(const std::string& name) {
+  return std::make_shared<SettingsFile>(name, SettingsPurpose::kRead);
+}
+
+std::vector<WatchedValue> ValuesIn(const std::shared_ptr<SettingsFile>& file,
+                                   const std::vector<NamedBlock>& blocks) {
   std::vector<WatchedValue> values;
-  const auto file = std::make_shared<SettingsFile>(name, SettingsPurpose::kRead);
   for (const NamedBlock& named : blocks) {
     SettingsBlock block(named.group, file, named.node_path, true);
     std::vector<SettingsEntry> entries;
@@ -41,8 +44,7 @@ std::vector<WatchedValue> ReadValues(const std::string& name,
 }
 
 // The file may get the block later; a misspelt path would be waited for without end.
-void WarnOfMissingBlocks(const std::string& name, const std::vector<NamedBlock>& blocks) {
-  SettingsFile file(name, SettingsPurpose::kRead);
+void WarnOfMissingBlocks(SettingsFile& file, const std::vector<NamedBlock>& blocks) {
   for (const NamedBlock& named : blocks) {
     try {
       file.Require(named.node_path);
@@ -126,8 +128,17 @@ void WatchSettings(const SettingsOptions& options) {
   const std::vector<NamedBlock> blocks = BlocksOf(options);
   WatchedFiles watched;
   watched.Watch({options.file});
-  std::vector<WatchedValue> values = ReadValues(options.file, blocks);
-  WarnOfMissingBlocks(options.file, blocks);
+  std::shared_ptr<SettingsFile> file;
+  try {
+    file = Read(options.file);
+  } catch (const Failure&) {
+    // On Windows a file that is just being replaced is missing for a moment.
+    if (WaitForInterrupt(WatchedFiles::kInterval)) return;
+    file = Read(options.file);
+  }
+  std::vector<WatchedValue> values = ValuesIn(file, blocks);
+  WarnOfMissingBlocks(*file, blocks);
+  file.reset();
   if (ErrorsAreOnTerminal())
     std::cerr << "Watching " << options.file << "; Ctrl+C ends it." << std::endl;
   const ChangePrinter printer(options, blocks.size() > 1);
@@ -136,7 +147,7 @@ void WatchSettings(const SettingsOptions& options) {
     if (WaitForInterrupt(WatchedFiles::kInterval)) return;
     if (watched.Changed().empty()) continue;
     try {
-      std::vector<WatchedValue> now = ReadValues(options.file, blocks);
+      std::vector<WatchedValue> now = ValuesIn(Read(options.file), blocks);
       count += printer.Compare(values, now);
       values = std::move(now);
       last_failure.clear();
