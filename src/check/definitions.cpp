@@ -13,6 +13,11 @@ using project::File;
 using project::Identifier;
 
 void Names::CheckDefinitions() {
+  for (const Finding& finding : reporter_.All()) {
+    if (finding.mistake == Mistake::kDuplicateSection) {
+      lost_sections_.emplace(finding.file, finding.offset);
+    }
+  }
   Files all;
   for (FileIndex file = 0; file < project_.FileCount(); ++file) {
     all.push_back(file);
@@ -76,17 +81,12 @@ void Names::CheckDuplicates(const Files& files, std::initializer_list<Scope> sco
 
 // Whether an identifier is in a section of which the server reads another one.
 bool Names::IsInLostSection(FileIndex index, xml::NodeIndex node) const {
+  if (lost_sections_.empty()) return false;
   const File& file = project_.At(index);
-  for (; node != xml::kNoNode; node = file.Xml().ParentOf(node)) {
-    const std::size_t start = file.TagSpan(node).from;
-    for (const Finding& finding : reporter_.All()) {
-      if (finding.file == index && finding.offset == start &&
-          finding.mistake == Mistake::kDuplicateSection) {
-        return true;
-      }
-    }
+  while (node != xml::kNoNode && !lost_sections_.contains({index, file.TagSpan(node).from})) {
+    node = file.Xml().ParentOf(node);
   }
-  return false;
+  return node != xml::kNoNode;
 }
 
 }  // namespace sab::check

@@ -51,7 +51,7 @@ void Elements::CheckValue(NodeIndex node, RuleId id, Frame& parent,
   if (facts.text == TextKind::kAny) return;
   const std::string_view text = file_.TextOf(node);
   // What is wrong with a text that was damaged is said once.
-  if (text.find(kReplacementCharacter) != text.npos || HasElementInText(node)) return;
+  if (IsDamaged(file_, node, text)) return;
   if (facts.text == TextKind::kPath || facts.text == TextKind::kImage) {
     if (facts.text == TextKind::kPath || project::IsAbsolute(text)) CheckPath(node, text);
     const bool is_document = rule.role == formats::Role::kLeadsTo;
@@ -59,15 +59,6 @@ void Elements::CheckValue(NodeIndex node, RuleId id, Frame& parent,
     return;
   }
   CheckText(node, rule, facts, text);
-}
-
-bool Elements::HasElementInText(NodeIndex node) const {
-  if (xml_.HasOnlyText(node)) return false;
-  for (NodeIndex child = xml_.FirstChildElement(node); child != kNoNode;
-       child = xml_.NextElement(child)) {
-    if (file_.PlacementOf(child) == Placement::kInValue) return true;
-  }
-  return false;
 }
 
 void Elements::CheckText(NodeIndex node, const Rule& rule, const RuleFacts& facts,

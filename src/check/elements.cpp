@@ -134,13 +134,7 @@ void Elements::CheckStrange(NodeIndex node, Placement placement, Frame& parent) 
     case Placement::kForeign: {
       const NodeIndex outer = xml_.ParentOf(node);
       if (outer != kNoNode && file_.PlacementOf(outer) == Placement::kForeign) break;
-      words.message = Tag(name) +
-                      (schema_.Form().kind == Kind::kUserInterface
-                           ? " is in a namespace, which a user interface has none of"
-                           : " is in a namespace, in which the server does not look "
-                             "for it") +
-                      ": remove its prefix or xmlns";
-      Add(Mistake::kForeignNamespace, file_.TagSpan(node), std::move(words));
+      ReportForeign(reporter_, index_, node);
       break;
     }
     case Placement::kInValue:

@@ -52,7 +52,6 @@ class Elements {
 
   // Whether another element of the same rule follows, which is read together with this one.
   bool HasMore(xml::NodeIndex node) const;
-  bool HasElementInText(xml::NodeIndex node) const;
   void CheckElement(xml::NodeIndex node, std::vector<Resource>& resources);
   void CheckStrange(xml::NodeIndex node, project::Placement placement, Frame& parent);
   void CheckRepetition(xml::NodeIndex node, project::RuleId rule, Frame& parent);

@@ -44,12 +44,25 @@ void CheckReplacementCharacter(Reporter& reporter, project::FileIndex file, Node
                {"the character U+FFFD stands for one that was lost: write it again"});
 }
 
+bool IsDamaged(const project::File& file, NodeIndex element, std::string_view text) {
+  if (text.find(kReplacementCharacter) != text.npos) return true;
+  const xml::Document& xml = file.Xml();
+  if (xml.HasOnlyText(element)) return false;
+  for (NodeIndex child = xml.FirstChildElement(element); child != xml::kNoNode;
+       child = xml.NextElement(child)) {
+    if (file.PlacementOf(child) == project::Placement::kInValue) return true;
+  }
+  return false;
+}
+
 void ReportForeign(Reporter& reporter, project::FileIndex file, NodeIndex element) {
   const project::File& at = reporter.GetProject().At(file);
+  const bool is_looked_for = at.GetKind() == formats::Kind::kUserInterface;
   reporter.Add(Mistake::kForeignNamespace, file, at.TagSpan(element),
                {Tag(at.Xml().LocalNameOf(element)) +
-                " is in a namespace, in which the server does not look for it: remove its prefix "
-                "or xmlns"});
+                (is_looked_for ? " is in a namespace, which a user interface has none of"
+                               : " is in a namespace, in which the server does not look for it") +
+                ": remove its prefix or xmlns"});
 }
 
 }  // namespace sab::check

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "check/markup.h"
 #include "project/rule_words.h"
 #include "text/ascii.h"
 #include "text/distance.h"
@@ -13,7 +14,6 @@ namespace {
 
 using formats::Kind;
 using formats::Role;
-using formats::Scope;
 using formats::Subject;
 using project::File;
 using project::Identifier;
@@ -63,14 +63,6 @@ std::string PlainName(std::string_view id) {
     plain += size == 1 ? std::string(1, ToLowerAscii(character[0])) : std::string(character);
   }
   return plain;
-}
-
-// Whether a text was damaged, which is said elsewhere.
-bool IsDamaged(const File& file, const Identifier& identifier) {
-  if (identifier.text.find("\xEF\xBF\xBD") != identifier.text.npos) return true;
-  const xml::Document& xml = file.Xml();
-  return !xml.HasOnlyText(identifier.node) &&
-         xml.FirstChildElement(identifier.node) != xml::kNoNode;
 }
 
 // What a suggestion may cost: names to look through for one, and comparisons for all.
@@ -270,7 +262,7 @@ void Names::ReportUndefined(FileIndex index, const UsesByName& undefined, Subjec
                             Index& known, const std::string& broken) {
   for (const References& all : undefined.All()) {
     const References uses = WithoutSuppressed(index, all, subject);
-    if (IsDamaged(project_.At(index), *uses.front())) continue;
+    if (IsDamaged(project_.At(index), uses.front()->node, uses.front()->text)) continue;
     if (broken.empty()) {
       ReportUndefined(index, uses, subject, known);
     } else {

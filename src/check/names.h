@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -87,6 +88,7 @@ class Names {
   Reporter& reporter_;
   const project::Project& project_;
   const HostIds& host_ids_;
+  std::set<std::pair<FileIndex, std::size_t>> lost_sections_;  // where they start
   std::map<FileIndex, std::vector<Suppressed>> suppressed_;
   std::map<FileIndex, bool> broken_;
   std::size_t comparisons_ = 0;  // of names that are not defined with those that are

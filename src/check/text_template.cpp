@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "check/markup.h"
 #include "formats/documents.h"
 #include "text/ascii.h"
 #include "text/distance.h"
@@ -84,7 +85,7 @@ void CheckTextTemplate(Reporter& reporter, project::FileIndex index) {
     const std::size_t end = std::min(text.find_first_of("\r\n", at), text.size());
     const std::string_view line = text.substr(at, end - at);
     const project::Span span{at, end};
-    const std::size_t bad = line.find("\xEF\xBF\xBD");
+    const std::size_t bad = line.find(kReplacementCharacter);
     if (bad != line.npos) {
       reporter.Add(
           Mistake::kTemplateBadBytes, index, {at + bad, at + bad + 3},

@@ -58,13 +58,9 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
   return last[b.size()];
 }
 
-namespace {
-
 std::size_t MostDifferences(std::string_view word) {
   return std::min<std::size_t>((word.size() + 2) / 3, 4);
 }
-
-}  // namespace
 
 Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words) {
   return FindNearest(word, words, MostDifferences(word));

@@ -17,8 +17,10 @@ struct Nearest {
   bool is_only = false;   ///< no other word is as near
 };
 
-/// Of the words that a word may be a misspelling of, the nearest: a third of its letters may
-/// differ, at most four.
+/// How many letters may differ in a misspelt word: a third of them, at most four.
+std::size_t MostDifferences(std::string_view word);
+
+/// Of the words that a word may be a misspelling of, the nearest.
 Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words);
 /// The same with another limit on how much may differ.
 Nearest FindNearest(std::string_view word, const std::vector<std::string_view>& words,

@@ -9,6 +9,7 @@
 #include "cli/suggestion.h"
 #include "common/named_values.h"
 #include "text/ascii.h"
+#include "text/distance.h"
 
 namespace sabxml::cli {
 namespace {
@@ -47,7 +48,7 @@ std::size_t MostMisspeltLetters(std::string_view class_name) {
     break;
   }
   if (class_name.starts_with("Ve")) class_name.remove_prefix(2);
-  return std::min<std::size_t>((class_name.size() + 2) / 3, 4);
+  return sab::text::MostDifferences(class_name);
 }
 
 }  // namespace
