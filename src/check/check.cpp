@@ -63,8 +63,7 @@ class FileChecks {
   project::PathFinder finder_;
 };
 
-Findings Check(const project::Project& project, const Choices& choices,
-               std::vector<std::string>& failures, KnownFindings* known) {
+Findings Check(const project::Project& project, const Choices& choices, KnownFindings* known) {
   Reporter reporter(project);
   FileChecks checks(reporter, known);
   CheckDocuments(reporter);
@@ -77,10 +76,7 @@ Findings Check(const project::Project& project, const Choices& choices,
     }
   }
   checks.Finish();
-  for (std::string& failure :
-       CheckSettings(reporter, choices.settings, choices.has_all_settings_files)) {
-    failures.push_back(std::move(failure));
-  }
+  CheckSettings(reporter, choices.settings, choices.has_all_settings_files);
   CheckLinks(reporter);
   Names names(reporter, choices.host_ids);
   names.CheckDefinitions();

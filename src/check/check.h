@@ -38,9 +38,9 @@ class KnownFindings {
 };
 
 /// Looks at all documents of a project.
-/// @param failures receives what of the choices is not understood, a message each
+/// @param choices of ChoicesOf; raises xml::Error for a node path that is not well-formed
 /// @param known keeps what is found for the next check; null where there is none
 Findings Check(const project::Project& project, const Choices& choices,
-               std::vector<std::string>& failures, KnownFindings* known = nullptr);
+               KnownFindings* known = nullptr);
 
 }  // namespace sab::check

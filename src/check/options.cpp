@@ -5,6 +5,8 @@
 #include "project/path_finder.h"
 #include "project/source.h"
 #include "text/distance.h"
+#include "xml/error.h"
+#include "xml/path.h"
 
 namespace sab::check {
 namespace {
@@ -20,6 +22,16 @@ std::string BytesOfOptionFile(const std::string& file) {
   return std::move(*bytes);
 }
 
+// Whether a path is understood does not depend on the document.
+void CheckNodePath(const std::string& path) {
+  const xml::Document any("<a/>");
+  try {
+    if (!path.empty()) xml::Paths(any).SelectFirst(path);
+  } catch (const xml::Error& error) {
+    throw OptionError("the node path " + path + ": " + error.what());
+  }
+}
+
 SettingsChoice SettingsOf(const std::string& text) {
   const std::size_t colon = text.find(':');
   if (colon == text.npos) {
@@ -27,6 +39,7 @@ SettingsChoice SettingsOf(const std::string& text) {
                       "VeDisplayCfgParser:/Settings/Display");
   }
   SettingsChoice choice{text.substr(0, colon), text.substr(colon + 1)};
+  CheckNodePath(choice.node_path);
   if (SettingsGroupNamed(choice.class_name) || KeepsAnyKey(choice.class_name)) {
     return choice;
   }
@@ -135,11 +148,8 @@ Choices ChoicesOf(const Options& options) {
     const std::string failure = choices.host_ids.Add(lines);
     if (!failure.empty()) throw OptionError(file + ":" + failure);
   }
-  add(options.settings, [&](const std::string& text) {
-    choices.settings.push_back(SettingsOf(text));
-    const auto place = options.places.find(text);
-    if (place != options.places.end()) choices.settings.back().place = place->second;
-  });
+  add(options.settings,
+      [&choices](const std::string& text) { choices.settings.push_back(SettingsOf(text)); });
   return choices;
 }
 

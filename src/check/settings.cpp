@@ -289,12 +289,9 @@ std::string_view NearestSettingsGroup(std::string_view class_name) {
   return text::FindNearest(class_name, names).word;
 }
 
-std::vector<std::string> CheckSettings(Reporter& reporter,
-                                       const std::vector<SettingsChoice>& choices, bool are_all) {
-  std::vector<std::string> failures;
-  const std::vector<SettingsBlocks> files =
-      FindSettingsBlocks(reporter.GetProject(), choices, failures);
-  if (failures.empty()) ReportMissingBlocks(reporter, files, choices, are_all);
+void CheckSettings(Reporter& reporter, const std::vector<SettingsChoice>& choices, bool are_all) {
+  const std::vector<SettingsBlocks> files = FindSettingsBlocks(reporter.GetProject(), choices);
+  ReportMissingBlocks(reporter, files, choices, are_all);
   for (const SettingsBlocks& file : files) {
     Block block(reporter, file.file);
     for (std::size_t i = 0; i < choices.size(); ++i) {
@@ -306,7 +303,6 @@ std::vector<std::string> CheckSettings(Reporter& reporter,
       }
     }
   }
-  return failures;
 }
 
 }  // namespace sab::check

@@ -18,8 +18,6 @@ std::string_view NearestSettingsGroup(std::string_view class_name);
 
 /// Checks the blocks of all settings files. A block may be in any of them.
 /// @param are_all whether no other file can have a block
-/// @return a message for each path that is not understood
-std::vector<std::string> CheckSettings(Reporter& reporter,
-                                       const std::vector<SettingsChoice>& blocks, bool are_all);
+void CheckSettings(Reporter& reporter, const std::vector<SettingsChoice>& blocks, bool are_all);
 
 }  // namespace sab::check

@@ -5,7 +5,6 @@
 
 #include "check/markup.h"
 #include "text/distance.h"
-#include "xml/error.h"
 #include "xml/path.h"
 
 namespace sab::check {
@@ -37,11 +36,7 @@ std::vector<std::string_view> FirstStepsOf(const std::vector<SettingsChoice>& ch
 bool HasBlock(const File& file, const std::vector<SettingsChoice>& choices) {
   xml::Paths paths(file.Xml());
   return std::ranges::any_of(choices, [&paths](const SettingsChoice& choice) {
-    try {
-      return !choice.node_path.empty() && paths.SelectFirst(choice.node_path) != kNoNode;
-    } catch (const xml::Error&) {  // which the check reports
-      return false;
-    }
+    return !choice.node_path.empty() && paths.SelectFirst(choice.node_path) != kNoNode;
   });
 }
 
@@ -238,8 +233,7 @@ Kind KindToRead(const File& probe, const std::vector<SettingsChoice>& choices) {
 }
 
 std::vector<SettingsBlocks> FindSettingsBlocks(const project::Project& project,
-                                               const std::vector<SettingsChoice>& choices,
-                                               std::vector<std::string>& failures) {
+                                               const std::vector<SettingsChoice>& choices) {
   std::vector<SettingsBlocks> files;
   for (project::FileIndex index = 0; index < project.FileCount(); ++index) {
     const File& file = project.At(index);
@@ -247,14 +241,9 @@ std::vector<SettingsBlocks> FindSettingsBlocks(const project::Project& project,
     SettingsBlocks& blocks = files.emplace_back(SettingsBlocks{index, {}, {}});
     xml::Paths paths(file.Xml());
     for (const SettingsChoice& choice : choices) {
-      std::vector<NodeIndex>& nodes = blocks.by_choice.emplace_back();
-      try {
-        nodes = choice.node_path.empty() ? std::vector<NodeIndex>{kNoNode}
-                                         : paths.SelectAll(choice.node_path);
-      } catch (const xml::Error& error) {
-        const std::string& place = choice.place.empty() ? file.Path() : choice.place;
-        failures.push_back(place + ": the node path " + choice.node_path + ": " + error.what());
-      }
+      const std::vector<NodeIndex>& nodes = blocks.by_choice.emplace_back(
+          choice.node_path.empty() ? std::vector<NodeIndex>{kNoNode}
+                                   : paths.SelectAll(choice.node_path));
       blocks.all.insert(nodes.begin(), nodes.end());
     }
   }

@@ -12,8 +12,7 @@ namespace sab::check {
 /// A block of settings: whose it is and where its keys are. Which file has it is not said.
 struct SettingsChoice {
   std::string class_name;
-  std::string node_path;
-  std::string place = {};  ///< "FILE:LINE" of the option, where it is that of a file
+  std::string node_path;  ///< well-formed; empty for the document
 };
 
 /// What a file that is named on its own is to be read as where blocks of settings are named: as
@@ -29,10 +28,8 @@ struct SettingsBlocks {
 };
 
 /// The blocks of all settings files of a project.
-/// @param failures receives a message for each path that is not understood
 std::vector<SettingsBlocks> FindSettingsBlocks(const project::Project& project,
-                                               const std::vector<SettingsChoice>& choices,
-                                               std::vector<std::string>& failures);
+                                               const std::vector<SettingsChoice>& choices);
 
 /// Reports document elements to which no path leads, and blocks that no file has.
 /// @param choices which are all understood

@@ -42,7 +42,7 @@ inline constexpr Rule kAutomaticLayers[] = {
 
 inline constexpr Rule kVisualStyle[] = {
     Text("StyleID", "Identifier of the style").Expected(),
-    Text("StyleName", "Name of the style"),
+    Text("StyleName", "Name of the style").Expected(),
 };
 inline constexpr Rule kVisualStyles[] = {
     Entry("VisualStyle", kVisualStyle, "A visual style"),

@@ -80,14 +80,10 @@ void Application::Forget() {
 
 const check::Findings& Application::Findings() {
   if (!is_checked_) {
-    std::vector<std::string> failures;
     // An editor has files of other kinds, too.
     const project::File& root = Tolerant().At(0);
     const bool is_ours = root.GetKind() != Kind::kNone;
-    findings_ = is_ours ? Check(Strict(), choices_, failures, &known_) : check::Findings();
-    for (const std::string& failure : failures) {
-      if (option_failure_.empty()) option_failure_ = failure;
-    }
+    findings_ = is_ours ? Check(Strict(), choices_, &known_) : check::Findings();
     is_checked_ = true;
   }
   return findings_;

@@ -66,7 +66,7 @@ class Authoring(unittest.TestCase):
         self.assertEqual(0, self.check(*rules)[0])
         self.assertEqual(1, self.check(*rules, "--fail-on", "warning")[0])
         self.assertEqual(0, self.check("--fail-on", "never")[0])
-        self.assertEqual([], self.check("--disable", "unknown-element")[1]["findings"])
+        self.assertEqual(0, run("check", "--disable", "unknown-element", "a/c.xml")[0])
         (scratch / "a/.sabxml-check").write_text("# ours\ndisable unknown-element\n")
         self.assertEqual(0, self.check()[0])
         (scratch / "a/.sabxml-check").write_text("disable unknown-elements\n")
@@ -88,6 +88,7 @@ class Authoring(unittest.TestCase):
                 ("# ours\r\nsettings\r\n", "2: settings has no value"),
                 ("\nseverity bad-flag=loud", "2: --severity bad-flag=loud: write"),
                 ("settings VeTxtPaser:/S", "1: there is no settings group VeTxtPaser"),
+                ("\nsettings VeTxtParser:/S[", "2: the node path /S[: the path is not"),
                 ("disable bad-guid\nhost-ids no.ids", "2: a/no.ids: "),
                 ("fail-on pigs", "1: --fail-on takes"), ("baseline no.txt", "1: a/no.txt: ")):
             (scratch / "a/.sabxml-check").write_bytes(text.encode())

@@ -113,9 +113,8 @@ Told FoundAnew(const std::map<std::string, std::string>& texts) {
   project.Read(kWorkshop + "application.xml");
   check::Options options;
   AddOptionFile(options, kWorkshop + ".sabxml-check");
-  std::vector<std::string> failures;
   Told told;
-  for (const check::Finding& finding : Check(project, ChoicesOf(options), failures).list) {
+  for (const check::Finding& finding : Check(project, ChoicesOf(options)).list) {
     const auto open = texts.find(finding.where.file);
     const std::string text = open == texts.end() ? BytesOfFile(finding.where.file) : open->second;
     const LineIndex lines(text);

@@ -16,8 +16,7 @@ Page PageOf(const std::string& ui, const Options& options = {}) {
   source.Open("ui.xml", "<UI>" + ui + "</UI>");
   project::Project project(source);
   const project::FileIndex start = project.Read("ui.xml");
-  std::vector<std::string> failures;
-  return Draw(project, start, check::Check(project, {}, failures), {}, options);
+  return Draw(project, start, check::Check(project, {}), {}, options);
 }
 
 std::string Repeated(std::size_t count, const std::string& text) {

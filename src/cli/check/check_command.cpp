@@ -64,14 +64,6 @@ void ReadDocuments(sab::project::Project& project, const CheckOptions& options,
   }
 }
 
-check::Findings CheckDocuments(const sab::project::Project& project,
-                               const check::Choices& choices) {
-  std::vector<std::string> failures;
-  check::Findings findings = Check(project, choices, failures);
-  if (!failures.empty()) throw Misunderstood(failures.front());
-  return findings;
-}
-
 // Changes what is certain, or prints how it would be changed; the source then has the new texts.
 std::size_t FixFiles(const CheckOptions& options, sab::project::Source& source,
                      const sab::project::Project& project, const check::Findings& findings) {
@@ -95,12 +87,12 @@ CheckResult ResultOf(const CheckOptions& options) {
   ReadDocuments(*project, options, source, choices);
   TraceFiles(*project);
   CheckResult result;
-  result.findings = CheckDocuments(*project, choices);
+  result.findings = Check(*project, choices);
   if (options.fixes) {
     result.fixed = FixFiles(options, source, *project, result.findings);
     project = std::make_unique<sab::project::Project>(source);
     ReadDocuments(*project, options, source, choices);
-    result.findings = CheckDocuments(*project, choices);
+    result.findings = Check(*project, choices);
   }
   result.files = project->FileCount();
   return result;
@@ -177,6 +169,7 @@ void AddCheck(CLI::App& program, const Settings& settings) {
                    "CLASS:NODEPATH of a block of a settings file; may be repeated")
       ->type_name("CLASS:NODEPATH")
       ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   command->add_flag("--json", options->as_json, "Print JSON: the findings, or the rules");
   command->add_option("--format", options->format, "What to print: text, json or sarif")
@@ -188,18 +181,21 @@ void AddCheck(CLI::App& program, const Settings& settings) {
   command->add_option("--disable", options->disabled, "RULE to leave out; may be repeated")
       ->type_name("RULE")
       ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   command
       ->add_option("--severity", options->severities,
                    "RULE=LEVEL with error, warning, info or none; may be repeated")
       ->type_name("RULE=LEVEL")
       ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   command
       ->add_option("--host-ids", options->host_ids,
                    "File with identifiers that the host itself defines, one a line, with their "
                    "kind or without; may be repeated")
       ->expected(1)
+      ->allow_extra_args(false)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   command->add_option("--baseline", options->baseline,
                       "File with old findings, which are left out");

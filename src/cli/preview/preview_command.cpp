@@ -109,9 +109,7 @@ class Previewer {
       if (link.to == sab::project::kNoFile) files_.push_back(link.found.path);
     }
     CheckStart(project.At(start));
-    std::vector<std::string> failures;
-    const check::Findings findings = check::Check(project, choices_, failures);
-    if (!failures.empty()) throw Failure(failures.front());
+    const check::Findings findings = check::Check(project, choices_);
     page_options_.state = state;
     preview::Page page = preview::Draw(project, start, findings, choices_.host_ids, page_options_);
     files_.insert(files_.end(), page.pictures_looked_for.begin(), page.pictures_looked_for.end());
