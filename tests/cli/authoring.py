@@ -167,11 +167,29 @@ class Authoring(unittest.TestCase):
                                                   for side in ("definitions", "references")])
         self.assertEqual(1, run("find", "NOTHING", APP)[0])
         self.assertIn("; did you mean PANEL_DRAW?", run("find", "panel_draw", APP)[2])
+        shutil.copytree(scratch / "samples/workshop", scratch / "a/damaged")
+        (scratch / "a/damaged/ui/drawing.xml").write_text("<UI>")
+        for id, file, code, message in (
+                ("X", "kinds/broken.xml", 2, "sabxml: kinds/broken.xml:3:1: "),
+                ("WK_LINE", "a/damaged/application.xml", 0, "warning: a/damaged/ui/drawing.xml:1:5: "),
+                ("NOTHING", "a/damaged/application.xml", 2, "NOTHING in the files that can be read")):
+            result, _, errors = run("find", id, file)
+            self.assertEqual(code, result, errors)
+            self.assertIn(message, errors)
         self.assertIn("ContextRibbonElement (user", run("explain", "RibbonPanel", "UI")[1])
         for name, place in (("ZoomFactor", "VeDisplayCfgParser"), ("StyleID", "VisualStyle"),
                             ("TitleBlock", "text template")):
             self.assertIn(place, run("explain", name)[1])
         self.assertIn("VeTxtParser", run("explain", "DefChsFont", "settings")[1])
-        self.assertIn("did you mean RibbonPanel?", run("explain", "RibonPanel")[2])
+        for arguments, message in (
+                (["RibonPanel"], "did you mean RibbonPanel?"),
+                (["RibonPanel", "module"], "did you mean RibbonPanel?"),
+                (["RibbonPanel", "module"], "no RibbonPanel is known in files of the kind module, "
+                                            "but in those of user-interface; try"),
+                (["ZoomFactor", "UI"], "but in those of settings; try"),
+                (["RibbonPanel", "IsVisible"], "try sabxml explain IsVisible"),
+                (["RibbonPanel", "setings"], "did you mean settings?")):
+            self.assertIn(message, run("explain", *arguments)[2])
+        self.assertIn("cannot make the folder a/c.xml", run("schema", "--out", "a/c.xml")[2])
         for kind in ("Application", "standards"):
             self.assertIn("xs:documentation", run("schema", kind)[1])

@@ -15,11 +15,7 @@ using check::Location;
 using check::Severity;
 
 std::string TextOfPlace(const Location& where) {
-  std::string place = OnOneLine(where.file);
-  if (where.start.line != 0) {
-    place += ":" + std::to_string(where.start.line) + ":" + std::to_string(where.start.column);
-  }
-  return place;
+  return PlaceIn(OnOneLine(where.file), where.start);
 }
 
 std::string CountedThings(std::size_t count, const std::string& what) {
@@ -27,6 +23,11 @@ std::string CountedThings(std::size_t count, const std::string& what) {
 }
 
 }  // namespace
+
+std::string PlaceIn(const std::string& path, sab::xml::Place place) {
+  if (place.line == 0) return path;
+  return path + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
+}
 
 std::size_t CheckResult::Count(Severity severity) const {
   return static_cast<std::size_t>(std::ranges::count(findings.list, severity, &Finding::severity));

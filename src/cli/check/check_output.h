@@ -19,6 +19,9 @@ struct CheckResult {
   std::size_t Count(sab::check::Severity severity) const;
 };
 
+/// "FILE:LINE:COLUMN", or the path alone for a place without a line.
+std::string PlaceIn(const std::string& path, sab::xml::Place place);
+
 /// A line for each finding, further places indented below it, and a last line with counts.
 void PrintText(const CheckResult& result, bool uses_colour, std::ostream& out);
 void PrintJson(const CheckResult& result, std::ostream& out);

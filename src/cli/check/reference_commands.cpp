@@ -18,6 +18,7 @@
 #include "project/project.h"
 #include "project/rule_words.h"
 #include "project/xml_schema.h"
+#include "text/ascii.h"
 
 namespace sabxml::cli {
 namespace {
@@ -28,17 +29,34 @@ namespace project = sab::project;
 // Settings are no kind of document; their keys are explained like elements.
 constexpr std::string_view kSettingsKind = "settings";
 
+std::string Listed(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
+  return list;
+}
+
+[[noreturn]] void RefuseKind(const std::string& name, const std::vector<std::string>& kinds) {
+  throw Misunderstood("there is no kind of document " + name +
+                      DidYouMean(name, kinds, "the kinds are " + Listed(kinds)));
+}
+
+std::vector<std::string> KindsWithElements() {
+  std::vector<std::string> kinds;
+  for (const formats::Document* const document : project::DocumentsWithElements())
+    kinds.push_back(project::ShortNameOf(*document));
+  return kinds;
+}
+
 const formats::Document& CheckedKind(const std::string& name) {
   if (const formats::Document* const document = project::DocumentNamed(name)) return *document;
-  std::vector<std::string> names;
-  std::string list;
-  for (const formats::Document* const document : project::DocumentsWithElements()) {
-    names.push_back(project::ShortNameOf(*document));
-    list += (list.empty() ? "" : ", ") + names.back();
-  }
-  throw Misunderstood("there is no kind of document " + name +
-                      DidYouMean(name, names, "the kinds are " + list));
+  RefuseKind(name, KindsWithElements());
 }
+
+// A question that cannot be answered, though the command line is understood.
+class NoAnswer : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
 template <class Action>
 void Reporting(const char* command, const Action& action) {
@@ -48,6 +66,8 @@ void Reporting(const char* command, const Action& action) {
     std::cout.flush();
     std::cerr << "sabxml: " << AsMessage(error.what()) << "\nTry: sabxml " << command
               << " --help\n";
+  } catch (const NoAnswer& error) {
+    ReportFailure(Failure(error.what()));
   } catch (const sab::ComError& error) {
     throw Failure(error.what(), error.Code());
   }
@@ -62,8 +82,10 @@ void PrintSchema(const std::string& kind, const std::string& folder) {
     std::cout << project::XmlSchemaOf(CheckedKind(kind));
     return;
   }
+  const formats::Document* const chosen = kind.empty() ? nullptr : &CheckedKind(kind);
   std::error_code error;
   std::filesystem::create_directories(project::PathOf(folder), error);
+  if (error) throw Failure("cannot make the folder " + folder + ": " + error.message());
   const auto write = [&folder](const std::string& name, const std::string& bytes) {
     const std::string file = project::TextOf(project::PathOf(folder) / name);
     sab::ReplaceFileBytes(FromUtf8(file), bytes);
@@ -71,7 +93,7 @@ void PrintSchema(const std::string& kind, const std::string& folder) {
   };
   for (const formats::Document* const document : project::DocumentsWithElements()) {
     const std::string name = project::ShortNameOf(*document);
-    if (!kind.empty() && document != &CheckedKind(kind)) continue;
+    if (chosen && document != chosen) continue;
     write(name + ".xsd", project::XmlSchemaOf(*document));
   }
   write("catalog.xml", project::XmlCatalogOfSchemas());
@@ -127,43 +149,94 @@ void ExplainKeys(const std::string& element, std::span<const formats::Rule> keys
   }
 }
 
-void ExplainElement(const std::string& element, const std::string& kind, bool as_json) {
-  std::vector<std::string> names;
-  Explanations found;
-  const formats::Document& sections = formats::DocumentOfKind(formats::Kind::kTextTemplate);
-  const bool is_settings = kind == kSettingsKind;
-  const bool is_sections = kind == project::ShortNameOf(sections);
-  for (const formats::Document* const document : project::DocumentsWithElements()) {
-    if (is_settings || is_sections) break;
-    if (!kind.empty() && document != &CheckedKind(kind)) continue;
-    const project::Schema& schema = project::Schema::Of(document->kind);
-    if (element == document->root) {
-      found.Begin(element, document->help);
-      found.Add("is", "the document element of a file of the kind " + std::string(document->about));
-    }
-    names.emplace_back(document->root);
-    for (project::RuleId id = 1; id < schema.RuleCount(); ++id) {
-      const formats::Rule& rule = schema.At(id);
-      names.emplace_back(rule.name);
-      if (rule.name != element) continue;
-      ExplainRule(rule, project::PlacesOf(schema, schema.HomeOf(id)), document->about, found);
-    }
+const formats::Document& Sections() {
+  return formats::DocumentOfKind(formats::Kind::kTextTemplate);
+}
+
+// What can be explained: kinds of documents, settings, and sections of text templates.
+std::vector<std::string> ExplainedKinds() {
+  std::vector<std::string> kinds = KindsWithElements();
+  kinds.emplace_back(kSettingsKind);
+  kinds.push_back(project::ShortNameOf(Sections()));
+  return kinds;
+}
+
+void ExplainElementOf(const formats::Document& document, const std::string& element,
+                      Explanations& found, std::vector<std::string>& names) {
+  const project::Schema& schema = project::Schema::Of(document.kind);
+  names.emplace_back(document.root);
+  if (element == document.root) {
+    found.Begin(element, document.help);
+    found.Add("is", "the document element of a file of the kind " + std::string(document.about));
   }
-  for (const formats::SettingsGroup* const group : formats::SettingsGroups()) {
-    if (!kind.empty() && !is_settings) break;
-    ExplainKeys(element, group->keys, group->class_name, found, names);
+  for (project::RuleId id = 1; id < schema.RuleCount(); ++id) {
+    const formats::Rule& rule = schema.At(id);
+    names.emplace_back(rule.name);
+    if (rule.name != element) continue;
+    ExplainRule(rule, project::PlacesOf(schema, schema.HomeOf(id)), document.about, found);
   }
-  for (const formats::Rule& section : sections.content) {
-    if (!kind.empty() && !is_sections) break;
+}
+
+// Adds what a kind has of an element, and the names of all elements that it knows.
+void ExplainIn(const std::string& kind, const std::string& element, Explanations& found,
+               std::vector<std::string>& names) {
+  if (const formats::Document* const document = project::DocumentNamed(kind))
+    return ExplainElementOf(*document, element, found, names);
+  if (kind == kSettingsKind) {
+    for (const formats::SettingsGroup* const group : formats::SettingsGroups())
+      ExplainKeys(element, group->keys, group->class_name, found, names);
+    return;
+  }
+  for (const formats::Rule& section : Sections().content) {
     names.emplace_back(section.name);
     if (section.name != element) continue;
     found.Begin(element, section.help);
-    found.Add("is", "a section of a " + std::string(sections.about));
+    found.Add("is", "a section of a " + std::string(Sections().about));
   }
-  if (found.IsEmpty()) {
-    throw Misunderstood("there is no element, key or section " + element +
-                        DidYouMean(element, names));
+}
+
+std::string CheckedExplainedKind(const std::string& name) {
+  if (const formats::Document* const document = project::DocumentNamed(name))
+    return project::ShortNameOf(*document);
+  Explanations found;
+  std::vector<std::string> names;
+  for (const std::string& kind : ExplainedKinds()) {
+    if (sab::EqualsIgnoringAsciiCase(kind, name)) return kind;
+    ExplainIn(kind, name, found, names);
   }
+  if (found.IsEmpty()) RefuseKind(name, ExplainedKinds());
+  throw Misunderstood(name +
+                      " is no kind of document, but has an explanation of its own; try "
+                      "sabxml explain " +
+                      name);
+}
+
+[[noreturn]] void RefuseElement(const std::string& element, const std::string& kind,
+                                const std::vector<std::string>& names_of_kind) {
+  std::vector<std::string> kinds;  // that have it
+  std::vector<std::string> names;
+  for (const std::string& other : ExplainedKinds()) {
+    Explanations found;
+    ExplainIn(other, element, found, names);
+    if (!found.IsEmpty()) kinds.push_back(other);
+  }
+  if (kinds.empty()) {
+    std::string meant = DidYouMean(element, names_of_kind);
+    if (meant.empty()) meant = DidYouMean(element, names);
+    throw Misunderstood("there is no element, key or section " + element + meant);
+  }
+  throw Misunderstood("no " + element + " is known in files of the kind " + kind +
+                      ", but in those of " + Listed(kinds) + "; try sabxml explain " + element +
+                      " " + kinds.front());
+}
+
+void ExplainElement(const std::string& element, const std::string& kind, bool as_json) {
+  const std::vector<std::string> kinds =
+      kind.empty() ? ExplainedKinds() : std::vector{CheckedExplainedKind(kind)};
+  std::vector<std::string> names;
+  Explanations found;
+  for (const std::string& one : kinds) ExplainIn(one, element, found, names);
+  if (found.IsEmpty()) RefuseElement(element, kinds.front(), names);
   found.Print(as_json);
 }
 
@@ -186,15 +259,35 @@ Json UsesAsJson(const std::vector<IdentifierUse>& uses) {
   return list;
 }
 
+std::string WhyNotRead(const project::File& file) {
+  return PlaceIn(file.Path(), file.Failure()->place) + ": " + file.Failure()->message;
+}
+
+// Files that may have further definitions and uses, a message each.
+std::vector<std::string> FilesNotRead(const project::Project& all) {
+  std::vector<std::string> files;
+  for (project::FileIndex index = 0; index < all.FileCount(); ++index) {
+    if (all.At(index).Failure()) files.push_back(WhyNotRead(all.At(index)));
+  }
+  std::set<std::string> missing;
+  for (const project::Link& link : all.Links()) {
+    if (link.to != project::kNoFile || !missing.insert(link.found.path).second) continue;
+    files.push_back(link.found.path + ": there is no such file; " + all.At(link.from).Path() +
+                    " names it \"" + std::string(link.path.text) + "\"");
+  }
+  return files;
+}
+
 void FindIdentifier(const std::string& id, const std::string& file, bool as_json) {
   project::Source source;
   std::string reason;
   auto bytes = source.Read(PathToRead(file), reason);
-  if (!bytes) throw Misunderstood(file + ": " + reason);
+  if (!bytes) throw NoAnswer(file + ": " + reason);
   if (file == kStandardInput) source.Open(file, std::move(*bytes));
   project::Project all(source);
-  all.Read(file);
+  const project::File& start = all.At(all.Read(file));
   TraceFiles(all);
+  if (start.Failure()) throw NoAnswer(WhyNotRead(start));
   std::vector<IdentifierUse> definitions;
   std::vector<IdentifierUse> references;
   std::vector<std::string> others;
@@ -227,9 +320,13 @@ void FindIdentifier(const std::string& id, const std::string& file, bool as_json
     print(definitions, "defines");
     print(references, "uses");
   }
-  if (definitions.empty() && references.empty()) {
-    throw Failure(file + ": nothing defines or uses " + id + DidYouMean(id, others));
-  }
+  std::cout.flush();
+  const std::vector<std::string> unread = FilesNotRead(all);
+  for (const std::string& why : unread) Warn(why);
+  if (!definitions.empty() || !references.empty()) return;
+  const std::string message = file + ": nothing defines or uses " + id;
+  if (!unread.empty()) throw NoAnswer(message + " in the files that can be read");
+  throw Failure(message + DidYouMean(id, others));
 }
 
 }  // namespace
@@ -251,7 +348,9 @@ void AddReferenceCommands(CLI::App& program) {
   find->add_option("FILE", options->file,
                    "Document, with all that it leads to; application.xml unless another is named");
   find->add_flag("--json", options->as_json, "Print the places as JSON");
-  find->footer("Exit codes: 0 found; 1 nothing has the identifier; 2 a file cannot be read.\n");
+  find->footer(
+      "Exit codes: 0 found; 1 nothing has the identifier; 2 a file that may have it cannot be "
+      "read.\n");
   find->callback([options] {
     Reporting("find",
               [&options] { FindIdentifier(options->name, options->file, options->as_json); });

@@ -8,6 +8,7 @@
 #include "check/check.h"
 #include "check/reporter.h"
 #include "cli/check/check_options.h"
+#include "cli/check/check_output.h"
 #include "cli/commands.h"
 #include "cli/display_text.h"
 #include "cli/platform.h"
@@ -47,11 +48,6 @@ struct PreviewOptions {
   bool watches = false;
   bool serves = false;
 };
-
-std::string PlaceIn(const std::string& path, sab::xml::Place place) {
-  if (place.line == 0) return path;
-  return path + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
-}
 
 // Reads, checks and draws; again whenever a file has changed.
 class Previewer {
