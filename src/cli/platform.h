@@ -55,6 +55,10 @@ struct RegistryChange {
 /// where the system offers no such thing.
 RegistryChange TryOnScratchRegistry(const std::function<void()>& change);
 
+/// Runs a change of the registry, as one step where the registry is a file: where it fails, nothing
+/// is written. Raises Failure, and what the change raises.
+void ChangeRegistryAtOnce(const std::function<void()>& change);
+
 /// When a key was changed last, as local time "2026-11-22T02:30:00"; where the registry is a file,
 /// the whole of it. Empty where the system does not tell.
 std::string LastChangeOf(HKEY key);

@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sabxml/com/registry_change.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/mman.h>
@@ -239,6 +240,21 @@ RegistryChange TryOnScratchRegistry(const std::function<void()>& change) {
   change();
   result.after = RegistryLines();
   return result;
+}
+
+void ChangeRegistryAtOnce(const std::function<void()>& change) {
+  const auto check = [](LSTATUS status) {
+    if (status != ERROR_SUCCESS)
+      Fail(HRESULT_FROM_WIN32(static_cast<DWORD>(status)), "changing " + RegistryPath());
+  };
+  check(SabComBeginRegistryChange());
+  try {
+    change();
+  } catch (...) {
+    SabComEndRegistryChange(FALSE);
+    throw;
+  }
+  check(SabComEndRegistryChange(TRUE));
 }
 
 std::string LastChangeOf(HKEY) {

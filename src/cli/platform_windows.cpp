@@ -196,6 +196,8 @@ RegistryChange TryOnScratchRegistry(const std::function<void()>&) {
   throw Failure("--dry-run is for systems whose registry is a file; nothing was changed");
 }
 
+void ChangeRegistryAtOnce(const std::function<void()>& change) { change(); }
+
 std::string LastChangeOf(HKEY key) {
   FILETIME changed{};
   FILETIME local{};

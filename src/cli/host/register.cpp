@@ -224,8 +224,18 @@ void UnregisterMissing(const std::string& library, const std::set<std::string>& 
                   "these first");
   }
   Server own(OwnServer());
-  own.Register(for_user);
-  own.Unregister(for_user);
+  ChangeRegistryAtOnce([&own, for_user] {
+    try {
+      own.Register(for_user);
+    } catch (const Failure&) {
+      try {
+        own.Unregister(for_user);
+      } catch (const Failure&) {  // the first one says why
+      }
+      throw;
+    }
+    own.Unregister(for_user);
+  });
 }
 
 void Run(const Settings& settings, Step step, const Options& options) {
