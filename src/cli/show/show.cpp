@@ -32,7 +32,7 @@ constexpr char kShowHelp[] =
     "  sabxml show ui.xml --json | jq .VeUiParser.UI.RibbonBar\n"
     "\n"
     "With --json one file gives an object, and several an array with one object a file; a file\n"
-    "that fails gives {\"file\": …, \"error\": …}.\n";
+    "that fails gives {\"file\": …, \"error\": {\"code\": …, \"meaning\": …, \"reason\": …}}.\n";
 
 constexpr char kGetHelp[] =
     "CLASS is one of the server's classes for settings; \"sabxml settings list CLASS\" lists its "
@@ -104,7 +104,7 @@ void Show(const Settings& settings, const ShowOptions& options) {
       if (!is_list || has_begun) continue;
       printer->BeginObject({}, {}, 0);
       printer->AddValue("file", file);
-      printer->AddValue("error", failure.Explanation());
+      AddFailure(*printer, failure);
       printer->End();
     }
   }

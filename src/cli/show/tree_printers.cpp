@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/result_words.h"
 #include "cli/display_text.h"
 
 namespace sabxml::cli {
@@ -15,6 +16,15 @@ std::string Indentation(std::size_t depth) {
 }
 
 }  // namespace
+
+void AddFailure(TreeSink& sink, const Failure& failure) {
+  const bool has_code = FAILED(failure.Code());
+  sink.BeginObject("error", {}, 0);
+  sink.AddValue("code", has_code ? Json(sab::ResultDigits(failure.Code())) : Json());
+  sink.AddValue("meaning", has_code ? Json(sab::ResultWords(failure.Code())) : Json());
+  sink.AddValue("reason", failure.what());
+  sink.End();
+}
 
 std::string TextTreePrinter::NextName(std::string_view name) {
   if (!levels_.empty() && levels_.back().is_list) {

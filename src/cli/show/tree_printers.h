@@ -4,9 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "cli/host/automation.h"
 #include "cli/tree_sink.h"
 
 namespace sabxml::cli {
+
+/// Adds an object "error" with code, meaning and reason; the former two are null where neither the
+/// server nor the system was asked.
+void AddFailure(TreeSink& sink, const Failure& failure);
 
 /// Prints an aligned tree, one value a line.
 class TextTreePrinter final : public TreeSink {

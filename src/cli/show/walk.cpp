@@ -6,6 +6,7 @@
 #include "base/result_words.h"
 #include "cli/host/object_reader.h"
 #include "cli/show/element_counter.h"
+#include "cli/show/tree_printers.h"
 #include "cli/trace.h"
 
 namespace sabxml::cli {
@@ -29,12 +30,7 @@ void Walk::Note(const Mention& mention, const Failure& failure) {
   lines_.back().content = sab::ResultWords(failure.Code());
   if (lines_.back().content.empty()) lines_.back().content = failure.what();
   lines_.back().has_failed = true;
-  if (!json_) return;
-  json_->BeginObject("error", {}, 0);
-  json_->AddValue("code", sab::ResultDigits(failure.Code()));
-  json_->AddValue("meaning", sab::ResultWords(failure.Code()));
-  json_->AddValue("reason", failure.what());
-  json_->End();
+  if (json_) AddFailure(*json_, failure);
 }
 
 void Walk::Follow(const std::string& file, const Names& names) {
