@@ -129,6 +129,8 @@ CASES = [
     (f"settings get VeAppParser {SETTINGS} /x", 1, [], "; \"sabxml settings list\" lists all"),
     (f"settings get {DISPLAY_FILE} /Settings/Display/", 1, [], "ends with a slash"),
     (f"settings get VeSysParameterCfgParser {SETTINGS} /Settings AllAutoLayerRule --json", 0, ["{}\n"]),
+    (f"settings dump VeSysParameterCfgParser {SETTINGS} /Settings/Display AllMatchRule", 0,
+     ["structure  (not there)\n"]),
     (f"settings compact {DISPLAY} ZoomFactor", 2, [], "BLOCK is CLASS:NODEPATH"),
     (f"settings unset {DISPLAY} VeTxtParser:/Settings/Text InCodePage", 2, [], "KEY for VeDisplay"),
     *((f"settings watch {DISPLAY} --changes {number}", 2, [], f"--changes: {number} is refused")

@@ -85,7 +85,7 @@ std::string LineOf(const sab::ConfigElement& element) {
 }
 
 std::string PlaceOf(const SettingsEntry& entry) {
-  if (entry.copies.empty()) return "default";
+  if (entry.copies.empty()) return entry.is_structure ? "(not there)" : "default";
   const std::size_t further = entry.copies.size() - 1;
   std::string place = LineOf(entry.copies.front());
   if (entry.row && !entry.row->IsLoaded()) place += ", which no load takes";
