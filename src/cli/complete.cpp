@@ -81,6 +81,15 @@ Candidates ClassesToOffer(const Settings& settings) {
   return names;
 }
 
+// The class of the block that the last of the words begins, or of the first block.
+std::string ClassOfBlock(const std::string& first_class, const std::vector<std::string>& words) {
+  for (auto word = words.rbegin(); word != words.rend(); ++word) {
+    const std::size_t colon = BlockColonIn(*word);
+    if (colon != word->npos) return word->substr(0, colon);
+  }
+  return first_class;
+}
+
 Candidates KeysAndBlocksToOffer(const std::string& class_name) {
   Candidates candidates = KeysToOffer(class_name);
   for (std::string& block : BlocksToOffer()) candidates.push_back(std::move(block));
@@ -88,10 +97,10 @@ Candidates KeysAndBlocksToOffer(const std::string& class_name) {
 }
 
 Candidates CandidatesFor(const Settings& settings, const std::string& kind,
-                         const std::string& subject) {
+                         const std::string& subject, const std::vector<std::string>& words) {
   if (kind == "group") return GroupsToOffer();
   if (kind == "key") return KeysToOffer(subject);
-  if (kind == "key-or-block") return KeysAndBlocksToOffer(subject);
+  if (kind == "key-or-block") return KeysAndBlocksToOffer(ClassOfBlock(subject, words));
   if (kind == "node") return NodePathsOf(subject);
   if (kind == "rule") return RulesToOffer();
   if (kind == "kind") return KindsToOffer();
@@ -106,6 +115,7 @@ void AddCompletion(CLI::App& program, const Settings& settings) {
   struct Options {
     std::string kind;
     std::string subject;
+    std::vector<std::string> words;
   };
   auto options = std::make_shared<Options>();
   CLI::App* const command = program.add_subcommand("complete", "Candidates for a word");
@@ -116,10 +126,12 @@ void AddCompletion(CLI::App& program, const Settings& settings) {
                    "What is wanted: class, element, group, key, key-or-block, kind, node or rule")
       ->required();
   command->add_option("OF", options->subject, "The class of the keys, or the file of the nodes");
+  command->add_option("WORD", options->words, "The arguments before the one that is typed");
   command->callback([&settings, options] {
     // A line that is being typed may be wrong; a shell wants no message then.
     try {
-      for (const std::string& word : CandidatesFor(settings, options->kind, options->subject))
+      for (const std::string& word :
+           CandidatesFor(settings, options->kind, options->subject, options->words))
         std::cout << word << '\n';
     } catch (const Failure&) {
     }

@@ -63,6 +63,8 @@ COMPLETIONS = [
     ("sabxml describe IVePrsAccelC", ["IVePrsAccelColl"], True),
     ("sabxml settings get VeDisplayCfgParser first.xml /S/G PtSize VeTxt", ["VeTxtParser:"], True),
     ("sabxml settings set VeDisplayCfgParser first.xml /S/G PtSize=1 VeTxt", ["VeTxtParser:"], True),
+    ("sabxml settings get VeDisplayCfgParser first.xml /S/G PtSize VeTxtParser:/S/G InC",
+     ["InCodePage"], True),
     ("sabxml get VeDisplayCfgParser first.xml /S/G VeTxt", [], True),
     ("sabxml get VeDisplayCfgParser first.xml /S/G PtSize Cursor", ["CursorColor", "CursorSize"], True),
     ("sabxml settings set VeDisplayCfgParser first.xml --backup /S/G PtS", ["PtSize="], True),
@@ -142,6 +144,8 @@ class Files(unittest.TestCase):
         self.check_completions(complete)
         for line in ("sabxml --colour = a", "sabxml show --colour = a"):  # as bash splits it
             self.assertEqual(["always", "auto"], complete(line))
+        self.assertEqual(["InCodePage="], complete(
+            "sabxml settings set VeDisplayCfgParser first.xml /S/G PtSize = 1 VeTxtParser : /S/G InC"))
         self.assertEqual([], complete("sabxml get VeAppParser first.xml f"))
 
     @needs("fish")

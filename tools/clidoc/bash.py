@@ -20,7 +20,7 @@ _{name}_offer() {{
   local kind=$1 subject=() suffix=
   case $kind in *[=:]) suffix=${{kind: -1}}; kind=${{kind%?}}; compopt -o nospace 2>/dev/null ;; esac
   case $kind in *@*) subject=("${{arguments[${{kind#*@}}]}}"); kind=${{kind%@*}} ;; esac
-  offered=$("${{COMP_WORDS[0]}}" complete "$kind" "${{subject[@]}}" 2>/dev/null |
+  offered=$("${{COMP_WORDS[0]}}" complete "$kind" -- "${{subject[@]}}" "${{arguments[@]}}" 2>/dev/null |
     sed "s/[^:]\$/&$suffix/")
 }}
 
@@ -28,7 +28,7 @@ _{name}() {{
   local current=${{COMP_WORDS[COMP_CWORD]}} previous=${{COMP_WORDS[COMP_CWORD-1]}}
   local path='' subcommands options kinds value_of='' index word arguments=()
   COMPREPLY=()
-  # "--option=value" comes as three words.
+  # "--option=value" comes as three words, and so does "CLASS:NODEPATH".
   [ "$current" = = ] && current=
   [ "$previous" = = ] && previous=${{COMP_WORDS[COMP_CWORD-2]}}
   _{name}_describe ''
@@ -38,6 +38,8 @@ _{name}() {{
       value_of=
     elif [[ $word == -* ]]; then
       case $word in {with_value}) value_of=$word ;; esac
+    elif [[ ${{#arguments[@]}} -gt 0 && ( $word == : || ${{COMP_WORDS[index-1]}} == : ) ]]; then
+      arguments[-1]+=$word
     elif [[ $word != = ]]; then
       if [[ " $subcommands " == *" $word "* ]]; then
         path="${{path:+$path }}$word"

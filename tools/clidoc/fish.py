@@ -40,7 +40,7 @@ end
 
 function __{name}_offer -a path kind of
     set -l arguments (__{name}_arguments $path)
-    {name} complete $kind $arguments[$of] 2>/dev/null
+    {name} complete $kind -- $arguments[$of] $arguments 2>/dev/null
 end
 
 complete -c {name} -f

@@ -8,7 +8,7 @@ def write(program):
              f'# Completion of {program.name} for zsh; generated from "{program.name} --help".', "",
              "# Candidates of a kind, for the argument of a place, with what each ends with.",
              f"_{program.name}_offer() {{",
-             f"  local -a words=(${{(f)\"$({program.name} complete $1 $line[$2] 2>/dev/null)\"}})",
+             f"  local -a words=(${{(f)\"$({program.name} complete $1 -- $line[$2] $line 2>/dev/null)\"}})",
              "  local -a blocks=(${(M)words:#*:}) others=(${words:#*:})",
              "  compadd -S '' -- $blocks",
              "  [[ -n $3 ]] && compadd -S '' -- ${^others}$3 || compadd -- $others",

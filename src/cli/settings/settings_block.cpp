@@ -73,6 +73,11 @@ std::vector<SettingsChoice> SettingsChoices() {
   return choices;
 }
 
+std::size_t BlockColonIn(std::string_view word) {
+  const std::size_t colon = word.find(":/");
+  return word.find('=') < colon ? word.npos : colon;
+}
+
 const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::string& key) {
   const std::span<const sab::SettingsRow> rows = group.rows();
   for (const sab::SettingsRow& row : rows) {

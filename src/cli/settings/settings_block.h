@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/settings/settings_file.h"
@@ -20,6 +21,10 @@ struct SettingsChoice {
 /// By the name of its class, in any letter case. Raises Failure for one that is none of them.
 SettingsChoice SettingsChoiceNamed(const std::string& class_name);
 std::vector<SettingsChoice> SettingsChoices();
+
+/// Where the colon is of a word CLASS:NODEPATH among keys, which begins another block; npos for any
+/// other word.
+std::size_t BlockColonIn(std::string_view word);
 
 /// The row of a key; a host's name of the value and other letter case will do, too. Raises Failure.
 const sab::SettingsRow& RowNamed(const sab::SettingsGroup& group, const std::string& key);

@@ -129,8 +129,8 @@ std::vector<NamedBlock> BlocksOf(const SettingsOptions& options) {
   std::vector<NamedBlock> blocks = {
       {SettingsChoiceNamed(options.class_name), options.node_path, {}}};
   for (const std::string& name : options.names) {
-    const std::size_t colon = name.find(":/");
-    if (colon == name.npos || name.find('=') < colon) {
+    const std::size_t colon = BlockColonIn(name);
+    if (colon == name.npos) {
       blocks.back().names.push_back(name);
     } else {
       blocks.push_back({SettingsChoiceNamed(name.substr(0, colon)), name.substr(colon + 1), {}});
