@@ -311,14 +311,14 @@ void Names::ReportUndefined(FileIndex index, const References& uses, Subject sub
     }
   }
   Words words;
-  const auto near = known.by_plain_name.find(PlainName(reference.text));
-  if (near != known.by_plain_name.end()) {
-    const Occurrence& definition = known.definitions[near->second.definition];
+  const auto closest = known.by_plain_name.find(PlainName(reference.text));
+  if (closest != known.by_plain_name.end()) {
+    const Occurrence& definition = known.definitions[closest->second.definition];
     words.message = what + Quoted(reference.text) + " is defined as " +
                     Quoted(definition.identifier.text) + ": every letter counts";
     words.suggestion = definition.identifier.text;
     words.related.push_back(PlaceOf(definition, "the definition"));
-    if (near->second.is_only && !known.of_host.contains(near->first) &&
+    if (closest->second.is_only && !known.of_host.contains(closest->first) &&
         EqualsIgnoringAsciiCase(reference.text, definition.identifier.text)) {
       words.fix = Fix{reference.node, {}, words.suggestion};
       for (const Identifier* const use : std::span(uses).subspan(1))

@@ -43,15 +43,17 @@ bool HasBlock(const File& file, const std::vector<SettingsChoice>& choices) {
 // Where the path of a block ends in a file that lacks it.
 struct PathEnd {
   std::size_t found_steps = 0;
-  NodeIndex last = kNoNode;  // the last element that was found, or the document element
-  std::string_view step;     // for which there is no element
-  NodeIndex near = kNoNode;  // an element whose name is near
+  NodeIndex last = kNoNode;     // the last element that was found, or the document element
+  std::string_view step;        // for which there is no element
+  NodeIndex similar = kNoNode;  // an element whose name is similar
   NodeIndex foreign = kNoNode;
 
   std::size_t Score() const {
-    return 2 * found_steps + (near != kNoNode || foreign != kNoNode ? 1 : 0);
+    return 2 * found_steps + (similar != kNoNode || foreign != kNoNode ? 1 : 0);
   }
-  NodeIndex Place() const { return foreign != kNoNode ? foreign : near != kNoNode ? near : last; }
+  NodeIndex Place() const {
+    return foreign != kNoNode ? foreign : similar != kNoNode ? similar : last;
+  }
 };
 
 PathEnd EndOf(const xml::Document& xml, const std::set<NodeIndex>& blocks, std::string_view path) {
@@ -79,8 +81,9 @@ PathEnd EndOf(const xml::Document& xml, const std::set<NodeIndex>& blocks, std::
     }
     if (next.empty()) {
       const std::string_view nearest = text::FindNearest(end.step, names).word;
-      const auto near = std::ranges::find(names, nearest);
-      if (near != names.end()) end.near = others[static_cast<std::size_t>(near - names.begin())];
+      const auto similar = std::ranges::find(names, nearest);
+      if (similar != names.end())
+        end.similar = others[static_cast<std::size_t>(similar - names.begin())];
       break;
     }
     end.foreign = kNoNode;
@@ -162,10 +165,10 @@ class MissingBlocks {
     if (covered_.contains(TakeStep(rest))) return;
     const SettingsBlocks* best = nullptr;
     PathEnd end;
-    std::size_t files_with_near = 0;
+    std::size_t files_with_similar = 0;
     for (const SettingsBlocks* const file : known_) {
       const PathEnd here = EndOf(XmlOf(*file), file->all, choice.node_path);
-      if (here.near != kNoNode) ++files_with_near;
+      if (here.similar != kNoNode) ++files_with_similar;
       if (best && here.Score() <= end.Score()) continue;
       best = file;
       end = here;
@@ -175,7 +178,7 @@ class MissingBlocks {
       if (foreign_.emplace(best->file, place).second) ReportForeign(reporter_, best->file, place);
       return;
     }
-    if (end.near == kNoNode && !are_all_) return;
+    if (end.similar == kNoNode && !are_all_) return;
     const auto [known, is_new] = missing_.try_emplace({best->file, {place, end.step}});
     Missing& missing = known->second;
     if (!is_new) {
@@ -185,9 +188,9 @@ class MissingBlocks {
     missing.span = reporter_.GetProject().At(best->file).TagSpan(place);
     missing.words.message = "the path " + choice.node_path + " of " + choice.class_name +
                             " leads to no element: its values are not read";
-    if (end.near == kNoNode) return;
-    const std::string name(XmlOf(*best).NameOf(end.near));
-    if (files_with_near > 1 || LeadsToBlock(*best, end.near)) {
+    if (end.similar == kNoNode) return;
+    const std::string name(XmlOf(*best).NameOf(end.similar));
+    if (files_with_similar > 1 || LeadsToBlock(*best, end.similar)) {
       const auto at = static_cast<std::size_t>(end.step.data() - choice.node_path.data());
       missing.words.message += ", since the path seems to be misspelt";
       missing.words.suggestion = choice.node_path;

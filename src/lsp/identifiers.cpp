@@ -40,9 +40,11 @@ std::vector<FileIndex> FilesOf(const View& view, Subject subject) {
   if (subject != Subject::kPanel) return files;
   // Those of one user interface, and the environments that show it.
   std::vector<FileIndex> own;
-  for (const FileIndex interface : view.project->Below(view.index, formats::Kind::kUserInterface)) {
-    own.push_back(interface);
-    for (const FileIndex parent : view.project->Above(interface, formats::Kind::kEnvironment)) {
+  for (const FileIndex user_interface :
+       view.project->Below(view.index, formats::Kind::kUserInterface)) {
+    own.push_back(user_interface);
+    for (const FileIndex parent :
+         view.project->Above(user_interface, formats::Kind::kEnvironment)) {
       own.push_back(parent);
     }
   }

@@ -86,14 +86,14 @@ class ErrorInfo final : public ICreateErrorInfo, public IErrorInfo {
 
 // The thread's error object. It is plain, since every call of a component clears it; what lets it
 // go when the thread ends is made with the first one that is set.
-[[gnu::tls_model("initial-exec")]] constinit thread_local IErrorInfo* current = nullptr;
+[[gnu::tls_model("initial-exec")]] constinit thread_local IErrorInfo* current_error = nullptr;
 
 struct LastError {
   LastError() = default;
   LastError(const LastError&) = delete;
   LastError& operator=(const LastError&) = delete;
   ~LastError() {
-    if (IErrorInfo* const last = std::exchange(current, nullptr)) last->Release();
+    if (IErrorInfo* const last = std::exchange(current_error, nullptr)) last->Release();
   }
 };
 
@@ -113,12 +113,12 @@ HRESULT SetErrorInfo(ULONG reserved, IErrorInfo* info) {
     ReleaseAtTheEndOfTheThread();
     info->AddRef();
   }
-  if (IErrorInfo* const old = std::exchange(current, info)) old->Release();
+  if (IErrorInfo* const old = std::exchange(current_error, info)) old->Release();
   return S_OK;
 }
 
 HRESULT GetErrorInfo(ULONG reserved, IErrorInfo** info) {
   if (reserved != 0 || !info) return E_INVALIDARG;
-  *info = std::exchange(current, nullptr);
+  *info = std::exchange(current_error, nullptr);
   return *info ? S_OK : S_FALSE;
 }

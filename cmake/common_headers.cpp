@@ -1,0 +1,1 @@
+// Source of the target that compiles the common headers.
