@@ -8,7 +8,7 @@ namespace {
 
 constexpr char kHead[] = "| element | meaning | type | when missing |\n|---|---|---|---|\n";
 
-std::string Code(std::string_view text) { return std::string(1, '`').append(text).append(1, '`'); }
+std::string Code(std::string_view text) { return "`" + std::string(text) + "`"; }
 
 std::string Digits(std::uint32_t result) {
   std::string digits;

@@ -19,9 +19,7 @@ struct Level {
 void AppendStep(Text& path, TextView name, unsigned place) {
   path += name;
   if (place == 1) return;
-  AppendAscii(path, "[");
-  AppendAscii(path, std::to_string(place));
-  AppendAscii(path, "]");
+  AppendAscii(path, "[" + std::to_string(place) + "]");
 }
 
 }  // namespace
