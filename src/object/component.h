@@ -11,15 +11,13 @@
 #include "base/com_ptr.h"
 #include "base/counted.h"
 #include "base/module_lock.h"
-#include "base/own_object.h"
 #include "generated/coclasses.h"
 #include "generated/dispatch_tables.h"
 #include "generated/edge.h"
+#include "object/class_facts.h"
 #include "object/error_edge.h"
 #include "object/fields.h"
-#include "object/provide_class_info.h"
 #include "object/release_queue.h"
-#include "object/support_error_info.h"
 #include "object/task_memory.h"
 
 namespace sab {
@@ -59,15 +57,10 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-    if (!count) return Reported(E_POINTER);
-    *count = 1;
-    return S_OK;
+    return CountTypeInfos(kFacts, count);
   }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
-    if (!info) return Reported(E_POINTER);
-    *info = nullptr;
-    return Reported(index == 0 ? sab::GetTypeInfo(InterfaceInfoOf<Interface>(), info)
-                               : DISP_E_BADINDEX);
+    return HandOutTypeInfo(kFacts, index, info);
   }
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID locale,
                                           DISPID* ids) override {
@@ -85,48 +78,27 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   HRESULT QueryOwnInterface(REFIID riid, void** object) {
     if (!object) return E_POINTER;
     *object = nullptr;
-    if (riid == IID_IUnknown || riid == IID_IDispatch || riid == kOwnObjectId) {
-      *object = static_cast<IDispatch*>(this);
-    } else if (riid == IID_ISupportErrorInfo) {
-      return SupportErrorInfo::Create(this, InterfaceInfoOf<Interface>(), object);
-    } else if (riid == IID_IProvideClassInfo) {
-      return ProvideClassInfo::Create(this, Coclass::clsid, object);
-    } else {
-      for (const InterfaceInfo* info = &InterfaceInfoOf<Interface>(); info; info = info->base) {
-        if (riid == *info->iid) *object = static_cast<Interface*>(this);
-      }
-    }
-    if (!*object) return QueryInnerInterface(riid, object);
-    this->AddRef();
-    return S_OK;
+    const HRESULT result = QueryCommonInterface(kFacts, this, riid, object);
+    return result == E_NOINTERFACE ? QueryInnerInterface(riid, object) : result;
   }
 
   /// What the members are about, for those who made the object.
   FieldsType& OwnFields() { return fields; }
 
-  static ErrorOrigin Origin() { return {{kSource.data(), kSource.size()}, &IdOf<Interface>()}; }
+  static const ErrorOrigin& Origin() { return kFacts.origin; }
 
  protected:
   /// Interfaces by which only objects of this library know each other.
   virtual HRESULT QueryInnerInterface(REFIID, void**) { return E_NOINTERFACE; }
 
   ComponentBase() = default;
-  virtual ~ComponentBase() = default;
+  // Out of line: four destructors of every class end with it.
+  [[gnu::noinline]] virtual ~ComponentBase() = default;
 
-  /// Runs the body of an interface method; see sab::Guard.
-  template <class Body>
-  static HRESULT Guarded(Body&& body) noexcept {
-    return Guard(Origin(), std::forward<Body>(body));
-  }
   /// Ends an interface method with a failure that the caller can read about.
   static HRESULT Fail(HRESULT code, std::string_view message) noexcept {
     return ReportError(Origin(), code, message);
   }
-  /// Ends an interface method that has no body to guard; a failure gets its error object.
-  static HRESULT Reported(HRESULT result) noexcept {
-    return SUCCEEDED(result) ? result : ReportCode(Origin(), result);
-  }
-
   FieldsType fields{};  ///< what the members are about
 
  private:
@@ -141,6 +113,10 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
               std::copy(kModule.begin(), kModule.end(), source.begin()));
     return source;
   }();
+  static constexpr ClassFacts kFacts = {
+      {{kSource.data(), kSource.size()}, &sabxml::InterfaceId<Interface>::value},
+      &InterfaceInfoOf<Interface>,
+      &Coclass::clsid};
 
   ULONG references_ = 1;  // the creator's
 };
@@ -196,29 +172,13 @@ class Aggregated final : public Class {
   InnerUnknown inner_;
 };
 
-/// Creates an object of the class, alone or as part of an outer object.
-/// @return E_POINTER without a place for the result; CLASS_E_NOAGGREGATION when an outer object
-/// asks
-///         for anything but IUnknown; E_NOINTERFACE; E_OUTOFMEMORY
+/// Creates an object of the class; see CreateWith.
 template <class Class>
 HRESULT CreateObject(IUnknown* outer, REFIID riid, void** object) {
-  const ErrorOrigin origin = Class::Origin();
-  if (!object) return ReportCode(origin, E_POINTER);
-  *object = nullptr;
-  if (outer && riid != IID_IUnknown) {
-    return ReportError(origin, CLASS_E_NOAGGREGATION,
-                       "An outer object has to ask for IUnknown when it creates its part.");
-  }
-  return Guard(origin, [&]() -> HRESULT {
-    if (outer) {
-      *object = (new Aggregated<Class>(outer))->Inner();
-      return S_OK;
-    }
-    auto* const created = new Class();
-    const HRESULT result = created->QueryInterface(riid, object);
-    created->Release();
-    return result;
-  });
+  static constexpr ObjectMaker kMaker = {
+      []() -> IUnknown* { return static_cast<typename Class::Interface*>(new Class()); },
+      [](IUnknown* outer_object) { return (new Aggregated<Class>(outer_object))->Inner(); }};
+  return CreateWith(kMaker, Class::Origin(), outer, riid, object);
 }
 
 }  // namespace sab

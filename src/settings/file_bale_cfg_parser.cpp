@@ -1,5 +1,7 @@
 #include "settings/file_bale_cfg_parser.h"
 
+#include "base/com_error.h"
+
 namespace sab {
 namespace {
 
