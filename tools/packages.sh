@@ -37,6 +37,9 @@ own_apt() {
   "${apt[@]}" update
 }
 
+# The compiler cache keeps objects that were compiled with precompiled headers only then.
+export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
+
 build_packages=(g++ cmake ninja-build ccache python3 libpugixml-dev libcli11-dev nlohmann-json3-dev dpkg-dev)
 test_packages=(chromium fish groff-base jq lintian mypy neovim python3-pip zsh libgtest-dev googletest libxml2-dev libxml2-utils libexpat1-dev libbenchmark-dev)
 sanitizer_packages=(clang libclang-rt-14-dev)
