@@ -46,18 +46,14 @@ void* LoadServerLibrary(const std::string& path);
 void* FunctionOf(void* library, const char* name);
 
 /// What is in the registry before and after a change: a line for each key and each value.
-struct RegistryChange {
+struct RegistryDifference {
   std::vector<std::string> before;
   std::vector<std::string> after;
 };
 
 /// Runs a change of the registry on a scratch copy, so that nothing is changed. Raises Failure
 /// where the system offers no such thing.
-RegistryChange TryOnScratchRegistry(const std::function<void()>& change);
-
-/// Runs a change of the registry, as one step where the registry is a file: where it fails, nothing
-/// is written. Raises Failure, and what the change raises.
-void ChangeRegistryAtOnce(const std::function<void()>& change);
+RegistryDifference TryOnScratchRegistry(const std::function<void()>& change);
 
 /// When a key was changed last, as local time "2026-11-22T02:30:00"; where the registry is a file,
 /// the whole of it. Empty where the system does not tell.

@@ -226,7 +226,7 @@ void* LoadServerLibrary(const std::string& path) {
 
 void* FunctionOf(void* library, const char* name) { return dlsym(library, name); }
 
-RegistryChange TryOnScratchRegistry(const std::function<void()>& change) {
+RegistryDifference TryOnScratchRegistry(const std::function<void()>& change) {
   const ScratchFolder scratch;
   const std::string copy = scratch.Path() + "/registry.reg";
   std::error_code error;
@@ -235,26 +235,11 @@ RegistryChange TryOnScratchRegistry(const std::function<void()>& change) {
     throw Failure(RegistryPath() + ": cannot copy the registry: " + error.message());
   }
   UseRegistryFile(copy);
-  RegistryChange result;
+  RegistryDifference result;
   result.before = RegistryLines();
   change();
   result.after = RegistryLines();
   return result;
-}
-
-void ChangeRegistryAtOnce(const std::function<void()>& change) {
-  const auto check = [](LSTATUS status) {
-    if (status != ERROR_SUCCESS)
-      Fail(HRESULT_FROM_WIN32(static_cast<DWORD>(status)), "changing " + RegistryPath());
-  };
-  check(SabComBeginRegistryChange());
-  try {
-    change();
-  } catch (...) {
-    SabComEndRegistryChange(FALSE);
-    throw;
-  }
-  check(SabComEndRegistryChange(TRUE));
 }
 
 std::string LastChangeOf(HKEY) {

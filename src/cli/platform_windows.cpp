@@ -192,11 +192,9 @@ void* FunctionOf(void* library, const char* name) {
 }
 
 // RegOverridePredefKey does not divert all of it: entries for 32-bit programs can still be written.
-RegistryChange TryOnScratchRegistry(const std::function<void()>&) {
+RegistryDifference TryOnScratchRegistry(const std::function<void()>&) {
   throw Failure("--dry-run is for systems whose registry is a file; nothing was changed");
 }
-
-void ChangeRegistryAtOnce(const std::function<void()>& change) { change(); }
 
 std::string LastChangeOf(HKEY key) {
   FILETIME changed{};

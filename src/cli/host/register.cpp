@@ -16,6 +16,7 @@
 #include "cli/platform.h"
 #include "cli/table.h"
 #include "cli/trace.h"
+#include "platform/registry_change.h"
 
 namespace sabxml::cli {
 namespace {
@@ -224,17 +225,11 @@ void UnregisterMissing(const std::string& library, const std::set<std::string>& 
                   "these first");
   }
   Server own(OwnServer());
-  ChangeRegistryAtOnce([&own, for_user] {
-    try {
-      own.Register(for_user);
-    } catch (const Failure&) {
-      try {
-        own.Unregister(for_user);
-      } catch (const Failure&) {  // the first one says why
-      }
-      throw;
-    }
+  OrFail([&own, for_user] {
+    sab::RegistryChange change;
+    own.Register(for_user);
     own.Unregister(for_user);
+    change.Keep();
   });
 }
 
@@ -260,7 +255,7 @@ void Run(const Settings& settings, Step step, const Options& options) {
     UnregisterMissing(missing, before, options.for_user);
   };
   if (options.is_dry) {
-    const RegistryChange change = TryOnScratchRegistry(take_step);
+    const RegistryDifference change = TryOnScratchRegistry(take_step);
     PrintDifference(change.before, change.after, options.as_json);
     return;
   }
