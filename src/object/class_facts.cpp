@@ -1,6 +1,7 @@
 #include "object/class_facts.h"
 
 #include "base/own_object.h"
+#include "object/members.h"
 #include "object/provide_class_info.h"
 #include "object/support_error_info.h"
 
@@ -54,8 +55,9 @@ HRESULT CountTypeInfos(const ClassFacts& facts, UINT* count) noexcept {
 HRESULT HandOutTypeInfo(const ClassFacts& facts, UINT index, ITypeInfo** info) noexcept {
   if (!info) return ReportCode(facts.origin, E_POINTER);
   *info = nullptr;
-  const HRESULT result = index == 0 ? GetTypeInfo(facts.interface_info(), info) : DISP_E_BADINDEX;
-  return SUCCEEDED(result) ? result : ReportCode(facts.origin, result);
+  return Reported(facts.origin, [&] {
+    return index == 0 ? GetTypeInfo(facts.interface_info(), info) : DISP_E_BADINDEX;
+  });
 }
 
 }  // namespace sab

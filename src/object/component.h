@@ -99,6 +99,7 @@ class ComponentBase : public CoclassType::Interface, private LiveObject, public 
   static HRESULT Fail(HRESULT code, std::string_view message) noexcept {
     return ReportError(Origin(), code, message);
   }
+
   FieldsType fields{};  ///< what the members are about
 
  private:

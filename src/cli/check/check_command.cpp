@@ -155,6 +155,15 @@ void RunCheckAndReport(const Settings& settings, const CheckOptions& options) {
   if (code != 0) throw CLI::RuntimeError(code);
 }
 
+// One value each time, so that a file may follow it.
+CLI::Option* AddRepeatable(CLI::App& command, const char* name, std::vector<std::string>& values,
+                           const char* help) {
+  return command.add_option(name, values, help)
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
 }  // namespace
 
 void AddCheck(CLI::App& program, const Settings& settings) {
@@ -164,13 +173,9 @@ void AddCheck(CLI::App& program, const Settings& settings) {
       program.add_subcommand("check", "Look for mistakes of authors in documents");
   command->footer(kCheckHelp);
   command->add_option("FILE", options->files, "Documents; a descriptor with all that it leads to");
-  command
-      ->add_option("--settings", options->settings,
-                   "CLASS:NODEPATH of a block of a settings file; may be repeated")
-      ->type_name("CLASS:NODEPATH")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  AddRepeatable(*command, "--settings", options->settings,
+                "CLASS:NODEPATH of a block of a settings file; may be repeated")
+      ->type_name("CLASS:NODEPATH");
   command->add_flag("--json", options->as_json, "Print JSON: the findings, or the rules");
   command->add_option("--format", options->format, "What to print: text, json or sarif")
       ->check(CLI::IsMember({"text", "json", "sarif"}));
@@ -178,25 +183,14 @@ void AddCheck(CLI::App& program, const Settings& settings) {
       ->add_option("--fail-on", options->fail_on,
                    "What gives the exit code 1: error (the default), warning or never")
       ->check(CLI::IsMember({"error", "warning", "never"}));
-  command->add_option("--disable", options->disabled, "RULE to leave out; may be repeated")
-      ->type_name("RULE")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  command
-      ->add_option("--severity", options->severities,
-                   "RULE=LEVEL with error, warning, info or none; may be repeated")
-      ->type_name("RULE=LEVEL")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  command
-      ->add_option("--host-ids", options->host_ids,
-                   "File with identifiers that the host itself defines, one a line, with their "
-                   "kind or without; may be repeated")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  AddRepeatable(*command, "--disable", options->disabled, "RULE to leave out; may be repeated")
+      ->type_name("RULE");
+  AddRepeatable(*command, "--severity", options->severities,
+                "RULE=LEVEL with error, warning, info or none; may be repeated")
+      ->type_name("RULE=LEVEL");
+  AddRepeatable(*command, "--host-ids", options->host_ids,
+                "File with identifiers that the host itself defines, one a line, with their "
+                "kind or without; may be repeated");
   command->add_option("--baseline", options->baseline,
                       "File with old findings, which are left out");
   command->add_flag("--write-baseline", options->writes_baseline,

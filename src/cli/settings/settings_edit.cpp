@@ -148,8 +148,7 @@ void EditSettings(const SettingsOptions& options) {
       remove();
       throw Failure(
           "what the editor left is empty, so nothing was changed; \"sabxml settings unset\" "
-          "removes "
-          "keys");
+          "removes keys");
     }
     try {
       const Values wanted = ValuesOf(*edited);
