@@ -1,6 +1,7 @@
-# Installs what is missing on a Debian 12. Sourced by the other tools.
+# What the other tools share; sourced by them.
 #
-#   need_packages PACKAGE...   does nothing where all of them are installed
+#   need_packages PACKAGE...   installs what is missing on a Debian 12
+#   quietly COMMAND...         shows what the command prints only if it fails; its errors at once
 #   own_apt FOLDER KIND [OPTION...]   sets the array apt: apt-get with lists of its own below FOLDER,
 #                              for what the machine's apt is not set up for; KIND is deb or deb-src
 
@@ -18,6 +19,13 @@ need_packages() {
   "${as_root[@]}" apt-get update -qq >&2
   DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends \
     "${missing[@]}" >&2
+}
+
+quietly() {
+  local output result=0
+  output=$("$@") || result=$?
+  [ $result -eq 0 ] || printf '%s\n' "$output" >&2
+  return $result
 }
 
 own_apt() {
