@@ -11,6 +11,11 @@ folder=$(dirname "$WINEPREFIX")
 # A 32-bit build has a 32-bit Wine beside its prefixes.
 [ ! -d "$folder/wine32/bin" ] || export PATH="$folder/wine32/bin:$PATH" WINEARCH=win32
 export WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES="mscoree=;mshtml="
+# Without UTF-8 Wine makes no files whose names are beyond ASCII.
+case "${LC_ALL:-${LC_CTYPE:-${LANG:-}}}" in
+  *[Uu][Tt][Ff]-8 | *[Uu][Tt][Ff]8) ;;
+  *) export LC_ALL=C.UTF-8 ;;
+esac
 
 # One prefix is made by Wine, which takes long; the others share its files, except the registry.
 make_prefix() {
