@@ -5,19 +5,17 @@
 #include <memory>
 
 #include "check/finding.h"
+#include "cli/check/document_kinds.h"
+#include "cli/check/explain.h"
 #include "cli/commands.h"
 #include "cli/host/server.h"
 #include "cli/host/type_description.h"
 #include "cli/settings/settings_block.h"
-#include "project/schema.h"
-#include "project/xml_schema.h"
 
 namespace sabxml::cli {
 namespace {
 
 namespace check = sab::check;
-namespace formats = sab::formats;
-namespace project = sab::project;
 
 using Candidates = std::vector<std::string>;
 
@@ -48,26 +46,6 @@ Candidates RulesToOffer() {
   Candidates ids;
   for (const check::RuleText& rule : check::Rules()) ids.emplace_back(rule.id);
   return ids;
-}
-
-Candidates KindsToOffer() {
-  Candidates names;
-  for (const formats::Document* const document : project::DocumentsWithElements())
-    names.push_back(project::ShortNameOf(*document));
-  return names;
-}
-
-Candidates ElementsToOffer() {
-  Candidates names;
-  for (const formats::Document* const document : project::DocumentsWithElements()) {
-    const project::Schema& schema = project::Schema::Of(document->kind);
-    names.emplace_back(document->root);
-    for (project::RuleId id = 1; id < schema.RuleCount(); ++id)
-      names.emplace_back(schema.At(id).name);
-  }
-  std::sort(names.begin(), names.end());
-  names.erase(std::unique(names.begin(), names.end()), names.end());
-  return names;
 }
 
 // With the interfaces, which are described like classes.
@@ -103,8 +81,9 @@ Candidates CandidatesFor(const Settings& settings, const std::string& kind,
   if (kind == "key-or-block") return KeysAndBlocksToOffer(ClassOfBlock(subject, words));
   if (kind == "node") return NodePathsOf(subject);
   if (kind == "rule") return RulesToOffer();
-  if (kind == "kind") return KindsToOffer();
-  if (kind == "element") return ElementsToOffer();
+  if (kind == "kind") return KindsWithElements();
+  if (kind == "explained-kind") return ExplainedKinds();
+  if (kind == "element") return ExplainedNames();
   if (kind == "class") return ClassesToOffer(settings);
   return {};
 }
@@ -122,8 +101,10 @@ void AddCompletion(CLI::App& program, const Settings& settings) {
   command->group("");
   command->footer("");
   command
-      ->add_option("KIND", options->kind,
-                   "What is wanted: class, element, group, key, key-or-block, kind, node or rule")
+      ->add_option(
+          "KIND", options->kind,
+          "What is wanted: class, element, explained-kind, group, key, key-or-block, kind, "
+          "node or rule")
       ->required();
   command->add_option("OF", options->subject, "The class of the keys, or the file of the nodes");
   command->add_option("WORD", options->words, "The arguments before the one that is typed");

@@ -72,6 +72,8 @@ COMPLETIONS = [
     ("sabxml check --disable unknown-e", ["unknown-element"], True),
     ("sabxml check --severity unknown-e", ["unknown-element="], True),
     ("sabxml explain RibbonPan", ["RibbonPanel"], True),
+    ("sabxml explain CursorC", ["CursorColor"], True),
+    ("sabxml explain PtSize se", ["settings"], True),
     ("sabxml schema app", ["application"], True),
 ]
 

@@ -64,6 +64,8 @@ class Command:
         names = [other.name for other in self.positionals]
         if positional.name == "CLASS":
             return Kind("group" if self.path[0] in ("get", "settings") else "class")
+        if positional.name == "KIND" and self.path[0] == "explain":
+            return Kind("explained-kind")
         if positional.name not in SUBJECTS:
             return KINDS.get(positional.name, NOTHING)
         kind, subject, suffix = SUBJECTS[positional.name]
