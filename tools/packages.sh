@@ -16,9 +16,9 @@ need_packages() {
   echo "Installing ${missing[*]}" >&2
   local as_root=()
   [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  "${as_root[@]}" apt-get update -qq >&2
-  DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends \
-    "${missing[@]}" >&2
+  quietly "${as_root[@]}" apt-get update -qq
+  quietly "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
 quietly() {
@@ -49,7 +49,8 @@ own_apt() {
 export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros}
 
 build_packages=(g++ cmake ninja-build ccache python3 libpugixml-dev libcli11-dev nlohmann-json3-dev dpkg-dev)
-test_packages=(chromium fish groff-base jq lintian mypy neovim python3-pip zsh libgtest-dev googletest libxml2-dev libxml2-utils libexpat1-dev libbenchmark-dev)
+test_build_packages=(libgtest-dev googletest libxml2-dev libexpat1-dev libbenchmark-dev)
+test_packages=("${test_build_packages[@]}" chromium fish groff-base jq libxml2-utils lintian mypy neovim python3-pip zsh)
 sanitizer_packages=(clang libclang-rt-14-dev)
 fuzz_packages=(clang libclang-rt-14-dev libxml2-dev libexpat1-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools wine wine64 wine64-tools libwine-dev libc6-i386)
